@@ -1,0 +1,27 @@
+#pragma once
+// A person's life as a stream of records, day after day.
+
+#include "sample/Person.h"
+#include "sample/Sample.h"
+
+#include <cstdint>
+#include <optional>
+
+/// Which life to tell.
+struct HistoryRequest {
+  CivilDay today;  ///< the history ends on its morning, with the last sync
+  int years = 3;   ///< of a person with a watch; a phone alone has about one year
+  std::uint64_t seed = 1;
+  std::optional<std::int64_t> records;  ///< wanted, about; natural when absent
+};
+
+/// The first day of the person's history.
+CivilDay firstDay(const Person& person, const HistoryRequest& request);
+
+/// The household's last sync: seven o'clock in the morning of `today` in Shanghai, which is past on
+/// most machines whose clock says `today`. Nothing later is told, but for the one weight that
+/// people of Ben's kind typed in with a wrong date.
+Stamp lastSync(CivilDay today);
+
+/// Tells `sink` everything, oldest day first. The same request tells the same.
+void tellHistory(const Person& person, const HistoryRequest& request, RecordSink& sink);

@@ -1,0 +1,16 @@
+#pragma once
+// A whole data root: everybody's database, then the roster that names them.
+
+#include "platform/Logger.h"
+#include "sample/Options.h"
+#include "sample/Progress.h"
+
+#include <ostream>
+
+/// Writes the household that `options` describe, on the day `today`, and one closing line per
+/// member to `report`. The roster comes last, so an interrupted run leaves no data root that looks
+/// finished. A directory that holds a roster or a member's database already is refused with
+/// ReceiverError before anything is written; failures to write leave as ReceiverError or
+/// std::system_error.
+void writeHousehold(const Options& options, CivilDay today, std::ostream& report,
+                    Progress& progress, Logger& log);

@@ -1,0 +1,37 @@
+#pragma once
+// The command line of the sample household.
+
+#include "platform/AppleFormat.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <stdexcept>
+#include <string_view>
+
+struct Options {
+  std::filesystem::path out;  ///< the data root to be made; set unless `help` is
+  int members = 3;
+  int years = 3;
+  std::optional<std::int64_t> records;  ///< of Ann, about; natural when absent
+  std::uint64_t seed = 1;
+  std::optional<CivilDay> today;  ///< the machine's day when absent
+  bool help = false;              ///< nothing but the usage is wanted
+
+  bool operator==(const Options&) const = default;
+};
+
+/// The command line cannot be understood. `what()` says why, in one line.
+class UsageError : public std::runtime_error {
+public:
+  using std::runtime_error::runtime_error;
+};
+
+/// The options that `arguments` (without the program's name) spell. The last of a repeated option
+/// wins; arguments after "--help" are not looked at. Throws UsageError for an unknown option, a
+/// missing or unusable value, or when "--out" is missing.
+Options parsedOptions(std::span<const std::string_view> arguments);
+
+/// How to call the program, several lines, ending in a line feed.
+extern const std::string_view usage;

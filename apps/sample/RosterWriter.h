@@ -1,0 +1,20 @@
+#pragma once
+// The household's "members.json": devices and histories in every form that a receiver writes.
+
+#include "roster/Roster.h"
+#include "sample/History.h"
+#include "sample/Person.h"
+
+#include <filesystem>
+
+/// Where the member's database lies under `dataRoot`.
+std::filesystem::path databasePath(const std::filesystem::path& dataRoot, const Person& person);
+
+/// The roster's entry of the `position`th member, counted from 0, whose database lies at
+/// `database`.
+Member memberOf(const Person& person, std::size_t position, const HistoryRequest& request,
+                const std::filesystem::path& database);
+
+/// Writes the roster to `path`, readable by the owner alone, and complete or not at all. Fails with
+/// std::system_error or std::filesystem::filesystem_error.
+void writeRoster(const std::filesystem::path& path, const Roster::File& file);

@@ -1,0 +1,9 @@
+#pragma once
+// The night that follows a day.
+
+#include "sample/Day.h"
+#include "sample/Sample.h"
+
+/// Tells the night: its stages from the watch, the time in bed from the phone, and now and then
+/// (always without a watch) the phone's own guess at the sleep, which overlaps the stages.
+void tellNight(const Day& day, RecordSink& sink);

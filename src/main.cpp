@@ -1,0 +1,62 @@
+// Start-up: the command line, the objects, the loop.
+
+#include "platform/AppLanguage.h"
+#include "platform/Clock.h"
+#include "platform/ControlProtocol.h"
+#include "platform/Files.h"
+#include "server/CommandLine.h"
+#include "server/MCPServer.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <exception>
+#include <span>
+#include <string_view>
+#include <system_error>
+#include <variant>
+
+namespace {
+
+/// The client cannot be answered any more.
+void writeLine(std::string_view line) {
+  if (!writeAll(STDOUT_FILENO, line)) {
+    throw std::system_error(errno, std::generic_category(), "stdout");
+  }
+}
+
+int serve(const CommandLine::Serve& order) {
+  MCPServer server(
+      order.dataRoot,
+      {.lang = AppLanguage::isChinese() ? SummaryLang::zh : SummaryLang::en,
+       .clock = systemTime,
+       .input = [](char* buffer, std::size_t size) { return readSome(STDIN_FILENO, buffer, size); },
+       .output = writeLine});
+  server.run();
+  return 0;
+}
+
+int say(const CommandLine::Say& order) {
+  writeAll(order.toStderr ? STDERR_FILENO : STDOUT_FILENO, order.text);
+  return order.status;
+}
+
+}  // namespace
+
+int main(int count, char* words[]) {
+  // What this process creates is its owner's alone.
+  umask(077);
+  try {
+    const std::span arguments(words + 1, static_cast<std::size_t>(count > 0 ? count - 1 : 0));
+    const auto order = CommandLine::parsed(arguments, ControlProtocol::defaultDataRoot());
+    if (const auto* saying = std::get_if<CommandLine::Say>(&order)) return say(*saying);
+    return serve(std::get<CommandLine::Serve>(order));
+  } catch (const ReceiverError&) {
+    return 1;  // The roster has already said what is wrong with it.
+  } catch (const std::exception& error) {
+    writeAll(STDERR_FILENO, std::string("larkspur-mcp: ") + error.what() + "\n");
+    return 1;
+  }
+}

@@ -1,0 +1,43 @@
+#include "platform/AppLanguage.h"
+#include "platform/System.h"
+
+#include <algorithm>
+
+namespace {
+
+char lowerCase(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+bool belongsTo(std::string_view tag, std::string_view language) {
+  if (!tag.starts_with(language)) return false;
+  tag.remove_prefix(language.size());
+  return tag.empty() || tag.front() == '-' || tag.front() == '_';
+}
+
+}  // namespace
+
+std::optional<AppLanguage::Language> AppLanguage::match(std::string_view tag) {
+  std::string lowered(tag);
+  std::ranges::transform(lowered, lowered.begin(), lowerCase);
+  if (belongsTo(lowered, "zh")) return Language::zh;
+  if (belongsTo(lowered, "en")) return Language::en;
+  return std::nullopt;
+}
+
+AppLanguage::Language AppLanguage::resolve(std::span<const std::string> bundleLocalizations,
+                                           std::span<const std::string> bundlePreferred,
+                                           std::span<const std::string> system) {
+  const auto spoken = [](const std::string& tag) { return match(tag).has_value(); };
+  if (std::ranges::any_of(bundleLocalizations, spoken) && !bundlePreferred.empty()) {
+    if (const std::optional<Language> preferred = match(bundlePreferred.front())) return *preferred;
+  }
+  const auto first = std::ranges::find_if(system, spoken);
+  return first == system.end() ? Language::en : *match(*first);
+}
+
+bool AppLanguage::isChinese() {
+  return resolve(System::bundleLocalizations(),
+                 System::bundlePreferredLocalizations(),
+                 System::preferredLanguages()) == Language::zh;
+}

@@ -1,0 +1,71 @@
+#pragma once
+// Days and stamps as Apple's Health export writes them, and the arithmetic of calendar days.
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// A day of the Gregorian calendar, without a time zone.
+using CivilDay = std::chrono::year_month_day;
+
+/// A moment as a clock on the wall of this machine shows it.
+struct LocalTime {
+  CivilDay day;
+  int hour;    ///< 0-23
+  int minute;  ///< 0-59
+  int second;  ///< 0-60
+
+  bool operator==(const LocalTime&) const = default;
+};
+
+namespace AppleFormat {
+
+/// Calendar days, "yyyy-MM-dd".
+struct DayParser {
+  /// The day that `text` names: one to four digits of year (1 to 9999), one or two of month and one
+  /// or two of day, joined by "-", nothing around them. `nullopt` for all else, 30 February
+  /// included.
+  std::optional<CivilDay> parse(std::string_view text) const;
+
+  /// "2024-02-03": four digits of year, two of month and day.
+  std::string text(CivilDay day) const;
+};
+
+/// Stamps with their own zone, "yyyy-MM-dd HH:mm:ss Z".
+struct StampParser {
+  /// Seconds since 1970-01-01 00:00 UTC. A day as DayParser reads it, one blank, H:m:s within 0-23,
+  /// 0-59, 0-59, one blank, and a zone: "+hhmm" or "-hh:mm" up to 23:59, "Z" or "GMT". `nullopt`
+  /// for all else. Allocates nothing.
+  std::optional<std::int64_t> parse(std::string_view text) const;
+};
+
+inline constexpr DayParser dayParser;
+inline constexpr StampParser stampParser;
+
+/// `moment` (seconds since 1970 UTC) in the machine's time zone. Moments outside the years 1 to
+/// 9999 count as the nearest moment inside. Throws std::system_error when the system cannot convert
+/// it.
+LocalTime localTime(double moment);
+
+/// `moment` in the machine's time zone as "yyyy-MM-dd HH:mm".
+std::string minuteText(double moment);
+
+/// `moment` in the machine's time zone as "yyyy-MM-dd HH:mm:ss".
+std::string secondText(double moment);
+
+/// Whole days from `first` to `last`, negative when `last` is earlier. Calendar days, so a day on
+/// which clocks change counts as one.
+int daysBetween(CivilDay first, CivilDay last);
+
+/// The same for two texts as `dayParser` reads them; 0 when one is no day.
+int daysBetween(std::string_view first, std::string_view last);
+
+/// The day `count` days before `day`.
+CivilDay daysBefore(CivilDay day, int count);
+
+/// The same day one calendar year earlier; 29 February becomes 28 February.
+CivilDay yearBefore(CivilDay day);
+
+}  // namespace AppleFormat

@@ -1,0 +1,61 @@
+#include "platform/Files.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <system_error>
+
+namespace {
+
+struct Closer {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+/// Whether the call that just failed may be tried again: it was interrupted, or the descriptor does
+/// not block and is now ready for `events`.
+bool worthRetrying(int descriptor, short events) {
+  if (errno == EINTR) return true;
+  if (errno != EAGAIN) return false;
+  pollfd waiting{descriptor, events, 0};
+  constexpr int forever = -1;
+  return poll(&waiting, 1, forever) > 0 || errno == EINTR;
+}
+
+}  // namespace
+
+std::optional<std::string> fileContents(const std::filesystem::path& path) {
+  const std::unique_ptr<std::FILE, Closer> file(std::fopen(path.c_str(), "rb"));
+  if (!file) return std::nullopt;
+  std::string contents;
+  char block[16384];
+  while (const std::size_t count = std::fread(block, 1, sizeof block, file.get())) {
+    contents.append(block, count);
+  }
+  if (std::ferror(file.get()) != 0) return std::nullopt;
+  return contents;
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+    if (count >= 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(count));
+    } else if (!worthRetrying(descriptor, POLLOUT)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+std::size_t readSome(int descriptor, char* buffer, std::size_t size) {
+  while (true) {
+    const ssize_t count = read(descriptor, buffer, size);
+    if (count >= 0) return static_cast<std::size_t>(count);
+    if (!worthRetrying(descriptor, POLLIN)) {
+      throw std::system_error(errno, std::generic_category(), "read");
+    }
+  }
+}

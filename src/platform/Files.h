@@ -1,0 +1,21 @@
+#pragma once
+// Whole files and whole writes, over the system's own calls.
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// All bytes of the file at `path`; `nullopt` when it does not exist, is a directory or cannot be
+/// read to its end.
+std::optional<std::string> fileContents(const std::filesystem::path& path);
+
+/// Writes all of `bytes` to the open `descriptor`, in one write where the system takes them at
+/// once; continues after a partial write and an interrupt, waits where the descriptor does not
+/// block. False, with errno set, when the system refuses.
+bool writeAll(int descriptor, std::string_view bytes);
+
+/// Reads up to `size` bytes (at least 1) from the open `descriptor` into `buffer`, waiting for the
+/// first. 0 is the end of the input. Throws std::system_error when the system refuses.
+std::size_t readSome(int descriptor, char* buffer, std::size_t size);

@@ -1,0 +1,65 @@
+#include "platform/Logger.h"
+#include "platform/AppleFormat.h"
+#include "platform/Files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string>
+#include <system_error>
+#include <utility>
+
+namespace {
+
+/// A descriptor that appends to the file at `path`, or -1. Never waits, and takes no pipe: one in
+/// the file's place could hold up the program, or end it when its reader leaves.
+int appending(const std::filesystem::path& path) {
+  std::error_code ignored;
+  std::filesystem::create_directories(path.parent_path(), ignored);
+  constexpr mode_t ownerOnly = 0600;
+  const int descriptor =
+      open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, ownerOnly);
+  struct stat status {};
+  if (descriptor < 0 || (fstat(descriptor, &status) == 0 && !S_ISFIFO(status.st_mode))) {
+    return descriptor;
+  }
+  close(descriptor);
+  return -1;
+}
+
+char marker(Logger::Level level) {
+  switch (level) {
+    case Logger::Level::debug:
+      return '.';
+    case Logger::Level::info:
+      return 'i';
+    case Logger::Level::error:
+      return '!';
+  }
+  return '?';
+}
+
+}  // namespace
+
+Logger::Logger(const std::optional<std::filesystem::path>& path, Level minLevel, bool toStderr,
+               Clock clock)
+    : handle(path ? appending(*path) : -1),
+      minLevel(minLevel),
+      toStderr(toStderr),
+      stderrMinLevel(isatty(STDERR_FILENO) != 0 ? Level::debug : Level::error),
+      clock(std::move(clock)) {}
+
+Logger::~Logger() {
+  if (handle >= 0) close(handle);
+}
+
+void Logger::write(Level level, std::string_view message) {
+  if (level < minLevel) return;
+  std::string record = "[" + AppleFormat::secondText(clock()) + "] " + marker(level) + " ";
+  record += message;
+  record += '\n';
+  const std::lock_guard guard(lock);
+  if (toStderr && level >= stderrMinLevel) writeAll(STDERR_FILENO, record);
+  if (handle >= 0) writeAll(handle, record);
+}

@@ -1,0 +1,7 @@
+#pragma once
+// What a client's model is told about this server when it connects.
+
+#include "summary/SummaryLang.h"
+
+/// The "instructions" of the reply to "initialize".
+extern const Phrase instructions;

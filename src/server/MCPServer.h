@@ -1,0 +1,72 @@
+#pragma once
+// The protocol: JSON-RPC requests in, replies out, one line each.
+
+#include "platform/Clock.h"
+#include "platform/Logger.h"
+#include "roster/Roster.h"
+#include "server/LineReader.h"
+#include "summary/SummaryLang.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+
+/// Takes one whole line, its line feed included. May throw when the reader is gone.
+using LineSink = std::function<void(std::string_view line)>;
+
+/// One conversation with one client, from its first line to the end of the input. Answers requests
+/// in the order in which they come; remembers nothing between them but the client's name.
+class MCPServer {
+public:
+  /// The world the server runs in. Tests bring their own.
+  struct Surroundings {
+    SummaryLang lang;
+    Clock clock;
+    ByteSource input;
+    LineSink output;
+  };
+
+  /// Opens the access log in `dataRoot`, creating the folder if need be, and loads the roster.
+  /// Opens no database. Throws ReceiverError when the roster was unreadable and has been moved
+  /// aside.
+  MCPServer(const std::filesystem::path& dataRoot, Surroundings surroundings);
+
+  /// Answers every line until the input ends. What the input or the output throws passes.
+  void run();
+
+private:
+  using Json = nlohmann::ordered_json;
+
+  void handle(const nlohmann::json& message);
+  Json reply(std::string_view method, const nlohmann::json& message);
+  void send(const Json& reply);
+  Json dispatch(std::string_view method, const nlohmann::json& params);
+
+  Json initialize(const nlohmann::json& params);
+  Json ping(const nlohmann::json& params);
+  Json listTools(const nlohmann::json& params);
+  Json callTool(const nlohmann::json& params);
+  Json listResources(const nlohmann::json& params);
+  Json readResource(const nlohmann::json& params);
+  Json listPrompts(const nlohmann::json& params);
+  Json getPrompt(const nlohmann::json& params);
+
+  void logAccess(const std::string& message);
+
+  Clock clock;
+  std::filesystem::path dataRoot;
+  Logger log;
+  Logger accessLog;
+  Roster roster;
+  SummaryLang lang;
+  std::string clientName = "unknown";
+  LineReader input;
+  LineSink output;
+};
+
+/// The arguments of a tool call in one line for the access log: "key=value" in the order of the
+/// keys, texts without quotes, all else as compact JSON.
+std::string compact(const nlohmann::json& arguments);

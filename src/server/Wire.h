@@ -1,0 +1,21 @@
+#pragma once
+// JSON as it travels: a line in, a line out.
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace Wire {
+
+/// The JSON object that `line` holds; `nullopt` when the line is not JSON in valid UTF-8, is nested
+/// deeper than 512 levels, or holds anything else than one object. Of a key that stands twice, the
+/// last counts.
+std::optional<nlohmann::json> decoded(std::string_view line);
+
+/// `message` as one line with its line feed, compact. Bytes that are no UTF-8 become U+FFFD. U+2028
+/// and U+2029 are escaped, because some clients end a line there.
+std::string encoded(const nlohmann::ordered_json& message);
+
+}  // namespace Wire

@@ -1,0 +1,155 @@
+#include "store/Database.h"
+#include "platform/ControlProtocol.h"
+#include "platform/Text.h"
+
+#include <sqlite3.h>
+
+#include <cstddef>
+#include <utility>
+
+namespace {
+
+/// SQLite's message for what last failed on `database`, which may be null. It can quote the file's
+/// own bytes.
+std::string messageOf(sqlite3* database) {
+  return database == nullptr ? "?" : repaired(sqlite3_errmsg(database));
+}
+
+}  // namespace
+
+std::string_view Row::bytes(int index) const {
+  // Text before length: the first of the two calls may convert the column.
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, index));
+  const auto length = static_cast<std::size_t>(sqlite3_column_bytes(statement, index));
+  return text == nullptr ? std::string_view() : std::string_view(text, length);
+}
+
+template <>
+std::optional<std::string> Row::find<std::string>(int index) const {
+  if (sqlite3_column_type(statement, index) == SQLITE_NULL) return std::nullopt;
+  return repaired(bytes(index));
+}
+
+template <>
+std::optional<double> Row::find<double>(int index) const {
+  const int type = sqlite3_column_type(statement, index);
+  if (type != SQLITE_INTEGER && type != SQLITE_FLOAT) return std::nullopt;
+  return sqlite3_column_double(statement, index);
+}
+
+template <>
+std::optional<std::int64_t> Row::find<std::int64_t>(int index) const {
+  const int type = sqlite3_column_type(statement, index);
+  if (type != SQLITE_INTEGER && type != SQLITE_FLOAT) return std::nullopt;
+  return sqlite3_column_int64(statement, index);
+}
+
+void Statement::Finalizer::operator()(sqlite3_stmt* statement) const {
+  sqlite3_finalize(statement);
+}
+
+Statement::Statement(sqlite3* database, const std::string& sql, std::string stepFailure)
+    : database(database), stepFailure(std::move(stepFailure)) {
+  sqlite3_stmt* prepared = nullptr;
+  const int result = sqlite3_prepare_v2(database, sql.c_str(), -1, &prepared, nullptr);
+  handle.reset(prepared);
+  if (result != SQLITE_OK || !handle) throw ReceiverError("prepare 失败:" + messageOf(database));
+}
+
+Statement& Statement::bind(int position, std::string_view text) {
+  // A null pointer would bind NULL, and an empty view may hold one.
+  const char* start = text.empty() ? "" : text.data();
+  check(sqlite3_bind_text64(
+      handle.get(), position, start, text.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
+  return *this;
+}
+
+Statement& Statement::bind(int position, double number) {
+  check(sqlite3_bind_double(handle.get(), position, number));
+  return *this;
+}
+
+Statement& Statement::bind(int position, std::int64_t number) {
+  check(sqlite3_bind_int64(handle.get(), position, number));
+  return *this;
+}
+
+Statement& Statement::bindNull(int position) {
+  check(sqlite3_bind_null(handle.get(), position));
+  return *this;
+}
+
+std::optional<Row> Statement::next() {
+  const int result = sqlite3_step(handle.get());
+  if (result == SQLITE_ROW) return Row(handle.get());
+  if (result != SQLITE_DONE) check(result);
+  return std::nullopt;
+}
+
+void Statement::run() {
+  while (next()) {
+  }
+  reset();
+}
+
+void Statement::reset() { check(sqlite3_reset(handle.get())); }
+
+void Statement::check(int result) const {
+  if (result != SQLITE_OK) throw ReceiverError(stepFailure + messageOf(database));
+}
+
+void Database::Closer::operator()(sqlite3* database) const { sqlite3_close(database); }
+
+namespace {
+
+int openFlags(Database::Access access) {
+  return (access.readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) |
+         (access.create ? SQLITE_OPEN_CREATE : 0) | SQLITE_OPEN_FULLMUTEX;
+}
+
+/// SQLite takes a name that begins with "file:" for an address with options; ours are plain paths.
+std::string plainName(const std::string& path) {
+  return path.starts_with("file:") ? "./" + path : path;
+}
+
+/// What a file contains may not run code, write into SQLite's own tables or load a library.
+void harden(sqlite3* database) {
+  sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_db_config(database, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
+}
+
+}  // namespace
+
+Database::Database(const std::string& path, Access access) {
+  sqlite3* opened = nullptr;
+  const std::string name = plainName(path);
+  const int result = sqlite3_open_v2(name.c_str(), &opened, openFlags(access), nullptr);
+  handle.reset(opened);
+  if (result != SQLITE_OK || !handle) {
+    throw ReceiverError("打不开库:" + (result == SQLITE_OK ? "?" : messageOf(opened)));
+  }
+  constexpr int patienceMilliseconds = 60000;
+  sqlite3_busy_timeout(opened, patienceMilliseconds);
+  harden(opened);
+}
+
+Statement Database::prepare(const std::string& sql, std::string stepFailure) const {
+  return {handle.get(), sql, std::move(stepFailure)};
+}
+
+namespace {
+
+struct SQLiteFree {
+  void operator()(char* text) const { sqlite3_free(text); }
+};
+
+}  // namespace
+
+void Database::exec(const std::string& sql) {
+  char* message = nullptr;
+  const int result = sqlite3_exec(handle.get(), sql.c_str(), nullptr, nullptr, &message);
+  const std::unique_ptr<char, SQLiteFree> owned(message);
+  if (result == SQLITE_OK) return;
+  throw ReceiverError("SQL 失败:" + (owned ? repaired(owned.get()) : std::string("?")));
+}

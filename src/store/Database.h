@@ -1,0 +1,119 @@
+#pragma once
+// SQLite behind three types that own or borrow its handles: a connection, a statement, a row.
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+/// The present row of a statement; valid until the statement steps again.
+class Row {
+public:
+  explicit Row(sqlite3_stmt* statement) : statement(statement) {}
+
+  /// Column `index`, counted from 0 in select order, as std::string, double or std::int64_t. SQL
+  /// NULL is `nullopt`, never 0 or "". Text is repaired to valid UTF-8. A text or a blob is no
+  /// number: `nullopt` where a number is asked for.
+  template <typename T>
+  std::optional<T> find(int index) const;
+
+  /// Column `index` as text, "" for SQL NULL.
+  std::string text(int index) const;
+
+  /// Column `index` as the bytes that are stored, not repaired; empty for SQL NULL. Valid until the
+  /// next call on this row or its statement: for parsing and comparing many rows without copying
+  /// any.
+  std::string_view bytes(int index) const;
+
+private:
+  sqlite3_stmt* statement;
+};
+
+template <>
+std::optional<std::string> Row::find<std::string>(int index) const;
+template <>
+std::optional<double> Row::find<double>(int index) const;
+template <>
+std::optional<std::int64_t> Row::find<std::int64_t>(int index) const;
+
+inline std::string Row::text(int index) const { return find<std::string>(index).value_or(""); }
+
+/// A prepared statement and the sole owner of its handle. Positions count from 1. Failures leave as
+/// ReceiverError.
+class Statement {
+public:
+  /// Fails with "prepare 失败:" and SQLite's message. A step that fails says `stepFailure` and
+  /// SQLite's message.
+  Statement(sqlite3* database, const std::string& sql, std::string stepFailure);
+
+  Statement& bind(int position, std::string_view text);  ///< copies; empty is "", not NULL
+  Statement& bind(int position, double number);          ///< a NaN becomes NULL
+  Statement& bind(int position, std::int64_t number);
+
+  /// NULL when the value is absent.
+  template <typename T>
+  Statement& bind(int position, const std::optional<T>& value) {
+    return value ? bind(position, *value) : bindNull(position);
+  }
+  Statement& bindNull(int position);
+
+  /// Goes to the next row; `nullopt` after the last.
+  std::optional<Row> next();
+
+  /// Steps to the end, passing over any rows, and makes the statement ready for new bindings.
+  void run();
+
+  /// Makes the statement ready for new bindings, wherever it stands.
+  void reset();
+
+  /// Steps to the end; returns what `read` makes of each Row, in the order of the query.
+  template <typename Read>
+  auto readAll(Read read) {
+    std::vector<std::invoke_result_t<Read, const Row&>> records;
+    while (const std::optional<Row> row = next()) records.push_back(read(*row));
+    return records;
+  }
+
+private:
+  struct Finalizer {
+    void operator()(sqlite3_stmt* statement) const;
+  };
+
+  void check(int result) const;
+
+  sqlite3* database;  ///< outlives the statement
+  std::unique_ptr<sqlite3_stmt, Finalizer> handle;
+  std::string stepFailure;
+};
+
+/// One connection to one database file, closed by the destructor. Serialised by SQLite, hardened
+/// against what a file may contain, and waiting up to a minute for a writer that holds the file.
+class Database {
+public:
+  struct Access {
+    bool create = false;
+    bool readOnly = true;
+  };
+
+  /// Fails with "打不开库:" and SQLite's message.
+  Database(const std::string& path, Access access);
+
+  /// A statement ready to bind and step.
+  Statement prepare(const std::string& sql, std::string stepFailure = "读取失败:") const;
+
+  /// Runs one or more statements without result rows. Fails with "SQL 失败:" and SQLite's message.
+  void exec(const std::string& sql);
+
+private:
+  struct Closer {
+    void operator()(sqlite3* database) const;
+  };
+
+  std::unique_ptr<sqlite3, Closer> handle;
+};

@@ -1,0 +1,119 @@
+// Workouts: in numbers, in short, in full.
+
+#include "platform/ControlProtocol.h"
+#include "store/HealthStore.h"
+
+#include <algorithm>
+
+WorkoutStats HealthStore::workoutStats(std::string_view from, std::string_view to) const {
+  WorkoutStats stats;
+  Statement totals = prepare(
+      "SELECT COUNT(*), COALESCE(SUM(duration_min), 0) FROM workouts\n"
+      "WHERE start_day BETWEEN ? AND ?");
+  totals.bind(1, from).bind(2, to);
+  if (const std::optional<Row> row = totals.next()) {
+    stats.count = row->find<std::int64_t>(0).value_or(0);
+    stats.minutes = row->find<double>(1).value_or(0);
+  }
+  Statement byType = prepare(
+      "SELECT activity_type, COUNT(*) FROM workouts\n"
+      "WHERE start_day BETWEEN ? AND ?\n"
+      "GROUP BY 1 ORDER BY 2 DESC, 1");
+  byType.bind(1, from).bind(2, to);
+  stats.byType = byType.readAll([](const Row& row) {
+    return std::pair{row.find<std::string>(0).value_or("?"), row.find<std::int64_t>(1).value_or(0)};
+  });
+  return stats;
+}
+
+std::vector<DayWorkout> HealthStore::workouts(std::string_view day) const {
+  Statement query = prepare(
+      "SELECT activity_type, duration_min, distance_km, active_energy_kcal\n"
+      "FROM workouts WHERE start_day=? ORDER BY start_date");
+  query.bind(1, day);
+  return query.readAll([](const Row& row) {
+    return DayWorkout{row.find<std::string>(0).value_or("?"),
+                      row.find<double>(1).value_or(0),
+                      row.find<double>(2),
+                      row.find<double>(3)};
+  });
+}
+
+namespace {
+
+const std::string workoutColumns =
+    "SELECT activity_type, start_date, end_date, source_name,\n"
+    "       duration_min, distance_km, active_energy_kcal, basal_energy_kcal,\n"
+    "       hr_avg, hr_min, hr_max, elevation_m, avg_mets, indoor, temp_c, humidity_pct\n"
+    "FROM workouts ";
+
+std::optional<bool> flag(std::optional<double> number) {
+  if (!number) return std::nullopt;
+  return *number != 0;
+}
+
+WorkoutEntry workoutEntry(const Row& row) {
+  return {.activity_type = row.text(0),
+          .start = row.text(1),
+          .end = row.text(2),
+          .source = row.text(3),
+          .duration_min = row.find<double>(4),
+          .distance_km = row.find<double>(5),
+          .active_energy_kcal = row.find<double>(6),
+          .basal_energy_kcal = row.find<double>(7),
+          .hr_avg = row.find<double>(8),
+          .hr_min = row.find<double>(9),
+          .hr_max = row.find<double>(10),
+          .elevation_m = row.find<double>(11),
+          .avg_mets = row.find<double>(12),
+          .indoor = flag(row.find<double>(13)),
+          .temp_c = row.find<double>(14),
+          .humidity_pct = row.find<double>(15),
+          .humidity = std::nullopt};
+}
+
+}  // namespace
+
+std::vector<WorkoutEntry> HealthStore::workoutDetails(std::optional<std::string_view> from,
+                                                      std::optional<std::string_view> to) const {
+  Statement query = prepare(workoutColumns +
+                            "WHERE start_day BETWEEN ? AND ? ORDER BY start_date DESC, rowid DESC");
+  query.bind(1, from.value_or("")).bind(2, to.value_or("9999-12-31"));
+  std::vector<WorkoutEntry> workouts = query.readAll(workoutEntry);
+  attachHumidity(workouts);
+  return workouts;
+}
+
+WorkoutEntry HealthStore::workoutNamed(const std::string& workoutID) const {
+  // The identifier is a hash that no table holds, so every workout's four texts are hashed; all
+  // else is read of the one that is meant. Of workouts with the same texts, the one stored last
+  // counts.
+  const std::optional<WorkoutDigest> wanted = workoutDigestOf(workoutID);
+  Statement keys = prepare(
+      "SELECT rowid, activity_type, source_name, start_date, end_date FROM workouts\n"
+      "WHERE start_day BETWEEN '' AND '9999-12-31'");
+  std::optional<std::int64_t> found;
+  while (const std::optional<Row> row = keys.next()) {
+    const WorkoutDigest digest =
+        workoutDigest(row->text(1), row->text(2), row->text(3), row->text(4));
+    if (digest == wanted) found = std::max(found, row->find<std::int64_t>(0));
+  }
+  if (!found) throw ReceiverError("没有这次训练，请从训练清单获取 workout_id");
+  Statement query = prepare(workoutColumns + "WHERE rowid=?");
+  query.bind(1, *found);
+  std::vector<WorkoutEntry> workout = query.readAll(workoutEntry);
+  attachHumidity(workout);
+  return std::move(workout.at(0));
+}
+
+void HealthStore::attachHumidity(std::vector<WorkoutEntry>& workouts) const {
+  // A file from before the readings were kept has no table for them.
+  if (!hasTable("workout_humidity")) return;
+  Statement query =
+      db.prepare("SELECT data FROM workout_humidity WHERE workout_id=?", "读取湿度原值 失败:");
+  for (WorkoutEntry& workout : workouts) {
+    query.bind(1, workout.workout_id());
+    if (const std::optional<Row> row = query.next()) workout.humidity = humidityIn(row->text(0));
+    query.reset();
+  }
+}

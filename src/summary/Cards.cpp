@@ -1,0 +1,306 @@
+#include "summary/Cards.h"
+#include "platform/Locale.h"
+#include "platform/Text.h"
+#include "summary/DailySeries.h"
+#include "summary/SummaryStrings.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+
+DataState Cards::cardState(std::span<const Metric> metrics) {
+  for (const DataState state :
+       {DataState::present, DataState::absentSuspicious, DataState::absentExpected}) {
+    if (std::ranges::find(metrics, state, &Metric::state) != metrics.end()) return state;
+  }
+  return DataState::backfilling;
+}
+
+std::string_view Cards::stateText(DataState state, bool needsWatch, SummaryLang lang) {
+  const SummaryStrings& strings = SummaryStrings::in(lang);
+  switch (state) {
+    case DataState::present:
+      return "";
+    case DataState::absentExpected:
+      return needsWatch ? strings.needsWatch : strings.notCollected;
+    case DataState::absentSuspicious:
+      return strings.maybeUnauthorized;
+    case DataState::backfilling:
+      return strings.backfilling;
+  }
+  return "";
+}
+
+namespace {
+
+using Cards::Context;
+
+const SummaryStrings& stringsOf(const Context& context) {
+  return SummaryStrings::in(context.engine.language());
+}
+
+Metric row(std::string_view label, std::string_view text, DataState state) {
+  return {.label = std::string(label),
+          .value = std::nullopt,
+          .unit = "",
+          .samples = std::nullopt,
+          .text = std::string(text),
+          .state = state};
+}
+
+/// A row with a figure. `number` is the figure as displayed, without its unit.
+Metric figureRow(std::string_view label, double value, const std::string& number,
+                 std::string_view unit, std::optional<std::int64_t> samples = std::nullopt) {
+  return {.label = std::string(label),
+          .value = value,
+          .unit = std::string(unit),
+          .samples = samples,
+          .text = number + std::string(unit),
+          .state = DataState::present};
+}
+
+SummaryCard card(std::string_view key, std::string_view title, std::vector<Metric> metrics) {
+  const DataState state = Cards::cardState(metrics);
+  return {.key = std::string(key),
+          .title = std::string(title),
+          .state = state,
+          .metrics = std::move(metrics),
+          .needsDevice = std::nullopt};
+}
+
+/// A card whose data only a watch records: says so when that is why there is none.
+SummaryCard watchCard(std::string_view key, std::string_view title, std::vector<Metric> metrics,
+                      const SummaryStrings& strings) {
+  SummaryCard made = card(key, title, std::move(metrics));
+  if (made.state == DataState::absentExpected) made.needsDevice = std::string(strings.needsWatch);
+  return made;
+}
+
+std::string joinedDevices(const std::vector<std::string>& devices) {
+  std::string list;
+  for (const std::string& device : devices) {
+    if (trimmedBlanks(device).empty()) continue;
+    if (!list.empty()) list += "、";
+    list += device;
+  }
+  return list.empty() ? "—" : list;
+}
+
+SummaryCard overviewCard(const Context& context) {
+  const SummaryStrings& strings = stringsOf(context);
+  const SummaryCoverage& coverage = context.coverage;
+  if (coverage.records < 1) {
+    return card(Cards::overviewKey,
+                strings.cardOverview,
+                {row(strings.records, strings.maybeUnauthorized, DataState::absentSuspicious)});
+  }
+  const std::string span =
+      coverage.firstDay.empty() ? "—" : coverage.firstDay + " ~ " + coverage.lastDay;
+  Metric types = figureRow(strings.typeCount,
+                           static_cast<double>(coverage.typeCount),
+                           std::to_string(coverage.typeCount),
+                           "");
+  if (coverage.typeCount < 1) types.state = DataState::absentSuspicious;
+  return card(
+      Cards::overviewKey,
+      strings.cardOverview,
+      {figureRow(
+           strings.records, static_cast<double>(coverage.records), grouped(coverage.records), ""),
+       row(strings.span, span, DataState::present),
+       types,
+       row(strings.devices, joinedDevices(coverage.devices), DataState::present)});
+}
+
+/// How a figure is written, without its unit.
+using Writer = std::string (*)(double);
+
+std::string whole(double value) { return fixedDecimals(value, 0); }
+std::string oneDecimal(double value) { return fixedDecimals(value, 1); }
+
+/// A figure of the same period one year ago. Without one there is nothing to compare with, or not
+/// yet.
+Metric lastYearRow(const Context& context, std::string_view label,
+                   const std::optional<Figure>& figure, Writer written, std::string_view unit) {
+  const SummaryStrings& strings = stringsOf(context);
+  if (figure) return figureRow(label, figure->value, written(figure->value), unit, figure->samples);
+  if (context.coverage.backfilling) {
+    return row(label, strings.backfilling, DataState::backfilling);
+  }
+  return row(label, strings.noSamePeriod, DataState::absentExpected);
+}
+
+/// Why a step average is missing. A member whose steps were stored, only not in this period, has a
+/// row that says nothing.
+DataState missingStepsState(const Context& context) {
+  if (context.coverage.records < 1) return DataState::absentSuspicious;
+  if (context.presentTypes.contains("StepCount")) return DataState::present;
+  return context.coverage.backfilling ? DataState::backfilling : DataState::absentSuspicious;
+}
+
+Metric stepsRow(const Context& context, std::string_view label, int daysBack) {
+  const SummaryStrings& strings = stringsOf(context);
+  const auto average = context.engine.averageDaily("StepCount", context.engine.lastDays(daysBack));
+  if (average) {
+    return figureRow(
+        label, average->value, groupedWhole(average->value), strings.unitSteps, average->samples);
+  }
+  const DataState state = missingStepsState(context);
+  return row(label, Cards::stateText(state, false, context.engine.language()), state);
+}
+
+SummaryCard activityCard(const Context& context) {
+  const SummaryStrings& strings = stringsOf(context);
+  const auto lastYear = context.engine.averageDaily("StepCount", context.engine.lastYearWindow(30));
+  return card(
+      "activity",
+      strings.cardActivity,
+      {stepsRow(context, strings.steps30, 30),
+       stepsRow(context, strings.steps90, 90),
+       lastYearRow(context, strings.stepsLastYear, lastYear, groupedWhole, strings.unitSteps)});
+}
+
+/// Why a figure is missing that a watch records. `types` prove, when one was ever stored, that
+/// something on the wrist or beside the bed did record.
+DataState missingWatchState(const Context& context, std::initializer_list<const char*> types) {
+  const auto stored = [&](const char* type) { return context.presentTypes.contains(type); };
+  if (!context.hasWatch && std::ranges::none_of(types, stored)) return DataState::absentExpected;
+  return context.coverage.backfilling ? DataState::backfilling : DataState::absentSuspicious;
+}
+
+Metric missingWatchRow(const Context& context, std::string_view label, DataState state) {
+  return row(label, Cards::stateText(state, true, context.engine.language()), state);
+}
+
+SummaryCard heartCard(const Context& context) {
+  const SummaryStrings& strings = stringsOf(context);
+  const SummaryEngine& engine = context.engine;
+  const auto now = engine.medianValue("RestingHeartRate", engine.lastDays(90));
+  const auto before = engine.medianValue("RestingHeartRate", engine.lastYearWindow(90));
+
+  // The variability of the heart rate needs a sensor on the wrist, so it proves that one was worn.
+  const DataState missing =
+      missingWatchState(context, {"RestingHeartRate", "HeartRateVariabilitySDNN"});
+  const Metric nowRow =
+      now ? figureRow(
+                strings.restingHR90, now->value, whole(now->value), strings.unitBPM, now->samples)
+          : missingWatchRow(context, strings.restingHR90, missing);
+  const Metric beforeRow =
+      lastYearRow(context, strings.restingHRLastYear, before, whole, strings.unitBPM);
+  const DataState deltaMissing = now ? beforeRow.state : nowRow.state;
+  const Metric deltaRow = now && before ? figureRow(strings.restingHRDelta,
+                                                    now->value - before->value,
+                                                    signedText(now->value - before->value, 1),
+                                                    strings.unitBPM)
+                                        : row(strings.restingHRDelta, "", deltaMissing);
+  return watchCard("heart", strings.cardHeart, {nowRow, beforeRow, deltaRow}, strings);
+}
+
+std::string hoursAndMinutes(double minutes, SummaryLang lang) {
+  constexpr double firstBeyondInt64 = 0x1p63;
+  if (!(minutes >= 0 && minutes < firstBeyondInt64)) {
+    return groupedWhole(minutes) + std::string(SummaryStrings::in(lang).unitMinutes);
+  }
+  const std::int64_t wholeMinutes = std::llround(minutes);
+  return hoursMinutes(wholeMinutes / 60, wholeMinutes % 60, lang);
+}
+
+double medianOf(const std::vector<Night>& nights, double Night::*field) {
+  std::vector<double> values;
+  values.reserve(nights.size());
+  for (const Night& night : nights) values.push_back(night.*field);
+  return median(values).value_or(0);
+}
+
+SummaryCard sleepCard(const Context& context) {
+  const SummaryStrings& strings = stringsOf(context);
+  const std::vector<Night> nights = context.engine.nights(90);
+  if (nights.empty()) {
+    const DataState missing = missingWatchState(context, {"SleepAnalysis"});
+    return watchCard("sleep",
+                     strings.cardSleep,
+                     {missingWatchRow(context, strings.sleepDuration, missing),
+                      missingWatchRow(context, strings.bedtime, missing),
+                      missingWatchRow(context, strings.wakeTime, missing)},
+                     strings);
+  }
+  double asleep = 0;
+  for (const Night& night : nights) asleep += night.minutes;
+  const double mean = asleep / static_cast<double>(nights.size());
+  const double bed = medianOf(nights, &Night::bedMinutes);
+  const double wake = medianOf(nights, &Night::wakeMinutes);
+  const auto count = static_cast<std::int64_t>(nights.size());
+  const std::string length = hoursAndMinutes(mean, context.engine.language());
+  return watchCard("sleep",
+                   strings.cardSleep,
+                   {figureRow(strings.sleepDuration, mean, length, "", count),
+                    figureRow(strings.bedtime, bed, clockFromEvening(bed), "", count),
+                    figureRow(strings.wakeTime, wake, clockFromMidnight(wake), "", count)},
+                   strings);
+}
+
+/// The activities that most workouts were, at most three: "Walking×12、Yoga×3".
+std::string mainActivities(const WorkoutStats& stats, SummaryLang lang) {
+  constexpr std::size_t most = 3;
+  std::string list;
+  for (const auto& [code, count] :
+       std::span(stats.byType).first(std::min(most, stats.byType.size()))) {
+    if (!list.empty()) list += "、";
+    list += activityName(code, lang) + "×" + std::to_string(count);
+  }
+  return list;
+}
+
+SummaryCard workoutsCard(const Context& context) {
+  const SummaryStrings& strings = stringsOf(context);
+  const auto stats = context.engine.workoutStats(context.engine.lastDays(90));
+  if (!stats || stats->count < 1) {
+    // Workouts that cannot be read are not the same as no workouts.
+    const DataState none =
+        context.coverage.backfilling ? DataState::backfilling : DataState::absentExpected;
+    const DataState state = stats ? none : DataState::absentSuspicious;
+    return card(
+        "workouts",
+        strings.cardWorkouts,
+        {row(strings.workoutCount, "", state),
+         row(strings.workoutMinutes, "", state),
+         row(strings.workoutTypes, stats ? strings.noWorkouts : strings.maybeUnauthorized, state)});
+  }
+  const SummaryLang lang = context.engine.language();
+  return card(
+      "workouts",
+      strings.cardWorkouts,
+      {figureRow(strings.workoutCount,
+                 static_cast<double>(stats->count),
+                 std::to_string(stats->count),
+                 strings.unitTimes),
+       figureRow(strings.workoutMinutes, stats->minutes, hoursAndMinutes(stats->minutes, lang), ""),
+       row(strings.workoutTypes, mainActivities(*stats, lang), DataState::present)});
+}
+
+SummaryCard bodyCard(const Context& context) {
+  const SummaryStrings& strings = stringsOf(context);
+  std::vector<Metric> rows;
+  if (const auto weight = context.engine.latestValue("BodyMass")) {
+    rows.push_back(
+        figureRow(strings.weight, weight->value, oneDecimal(weight->value), strings.unitKg));
+  }
+  if (const auto bmi = context.engine.latestValue("BodyMassIndex")) {
+    rows.push_back(figureRow(strings.bmi, bmi->value, oneDecimal(bmi->value), ""));
+  }
+  if (rows.empty()) rows = {row(strings.weight, strings.noBody, DataState::absentExpected)};
+  return card("body", strings.cardBody, std::move(rows));
+}
+
+}  // namespace
+
+std::vector<SummaryCard> Cards::all(const Context& context) {
+  return {overviewCard(context),
+          activityCard(context),
+          heartCard(context),
+          sleepCard(context),
+          workoutsCard(context),
+          bodyCard(context)};
+}

@@ -1,0 +1,67 @@
+#include "summary/DailySeries.h"
+#include "platform/AppleFormat.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <map>
+#include <utility>
+
+std::optional<double> median(std::span<double> values) {
+  if (values.empty()) return std::nullopt;
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::ranges::nth_element(values, middle);
+  if (values.size() % 2 == 1) return *middle;
+  const double below = *std::max_element(values.begin(), middle);
+  return (below + *middle) * 0.5;
+}
+
+void DailyMedians::add(std::string_view sampleDay, double value) {
+  if (sampleDay.empty()) return;
+  if (sampleDay != day) {
+    closeDay();
+    day = sampleDay;
+  }
+  values.push_back(value);
+}
+
+std::vector<DailyValue> DailyMedians::finished() {
+  closeDay();
+  return std::move(series);
+}
+
+void DailyMedians::closeDay() {
+  if (const std::optional<double> middle = median(values)) series.push_back({day, *middle});
+  values.clear();
+}
+
+namespace {
+
+/// The day on which the night of a sleep that starts at `start` begins.
+std::string nightOf(std::int64_t start) {
+  constexpr std::int64_t halfADay = 43200;
+  return AppleFormat::dayParser.text(
+      AppleFormat::localTime(static_cast<double>(start - halfADay)).day);
+}
+
+}  // namespace
+
+std::vector<SleepNight> sleepNights(std::span<const SleepSegment> segments) {
+  std::map<std::string, SleepNight> byDay;
+  for (const SleepSegment& segment : segments) {
+    if (segment.value.find("Asleep") == std::string::npos) continue;
+    const std::optional<std::int64_t> start = AppleFormat::stampParser.parse(segment.start);
+    const std::optional<std::int64_t> end = AppleFormat::stampParser.parse(segment.end);
+    if (!start || !end || *end <= *start) continue;
+    const std::string day = nightOf(*start);
+    SleepNight& night = byDay.try_emplace(day, SleepNight{day, 0, *start, *end}).first->second;
+    night.minutes += static_cast<double>(*end - *start) / 60;
+    night.firstStart = std::min(night.firstStart, *start);
+    night.lastEnd = std::max(night.lastEnd, *end);
+  }
+  constexpr double shortestNight = 120;
+  std::vector<SleepNight> nights;
+  for (auto& [day, night] : byDay) {
+    if (night.minutes >= shortestNight) nights.push_back(std::move(night));
+  }
+  return nights;
+}

@@ -1,0 +1,57 @@
+#pragma once
+// Values by day and by night: the arithmetic that the series of a metric and the summary share.
+
+#include "summary/SummaryDataSource.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// One metric on one calendar day. A day without data has no DailyValue at all.
+struct DailyValue {
+  std::string day;  ///< "yyyy-MM-dd", the person's own calendar, never UTC
+  double value;     ///< in the metric's unit, see summary/Metrics.h
+
+  bool operator==(const DailyValue&) const = default;
+};
+
+/// One night of sleep, of at least two hours.
+struct SleepNight {
+  std::string day;          ///< the day on which the night begins
+  double minutes;           ///< asleep, all sources added up
+  std::int64_t firstStart;  ///< when the first sleep began, seconds since 1970
+  std::int64_t lastEnd;     ///< when the last sleep ended, seconds since 1970
+
+  bool operator==(const SleepNight&) const = default;
+};
+
+/// The middle of `values`, or the mean of the middle pair when their count is even; `nullopt` when
+/// there are none. Any order; changes it.
+std::optional<double> median(std::span<double> values);
+
+/// Makes the median of each day out of samples that come ordered by day. Keeps the values of one
+/// day at a time, so years of heart rate cost no memory.
+class DailyMedians {
+public:
+  /// Takes the next sample, in the order of the days. One without a day ("") is left out.
+  void add(std::string_view day, double value);
+
+  /// The series of all samples so far, ascending by day. Ends the collection.
+  std::vector<DailyValue> finished();
+
+private:
+  void closeDay();
+
+  std::vector<DailyValue> series;
+  std::string day;
+  std::vector<double> values;  ///< of `day`
+};
+
+/// The nights in `segments`, ascending by day. Only segments whose value says "Asleep" count; one
+/// whose stamps cannot be read, or that does not end after it starts, is left out. A segment
+/// belongs to the day (machine's time zone) of the moment twelve hours before it starts, so that
+/// 23:00 and 01:00 are one night. Less than 120 minutes are no night.
+std::vector<SleepNight> sleepNights(std::span<const SleepSegment> segments);

@@ -1,0 +1,73 @@
+#pragma once
+// What the summary wants to read of a member. The store provides it; tests provide it from memory.
+
+#include "summary/SummaryModel.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+/// A sample with the day it belongs to.
+struct DatedValue {
+  std::string day;  ///< "yyyy-MM-dd"; "" when the sample was stored without a day
+  double value;     ///< in the unit it was stored in
+
+  bool operator==(const DatedValue&) const = default;
+};
+
+/// A stretch of sleep as it was recorded, texts as stored.
+struct SleepSegment {
+  std::string start;  ///< stamp, see platform/AppleFormat.h
+  std::string end;    ///< stamp
+  std::string value;  ///< "...InBed", "...Awake", "...AsleepCore" and their kin
+
+  bool operator==(const SleepSegment&) const = default;
+};
+
+/// The workouts of a range in numbers.
+struct WorkoutStats {
+  std::int64_t count = 0;
+  double minutes = 0;
+  /// Activity code and number of workouts, most frequent first, ties by code.
+  std::vector<std::pair<std::string, std::int64_t>> byType;
+
+  bool operator==(const WorkoutStats&) const = default;
+};
+
+/// One member's data. Days are "yyyy-MM-dd", ranges include both ends and compare as text. Every
+/// operation throws ReceiverError when the data cannot be read.
+class SummaryDataSource {
+public:
+  virtual ~SummaryDataSource() = default;
+
+  /// Range, counts and devices; the fields that only a summary knows stay empty.
+  virtual SummaryCoverage coverage() const = 0;
+
+  /// All record types that were ever stored.
+  virtual std::set<std::string> presentTypes() const = 0;
+
+  /// Number of records by year "yyyy".
+  virtual std::map<std::string, std::int64_t> yearlyCounts() const = 0;
+
+  /// Day to total of a cumulative type: of each day the largest sum of a single source, at least 0.
+  virtual std::map<std::string, double> dailyTotals(std::string_view type, std::string_view from,
+                                                    std::string_view to) const = 0;
+
+  /// Every numeric value of a type, in no order.
+  virtual std::vector<double> values(std::string_view type, std::string_view from,
+                                     std::string_view to) const = 0;
+
+  /// The newest numeric value of a type, by its stamp as text.
+  virtual std::optional<DatedValue> latestValue(std::string_view type) const = 0;
+
+  /// Every recorded stretch of sleep, awake and in bed included, in no order.
+  virtual std::vector<SleepSegment> sleepSegments(std::string_view from,
+                                                  std::string_view to) const = 0;
+
+  virtual WorkoutStats workoutStats(std::string_view from, std::string_view to) const = 0;
+};

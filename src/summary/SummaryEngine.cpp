@@ -1,0 +1,175 @@
+#include "summary/SummaryEngine.h"
+#include "platform/Text.h"
+#include "summary/Cards.h"
+#include "summary/DailySeries.h"
+#include "summary/Insights.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <set>
+
+SummaryEngine::SummaryEngine(const SummaryDataSource& source, double today, SummaryLang lang)
+    : source(source), today(today), lang(lang) {}
+
+namespace {
+
+char lowerCase(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+bool isWatch(std::string_view device) {
+  constexpr std::string_view watch = "watch";
+  const auto sameLetter = [](char left, char right) { return lowerCase(left) == right; };
+  return std::search(device.begin(), device.end(), watch.begin(), watch.end(), sameLetter) !=
+         device.end();
+}
+
+/// Says how complete the history is, by what the roster knows of the backfill, else by its length.
+void addBackfill(SummaryCoverage& coverage, const std::optional<BackfillState>& backfill) {
+  if (!backfill) {
+    coverage.backfilling = spansTooFewDays(coverage);
+    return;
+  }
+  coverage.backfilling = coverage.records > 0 && !backfill->done;
+  const bool allIsThere = backfill->done && backfill->earliest;
+  coverage.completeFrom = allIsThere ? *backfill->earliest : backfill->completeFrom.value_or("");
+  coverage.backfillFrontier = backfill->frontier.value_or("");
+}
+
+/// Files a card's title under what became of its data. Cards that are still filling in are none of
+/// it.
+void addToLists(SummaryCoverage& coverage, const SummaryCard& card) {
+  switch (card.state) {
+    case DataState::present:
+      coverage.collected.push_back(card.title);
+      break;
+    case DataState::absentExpected:
+      coverage.absentExpected.push_back(card.title);
+      break;
+    case DataState::absentSuspicious:
+      coverage.suspicious.push_back(card.title);
+      break;
+    case DataState::backfilling:
+      break;
+  }
+}
+
+}  // namespace
+
+HealthSummary SummaryEngine::build(std::string_view personID, std::string_view person,
+                                   std::optional<double> lastSyncAt,
+                                   const std::optional<BackfillState>& backfill) const {
+  HealthSummary summary;
+  summary.personID = personID;
+  summary.person = person;
+  summary.generatedAt = today;
+
+  SummaryCoverage& coverage = summary.coverage;
+  coverage = source.coverage();
+  const std::set<std::string> presentTypes = source.presentTypes();
+  coverage.yearly = orNothing([this] {
+                      return source.yearlyCounts();
+                    }).value_or(std::map<std::string, std::int64_t>());
+  addBackfill(coverage, backfill);
+  coverage.lastSyncAt = lastSyncAt;
+
+  const bool hasWatch = std::ranges::any_of(coverage.devices, isWatch);
+  summary.cards = Cards::all({*this, coverage, presentTypes, hasWatch});
+  if (coverage.records > 0) {
+    for (const SummaryCard& card : summary.cards) {
+      if (card.key != Cards::overviewKey) addToLists(coverage, card);
+    }
+  }
+  summary.insights = Insights::all(*this);
+  return summary;
+}
+
+DayWindow SummaryEngine::lastDays(int daysBack) const {
+  const CivilDay last = AppleFormat::localTime(today).day;
+  return {.from = AppleFormat::dayParser.text(AppleFormat::daysBefore(last, daysBack)),
+          .to = AppleFormat::dayParser.text(last)};
+}
+
+DayWindow SummaryEngine::lastYearWindow(int days) const {
+  const CivilDay last = AppleFormat::yearBefore(AppleFormat::localTime(today).day);
+  return {.from = AppleFormat::dayParser.text(AppleFormat::daysBefore(last, days)),
+          .to = AppleFormat::dayParser.text(last)};
+}
+
+std::optional<Figure> SummaryEngine::averageDaily(std::string_view type,
+                                                  const DayWindow& window) const {
+  const auto totals = orNothing([&] { return source.dailyTotals(type, window.from, window.to); });
+  if (!totals || totals->empty()) return std::nullopt;
+  double sum = 0;
+  for (const auto& [day, total] : *totals) sum += total;
+  const std::size_t days = totals->size();
+  return Figure{sum / static_cast<double>(days), static_cast<std::int64_t>(days)};
+}
+
+std::optional<Figure> SummaryEngine::medianValue(std::string_view type,
+                                                 const DayWindow& window) const {
+  auto values = orNothing([&] { return source.values(type, window.from, window.to); });
+  if (!values) return std::nullopt;
+  const std::optional<double> middle = median(*values);
+  if (!middle) return std::nullopt;
+  return Figure{*middle, static_cast<std::int64_t>(values->size())};
+}
+
+std::optional<DatedValue> SummaryEngine::latestValue(std::string_view type) const {
+  return orNothing([&] { return source.latestValue(type); }).value_or(std::nullopt);
+}
+
+std::optional<WorkoutStats> SummaryEngine::workoutStats(const DayWindow& window) const {
+  return orNothing([&] { return source.workoutStats(window.from, window.to); });
+}
+
+namespace {
+
+constexpr int evening = 18 * 60;
+constexpr int fullDay = 24 * 60;
+
+double minuteOfDay(std::int64_t moment) {
+  const LocalTime time = AppleFormat::localTime(static_cast<double>(moment));
+  return time.hour * 60 + time.minute;
+}
+
+Night nightOf(const SleepNight& sleep) {
+  const double bed = minuteOfDay(sleep.firstStart);
+  return {.minutes = sleep.minutes,
+          .bedMinutes = bed < evening ? bed + (fullDay - evening) : bed - evening,
+          .wakeMinutes = minuteOfDay(sleep.lastEnd)};
+}
+
+}  // namespace
+
+std::vector<Night> SummaryEngine::nights(int daysBack) const {
+  const DayWindow window = lastDays(daysBack);
+  const auto segments = orNothing([&] { return source.sleepSegments(window.from, window.to); });
+  std::vector<Night> nights;
+  if (!segments) return nights;
+  for (const SleepNight& sleep : sleepNights(*segments)) nights.push_back(nightOf(sleep));
+  return nights;
+}
+
+std::string signedText(double value, int digits) {
+  return (value > 0 ? "+" : "") + fixedDecimals(value, digits);
+}
+
+namespace {
+
+std::string clockText(std::int64_t minutes) {
+  char text[16];
+  std::snprintf(text,
+                sizeof text,
+                "%02d:%02d",
+                static_cast<int>(minutes / 60 % 24),
+                static_cast<int>(minutes % 60));
+  return text;
+}
+
+}  // namespace
+
+std::string clockFromEvening(double minutes) { return clockText(std::llround(minutes) + evening); }
+
+std::string clockFromMidnight(double minutes) { return clockText(std::llround(minutes)); }

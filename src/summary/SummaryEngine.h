@@ -1,0 +1,105 @@
+#pragma once
+// One member's summary, computed from what a data source has to say.
+
+#include "platform/AppleFormat.h"
+#include "roster/IngestPayload.h"
+#include "summary/SummaryDataSource.h"
+#include "summary/SummaryLang.h"
+#include "summary/SummaryModel.h"
+
+#include <cstdint>
+#include <exception>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// A figure and what it rests on.
+struct Figure {
+  double value;
+  std::int64_t samples;  ///< days or values, >= 1
+
+  bool operator==(const Figure&) const = default;
+};
+
+/// Two days and all between them.
+struct DayWindow {
+  std::string from;
+  std::string to;
+
+  bool operator==(const DayWindow&) const = default;
+};
+
+/// When a person slept, in clock minutes that sort across midnight.
+struct Night {
+  double minutes;      ///< asleep
+  double bedMinutes;   ///< falling asleep, minutes after 18:00
+  double wakeMinutes;  ///< waking, minutes after midnight
+
+  bool operator==(const Night&) const = default;
+};
+
+/// Computes summaries. Days are those of the machine's time zone; "the last N days" are today, the
+/// day N days ago, and all between. A figure whose data cannot be read counts as one that is not
+/// there.
+class SummaryEngine {
+public:
+  /// `today` (seconds since 1970) counts as the present of every period. `source` outlives the
+  /// engine.
+  SummaryEngine(const SummaryDataSource& source, double today, SummaryLang lang);
+
+  /// The whole summary. `lastSyncAt` is in seconds since 1970. Throws what the source throws when
+  /// even its coverage or its types cannot be read.
+  HealthSummary build(std::string_view personID, std::string_view person,
+                      std::optional<double> lastSyncAt,
+                      const std::optional<BackfillState>& backfill) const;
+
+  SummaryLang language() const { return lang; }
+  const SummaryDataSource& data() const { return source; }
+
+  /// Today and the day `daysBack` days before.
+  DayWindow lastDays(int daysBack) const;
+
+  /// The day one calendar year before today, and the day `days` days before that one.
+  DayWindow lastYearWindow(int days) const;
+
+  /// Mean daily total of a cumulative type over the days with data.
+  std::optional<Figure> averageDaily(std::string_view type, const DayWindow& window) const;
+
+  /// Median of all values of a type.
+  std::optional<Figure> medianValue(std::string_view type, const DayWindow& window) const;
+
+  /// The newest value of a type.
+  std::optional<DatedValue> latestValue(std::string_view type) const;
+
+  /// The workouts of a window; absent only when they cannot be read.
+  std::optional<WorkoutStats> workoutStats(const DayWindow& window) const;
+
+  /// The nights of the last days, in order.
+  std::vector<Night> nights(int daysBack) const;
+
+private:
+  const SummaryDataSource& source;
+  double today;
+  SummaryLang lang;
+};
+
+/// What `read` returns, absent when it throws: one figure that cannot be read must not cost the
+/// others.
+template <typename Read>
+auto orNothing(Read read) -> std::optional<decltype(read())> {
+  try {
+    return read();
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
+
+/// The number with `digits` decimals and a "+" when it is above 0: "+2", "-3", "0".
+std::string signedText(double value, int digits);
+
+/// The clock time, "23:05", that many minutes after 18:00.
+std::string clockFromEvening(double minutes);
+
+/// The clock time, "07:05", that many minutes after midnight.
+std::string clockFromMidnight(double minutes);

@@ -1,0 +1,102 @@
+#pragma once
+// One member's health summary as plain records, finished for display; nothing refers to a database.
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Why a figure is there, or why it is not.
+enum class DataState {
+  present,           ///< data exists for the period asked
+  absentExpected,    ///< no data, and none is to be expected: no device records it
+  absentSuspicious,  ///< no data although it would be expected: permission may be off
+  backfilling,       ///< no data yet, but the history is still coming in
+};
+
+/// The state's name in JSON: "present", "absent_expected", "absent_suspicious", "backfilling".
+std::string_view rawValue(DataState state);
+
+/// What data exists and how complete it is. Days are "yyyy-MM-dd".
+struct SummaryCoverage {
+  std::string firstDay;                     ///< first day with data; "" without data
+  std::string lastDay;                      ///< last day with data; "" without data
+  std::int64_t records = 0;                 ///< stored samples
+  std::int64_t typeCount = 0;               ///< distinct types among them
+  std::vector<std::string> devices;         ///< names of the sources, most recently active first
+  std::vector<std::string> collected;       ///< kinds of data that are present
+  std::vector<std::string> absentExpected;  ///< kinds missing for a known reason
+  std::vector<std::string> suspicious;      ///< kinds missing without one
+  bool backfilling = false;                 ///< the history is still coming in from the phone
+  std::string completeFrom;      ///< day from which the history is complete; "" when unknown
+  std::string backfillFrontier;  ///< day the backfill has reached; "" when unknown
+  std::map<std::string, std::int64_t> yearly;  ///< records by "yyyy"
+  std::optional<double> lastSyncAt;            ///< seconds since 1970; absent when never synced
+
+  bool operator==(const SummaryCoverage&) const = default;
+};
+
+/// Whether data of this extent counts as history that is still coming in, when nothing better is
+/// known: there are records, but their days span fewer than 400.
+bool spansTooFewDays(const SummaryCoverage& coverage);
+
+/// One row of a card.
+struct Metric {
+  std::string label;                    ///< in the summary's language
+  std::optional<double> value;          ///< the number behind the row, unrounded
+  std::string unit;                     ///< as displayed
+  std::optional<std::int64_t> samples;  ///< how many days or samples the value rests on
+  std::string text;  ///< the finished value, or why there is none; "" hides the row
+  DataState state = DataState::present;
+
+  bool operator==(const Metric&) const = default;
+};
+
+/// One themed block of rows.
+struct SummaryCard {
+  std::string key;    ///< "overview", "activity", "heart", "sleep", "workouts" or "body"
+  std::string title;  ///< in the summary's language
+  DataState state = DataState::present;
+  std::vector<Metric> metrics;
+  std::optional<std::string>
+      needsDevice;  ///< that the data needs a device, where it does and lacks it
+
+  bool operator==(const SummaryCard&) const = default;
+};
+
+/// One observation.
+struct Insight {
+  std::string key;   ///< "weekday", "resting_hr" or "best_month"
+  std::string text;  ///< the sentence, in the summary's language
+
+  bool operator==(const Insight&) const = default;
+};
+
+/// The whole summary of one member.
+struct HealthSummary {
+  std::string personID;
+  std::string person;      ///< display name
+  double generatedAt = 0;  ///< seconds since 1970
+  SummaryCoverage coverage;
+  std::vector<SummaryCard> cards;
+  std::vector<Insight> insights;
+
+  bool operator==(const HealthSummary&) const = default;
+};
+
+/// JSON keys are the field names in the order above. Absent fields are left out, never null;
+/// decoding throws DecodingError for a missing key, another JSON type or an unknown state.
+void to_json(nlohmann::ordered_json& json, const SummaryCoverage& coverage);
+void to_json(nlohmann::ordered_json& json, const Metric& metric);
+void to_json(nlohmann::ordered_json& json, const SummaryCard& card);
+void to_json(nlohmann::ordered_json& json, const Insight& insight);
+void to_json(nlohmann::ordered_json& json, const HealthSummary& summary);
+void from_json(const nlohmann::json& json, SummaryCoverage& coverage);
+void from_json(const nlohmann::json& json, Metric& metric);
+void from_json(const nlohmann::json& json, SummaryCard& card);
+void from_json(const nlohmann::json& json, Insight& insight);
+void from_json(const nlohmann::json& json, HealthSummary& summary);

@@ -1,0 +1,70 @@
+#pragma once
+// Choosing among workouts: filters, order, page, totals. Pure: knows neither the store nor the
+// wording.
+
+#include "summary/SummaryLang.h"
+#include "workouts/Workouts.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace WorkoutSelection {
+
+/// What a caller asks for. Empty texts set no filter.
+struct Filters {
+  std::string activityType;  ///< a code or a display name in either language
+  WorkoutEnvironment environment = WorkoutEnvironment::all;
+  std::string source;  ///< exact
+};
+
+enum class Order { desc, asc };  ///< newest first, oldest first
+
+struct Page {
+  std::int64_t limit = 1;   ///< >= 1
+  std::int64_t offset = 0;  ///< >= 0
+};
+
+/// Something that a workout measures.
+struct Measure {
+  std::string_view key;  ///< in JSON
+  Phrase label;
+  std::string_view unit;
+  std::optional<double> (*read)(const WorkoutEntry&);
+};
+
+/// All measures in the order in which they are shown. The first `totalledMeasures` are also summed.
+extern const std::array<Measure, 11> measures;
+inline constexpr std::size_t totalledMeasures = 4;
+
+/// The sum of one measure over the workouts that have it.
+struct Total {
+  double sum = 0;
+  std::int64_t count = 0;  ///< workouts that have it; 0 means not recorded
+};
+
+/// An activity code and how many workouts it has.
+using ActivityCount = std::pair<std::string, std::int64_t>;
+
+struct Selection {
+  std::map<std::string, std::int64_t> availableActivities;  ///< of the whole range, by code
+  std::set<std::string> availableSources;                   ///< of the whole range
+  std::int64_t totalCount = 0;                              ///< workouts that pass the filters
+  std::array<Total, totalledMeasures> totals;               ///< over all that pass, not the page
+  std::vector<ActivityCount> byActivity;  ///< of all that pass, most frequent first, ties by code
+  std::vector<WorkoutEntry> page;
+  std::optional<std::int64_t> nextOffset;  ///< absent on the last page
+};
+
+/// Selects among `workouts`, which are newest first.
+Selection select(std::vector<WorkoutEntry> workouts, const Filters& filters, Order order,
+                 Page page);
+
+}  // namespace WorkoutSelection

@@ -1,0 +1,73 @@
+#pragma once
+// The heart-rate samples taken during one workout, one page of them, and what all of them say.
+
+#include "workouts/Workouts.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// One sample. Texts are exactly as stored. JSON keys are the field names.
+struct WorkoutHeartRatePoint {
+  std::int64_t record_id = 0;  ///< row of the sample in its table
+  std::string start;           ///< stamp with its own zone
+  std::optional<std::string> end;
+  std::string source;
+  std::optional<std::string> device;
+  std::string raw_unit;                     ///< "count/min" or "bpm"
+  std::optional<std::string> stored_value;  ///< the value as text
+  double elapsed_seconds = 0;               ///< from the start of the workout to that of the sample
+  double bpm = 0;                           ///< as stored, not rounded
+  std::int64_t segment = 0;                 ///< one higher after every gap of more than 60 seconds
+
+  bool operator==(const WorkoutHeartRatePoint&) const = default;
+};
+
+/// What all matching samples say, not the page alone. Absent without samples.
+struct WorkoutHeartRateSummary {
+  std::int64_t count = 0;
+  std::optional<double> min_bpm;
+  std::optional<double> max_bpm;
+  std::optional<double> sample_mean_bpm;  ///< mean of the samples, not weighted by time
+
+  bool operator==(const WorkoutHeartRateSummary&) const = default;
+};
+
+struct WorkoutHeartRatePagination {
+  std::int64_t total_count = 0;
+  std::int64_t returned_count = 0;
+  std::int64_t limit = 0;
+  std::int64_t offset = 0;
+  bool has_more = false;
+  std::optional<std::int64_t> next_offset;  ///< absent on the last page
+
+  bool operator==(const WorkoutHeartRatePagination&) const = default;
+};
+
+/// The samples of exactly one source whose start lies in the workout, half open at its end.
+struct WorkoutHeartRate {
+  std::string person_id;  ///< filled in by who knows the person
+  WorkoutEntry workout;
+  std::string source;                          ///< the selected one
+  std::vector<std::string> available_sources;  ///< all with a sample in the workout, ascending
+  WorkoutHeartRateSummary summary;
+  std::vector<WorkoutHeartRatePoint> samples;  ///< the page, by time
+  WorkoutHeartRatePagination pagination;
+  /// Samples of the selected source whose time, unit or value cannot be read.
+  std::int64_t excluded_candidate_count = 0;
+
+  bool operator==(const WorkoutHeartRate&) const = default;
+};
+
+/// Decoding and encoding follow the rules of workouts/Workouts.h.
+void from_json(const nlohmann::json& json, WorkoutHeartRatePoint& point);
+void from_json(const nlohmann::json& json, WorkoutHeartRateSummary& summary);
+void from_json(const nlohmann::json& json, WorkoutHeartRatePagination& pagination);
+void from_json(const nlohmann::json& json, WorkoutHeartRate& heartRate);
+void to_json(nlohmann::ordered_json& json, const WorkoutHeartRatePoint& point);
+void to_json(nlohmann::ordered_json& json, const WorkoutHeartRateSummary& summary);
+void to_json(nlohmann::ordered_json& json, const WorkoutHeartRatePagination& pagination);
+void to_json(nlohmann::ordered_json& json, const WorkoutHeartRate& heartRate);

@@ -1,0 +1,161 @@
+#include "workouts/Workouts.h"
+#include "platform/JsonFields.h"
+
+#include <sodium.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+using JsonFields::optional;
+using JsonFields::required;
+using JsonFields::setIfPresent;
+
+WorkoutDigest workoutDigest(std::string_view activityType, std::string_view source,
+                            std::string_view start, std::string_view end) {
+  crypto_hash_sha256_state state;
+  crypto_hash_sha256_init(&state);
+  const auto add = [&state](std::string_view bytes) {
+    const auto* first = reinterpret_cast<const unsigned char*>(bytes.data());
+    crypto_hash_sha256_update(&state, first, bytes.size());
+  };
+  for (const std::string_view text : {activityType, source, start, end}) {
+    add(std::to_string(text.size()) + ":");
+    add(text);
+  }
+  WorkoutDigest digest{};
+  static_assert(digest.size() == crypto_hash_sha256_BYTES);
+  crypto_hash_sha256_final(&state, digest.data());
+  return digest;
+}
+
+namespace {
+
+constexpr std::string_view identifierPrefix = "w_";
+constexpr std::string_view hexDigits = "0123456789abcdef";
+
+}  // namespace
+
+std::optional<WorkoutDigest> workoutDigestOf(std::string_view workoutID) {
+  WorkoutDigest digest{};
+  if (workoutID.size() != identifierPrefix.size() + 2 * digest.size()) return std::nullopt;
+  if (!workoutID.starts_with(identifierPrefix)) return std::nullopt;
+  workoutID.remove_prefix(identifierPrefix.size());
+  for (std::size_t index = 0; index < digest.size(); ++index) {
+    const std::size_t high = hexDigits.find(workoutID[2 * index]);
+    const std::size_t low = hexDigits.find(workoutID[2 * index + 1]);
+    if (high == std::string_view::npos || low == std::string_view::npos) return std::nullopt;
+    digest[index] = static_cast<unsigned char>(high * 16 + low);
+  }
+  return digest;
+}
+
+std::string WorkoutEntry::workout_id() const {
+  std::string identifier(identifierPrefix);
+  for (const unsigned char byte : workoutDigest(activity_type, source, start, end)) {
+    identifier += hexDigits[byte / 16];
+    identifier += hexDigits[byte % 16];
+  }
+  return identifier;
+}
+
+namespace {
+
+/// A number that is not finite, as text: such a reading keeps it where others keep a number.
+std::string notFiniteText(double number) {
+  if (std::isnan(number)) return "nan";
+  return number < 0 ? "-inf" : "inf";
+}
+
+}  // namespace
+
+std::optional<WorkoutHumidity> WorkoutEntry::humidityReading() const {
+  if (humidity || !humidity_pct) return humidity;
+  WorkoutHumidity legacy;
+  legacy.encoding = "legacy_percent";
+  legacy.raw_unit = "%";
+  if (std::isfinite(*humidity_pct)) {
+    legacy.raw_value = humidity_pct;
+  } else {
+    legacy.raw_text = notFiniteText(*humidity_pct);
+  }
+  return legacy;
+}
+
+std::optional<double> WorkoutEntry::humidityPercent() const {
+  const std::optional<WorkoutHumidity> reading = humidityReading();
+  if (!reading || reading->status() != "valid") return std::nullopt;
+  return reading->raw_value;
+}
+
+void from_json(const nlohmann::json& json, WorkoutEntry& workout) {
+  workout.activity_type = required<std::string>(json, "activity_type");
+  workout.start = required<std::string>(json, "start");
+  workout.end = required<std::string>(json, "end");
+  workout.source = required<std::string>(json, "source");
+  workout.duration_min = optional<double>(json, "duration_min");
+  workout.distance_km = optional<double>(json, "distance_km");
+  workout.active_energy_kcal = optional<double>(json, "active_energy_kcal");
+  workout.basal_energy_kcal = optional<double>(json, "basal_energy_kcal");
+  workout.hr_avg = optional<double>(json, "hr_avg");
+  workout.hr_min = optional<double>(json, "hr_min");
+  workout.hr_max = optional<double>(json, "hr_max");
+  workout.elevation_m = optional<double>(json, "elevation_m");
+  workout.avg_mets = optional<double>(json, "avg_mets");
+  workout.indoor = optional<bool>(json, "indoor");
+  workout.temp_c = optional<double>(json, "temp_c");
+  workout.humidity_pct = optional<double>(json, "humidity_pct");
+  workout.humidity = optional<WorkoutHumidity>(json, "humidity");
+}
+
+void to_json(nlohmann::ordered_json& json, const WorkoutEntry& workout) {
+  json = nlohmann::ordered_json::object();
+  json["activity_type"] = workout.activity_type;
+  json["start"] = workout.start;
+  json["end"] = workout.end;
+  json["source"] = workout.source;
+  setIfPresent(json, "duration_min", workout.duration_min);
+  setIfPresent(json, "distance_km", workout.distance_km);
+  setIfPresent(json, "active_energy_kcal", workout.active_energy_kcal);
+  setIfPresent(json, "basal_energy_kcal", workout.basal_energy_kcal);
+  setIfPresent(json, "hr_avg", workout.hr_avg);
+  setIfPresent(json, "hr_min", workout.hr_min);
+  setIfPresent(json, "hr_max", workout.hr_max);
+  setIfPresent(json, "elevation_m", workout.elevation_m);
+  setIfPresent(json, "avg_mets", workout.avg_mets);
+  setIfPresent(json, "indoor", workout.indoor);
+  setIfPresent(json, "temp_c", workout.temp_c);
+  setIfPresent(json, "humidity_pct", workout.humidity_pct);
+  setIfPresent(json, "humidity", workout.humidity);
+}
+
+namespace {
+
+constexpr std::array<std::string_view, 4> environmentNames{
+    "all", "indoor", "outdoor", "unspecified"};
+
+}  // namespace
+
+std::optional<WorkoutEnvironment> workoutEnvironmentNamed(std::string_view rawValue) {
+  const auto name = std::ranges::find(environmentNames, rawValue);
+  if (name == environmentNames.end()) return std::nullopt;
+  return static_cast<WorkoutEnvironment>(name - environmentNames.begin());
+}
+
+std::string_view rawValue(WorkoutEnvironment environment) {
+  return environmentNames[static_cast<std::size_t>(environment)];
+}
+
+bool includes(WorkoutEnvironment environment, std::optional<bool> indoor) {
+  switch (environment) {
+    case WorkoutEnvironment::all:
+      return true;
+    case WorkoutEnvironment::indoor:
+      return indoor == true;
+    case WorkoutEnvironment::outdoor:
+      return indoor == false;
+    case WorkoutEnvironment::unspecified:
+      return !indoor;
+  }
+  return false;
+}
