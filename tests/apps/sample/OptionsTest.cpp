@@ -1,0 +1,122 @@
+#include "sample/Options.h"
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+struct AcceptedCase {
+  std::string name;
+  std::vector<std::string_view> arguments;
+  Options expected;
+};
+
+void PrintTo(const AcceptedCase& value, std::ostream* out) { *out << value.name; }
+
+class AcceptedOptions : public testing::TestWithParam<AcceptedCase> {};
+
+TEST_P(AcceptedOptions, AreWhatTheArgumentsSpell) {
+  EXPECT_EQ(parsedOptions(GetParam().arguments), GetParam().expected);
+}
+
+Options optionsWith(auto change) {
+  Options options;
+  options.out = "d";
+  change(options);
+  return options;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, AcceptedOptions,
+    testing::Values(AcceptedCase{"Defaults", {"--out", "d"}, optionsWith([](Options&) {})},
+                    AcceptedCase{"Everything",
+                                 {"--out",
+                                  "d",
+                                  "--members",
+                                  "5",
+                                  "--years",
+                                  "10",
+                                  "--records",
+                                  "20000000",
+                                  "--seed",
+                                  "18446744073709551615",
+                                  "--today",
+                                  "2024-02-29"},
+                                 optionsWith([](Options& options) {
+                                   options.members = 5;
+                                   options.years = 10;
+                                   options.records = 20000000;
+                                   options.seed = UINT64_MAX;
+                                   options.today = 2024y / 2 / 29;
+                                 })},
+                    AcceptedCase{"TheLastOfARepeatedOptionWins",
+                                 {"--out", "c", "--seed", "1", "--out", "d", "--seed", "2"},
+                                 optionsWith([](Options& options) { options.seed = 2; })},
+                    AcceptedCase{"HelpEndsTheReading",
+                                 {"--help", "--nonsense"},
+                                 [] {
+                                   Options options;
+                                   options.help = true;
+                                   return options;
+                                 }()}),
+    [](const auto& test) { return test.param.name; });
+
+struct RejectedCase {
+  std::string name;
+  std::vector<std::string_view> arguments;
+  std::string message;
+};
+
+void PrintTo(const RejectedCase& value, std::ostream* out) { *out << value.name; }
+
+class RejectedOptions : public testing::TestWithParam<RejectedCase> {};
+
+TEST_P(RejectedOptions, SayWhatIsWrong) {
+  try {
+    parsedOptions(GetParam().arguments);
+    FAIL() << "accepted";
+  } catch (const UsageError& error) {
+    EXPECT_EQ(error.what(), GetParam().message);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, RejectedOptions,
+    testing::Values(RejectedCase{"NoArguments", {}, "--out is missing"},
+                    RejectedCase{"EmptyDirectory", {"--out", ""}, "--out wants a directory"},
+                    RejectedCase{
+                        "Unknown", {"--out", "d", "--size", "3"}, "unknown argument: --size"},
+                    RejectedCase{"MissingValue", {"--out", "d", "--seed"}, "--seed wants a value"},
+                    RejectedCase{"NoMembers",
+                                 {"--out", "d", "--members", "0"},
+                                 "--members wants a whole number from 1 to 99"},
+                    RejectedCase{"FractionOfAYear",
+                                 {"--out", "d", "--years", "1.5"},
+                                 "--years wants a whole number from 1 to 30"},
+                    RejectedCase{"NegativeSeed",
+                                 {"--out", "d", "--seed", "-1"},
+                                 "--seed wants a whole number from 0 to 18446744073709551615"},
+                    RejectedCase{"TooManyRecords",
+                                 {"--out", "d", "--records", "99999999999999999999"},
+                                 "--records wants a whole number from 1000 to 100000000"},
+                    RejectedCase{"NoSuchDay",
+                                 {"--out", "d", "--today", "2023-02-29"},
+                                 "--today wants a day as YYYY-MM-DD, 1971 or later"},
+                    RejectedCase{"TooLongAgo",
+                                 {"--out", "d", "--today", "1970-12-31"},
+                                 "--today wants a day as YYYY-MM-DD, 1971 or later"}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(Usage, NamesEveryOption) {
+  for (const char* option :
+       {"--out", "--members", "--years", "--records", "--seed", "--today", "--help"}) {
+    EXPECT_NE(usage.find(option), std::string_view::npos) << option;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,74 @@
+// The built program from outside: its exit statuses and what it says.
+
+#include "support/ChildProcess.h"
+#include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+ChildProcess::Ending run(const std::vector<std::string>& arguments, const TemporaryFolder& folder) {
+  return ChildProcess(LARKSPUR_SAMPLE_PROGRAM, arguments, folder.path()).finished();
+}
+
+TEST(SampleProgram, WritesAHouseholdAndOneLineAMember) {
+  const TemporaryFolder folder;
+
+  const ChildProcess::Ending ending =
+      run({"--out", "root", "--years", "1", "--records", "2000", "--today", "2026-11-20"}, folder);
+
+  EXPECT_EQ(ending.status, 0);
+  EXPECT_THAT(ending.output,
+              testing::MatchesRegex("Ann \\(ann-01\\): [0-9,]+ records, [0-9]+ workouts\n"
+                                    "Ben \\(ben-02\\): [0-9,]+ records, [0-9]+ workouts\n"
+                                    "小美 \\(mei-03\\): 0 records, 0 workouts\n"));
+  EXPECT_EQ(ending.errors, "");
+  EXPECT_TRUE(std::filesystem::exists(folder / "root/members.json"));
+}
+
+TEST(SampleProgram, TakesTheMachinesDayWhenNoneIsGiven) {
+  const TemporaryFolder folder;
+
+  const ChildProcess::Ending ending =
+      run({"--out", "root", "--members", "1", "--years", "1", "--records", "1000"}, folder);
+
+  EXPECT_EQ(ending.status, 0) << ending.errors;
+}
+
+TEST(SampleProgram, RefusesADirectoryThatIsADataRootAlready) {
+  const TemporaryFolder folder;
+  folder.write("root/members.json", "precious");
+
+  const ChildProcess::Ending ending = run({"--out", "root"}, folder);
+
+  EXPECT_EQ(ending.status, 1);
+  EXPECT_EQ(ending.output, "");
+  EXPECT_THAT(ending.errors, testing::HasSubstr("members.json exists already"));
+}
+
+TEST(SampleProgram, ExplainsItselfWhenMisused) {
+  const TemporaryFolder folder;
+
+  const ChildProcess::Ending ending = run({"--years", "none"}, folder);
+
+  EXPECT_EQ(ending.status, 2);
+  EXPECT_EQ(ending.output, "");
+  EXPECT_THAT(ending.errors, testing::HasSubstr("--years wants a whole number from 1 to 30\n\n"));
+  EXPECT_THAT(ending.errors, testing::HasSubstr("larkspur-sample --out DIR"));
+}
+
+TEST(SampleProgram, ExplainsItselfWhenAsked) {
+  const TemporaryFolder folder;
+
+  const ChildProcess::Ending ending = run({"--help"}, folder);
+
+  EXPECT_EQ(ending.status, 0);
+  EXPECT_THAT(ending.output, testing::StartsWith("larkspur-sample --out DIR"));
+  EXPECT_EQ(ending.errors, "");
+}
+
+}  // namespace

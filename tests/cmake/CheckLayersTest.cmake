@@ -1,0 +1,82 @@
+# Plants one small source tree per case and asks cmake/CheckLayers.cmake about it, so that the
+# Layers test is known to be able to fail.
+#
+#   cmake -D CHECK=<CheckLayers.cmake> -D SCRATCH=<folder to use up> -P CheckLayersTest.cmake
+
+cmake_minimum_required(VERSION 3.25)
+
+set(failures "")
+
+# Writes `file` with the one line `include` into an otherwise sound tree. An empty `expected` means
+# that the check is to accept it; otherwise the check has to fail and its message has to contain
+# `expected`.
+function(check_tree name file include expected)
+  set(root ${SCRATCH}/${name})
+  file(REMOVE_RECURSE ${root})
+  file(WRITE ${root}/src/platform/Clock.h "#pragma once\n#include <string>\n")
+  file(WRITE ${root}/src/main.cpp "#include \"server/MCPServer.h\"\n#include \"store/Database.h\"\n")
+  file(WRITE ${root}/${file} "// 中文 [a;b]\n${include}\n#include <vector>\n")
+
+  execute_process(
+    COMMAND ${CMAKE_COMMAND} -D SOURCE_ROOT=${root} -P ${CHECK}
+    RESULT_VARIABLE status
+    OUTPUT_VARIABLE output
+    ERROR_VARIABLE output)
+  # CMake wraps long messages, which a comparison of words does not care about.
+  string(REGEX REPLACE "[ \n]+" " " output "${output}")
+
+  if(expected STREQUAL "")
+    if(NOT status EQUAL 0)
+      string(APPEND failures "${name}: refused although sound: ${output}\n")
+    endif()
+  else()
+    string(FIND "${output}" "${file}: ${expected}" position)
+    if(status EQUAL 0 OR position EQUAL -1)
+      string(APPEND failures "${name}: status ${status}, expected \"${expected}\" in: ${output}\n")
+    endif()
+  endif()
+  set(failures "${failures}" PARENT_SCOPE)
+endfunction()
+
+check_tree(OwnFolder src/store/Database.cpp "#include \"store/Database.h\"" "")
+check_tree(FolderBelow src/tools/Trend.cpp "#include \"platform/AppleFormat.h\"" "")
+check_tree(ThirdParty src/tools/Trend.cpp "#include <nlohmann/json.hpp>" "")
+check_tree(SqliteInStore src/store/Database.cpp "#include <sqlite3.h>" "")
+check_tree(AppMayUseTheStore apps/Sample.cpp "#include \"store/HealthStore.h\"" "")
+check_tree(CommentIsNoInclude src/platform/Text.cpp "// like #include \"server/MCPServer.h\"" "")
+
+check_tree(FolderAbove src/summary/Insights.cpp "#include \"store/Database.h\""
+  "summary may not include \"store/Database.h\"")
+check_tree(FolderAboveWithBlanks src/platform/Text.cpp "  #  include \"tools/Tools.h\""
+  "platform may not include \"tools/Tools.h\"")
+check_tree(MainIsAbove src/server/MCPServer.cpp "#include \"main.cpp\""
+  "\"main.cpp\" is not named from src/ by a folder of the layers")
+check_tree(RosterAndWorkouts src/roster/Roster.cpp "#include \"workouts/Workouts.h\""
+  "roster may not include \"workouts/Workouts.h\"")
+check_tree(WorkoutsAndRoster src/workouts/Workouts.h "#include \"roster/Roster.h\""
+  "workouts may not include \"roster/Roster.h\"")
+check_tree(AngleBrackets src/summary/Insights.cpp "#include <store/Database.h>"
+  "<store/Database.h> is a header of ours and belongs in double quotes")
+check_tree(RelativePath src/summary/Insights.cpp "#include \"../store/Database.h\""
+  "\"../store/Database.h\" is not named from src/ by a folder of the layers")
+check_tree(NoFolder src/store/Database.cpp "#include \"Database.h\""
+  "\"Database.h\" is not named from src/ by a folder of the layers")
+check_tree(AppsFromSource src/store/Database.cpp "#include \"apps/Sample.h\""
+  "\"apps/Sample.h\" is not named from src/ by a folder of the layers")
+check_tree(TestsFromSource src/store/Database.cpp "#include \"tests/support/TestDatabase.h\""
+  "\"tests/support/TestDatabase.h\" is not named from src/ by a folder of the layers")
+check_tree(NewFolder src/network/Socket.cpp "#include <string>"
+  "is in no folder of the layers")
+check_tree(SqliteInStoreHeader src/store/Database.h "#include <sqlite3.h>"
+  "sqlite3.h is for the sources of store/ alone")
+check_tree(SqliteInTools src/tools/Trend.cpp "#include \"sqlite3.h\""
+  "sqlite3.h is for the sources of store/ alone")
+check_tree(SqliteInTests tests/support/TestDatabase.cpp "#include <sqlite3.h>"
+  "sqlite3.h is for the sources of store/ alone")
+check_tree(AppMayNotUseTheServer apps/Sample.cpp "#include \"server/MCPServer.h\""
+  "an app may not include \"server/MCPServer.h\"")
+
+if(failures)
+  message(FATAL_ERROR "CheckLayers.cmake judges wrongly:\n${failures}")
+endif()
+message(STATUS "CheckLayers.cmake judges every case rightly")

@@ -1,0 +1,88 @@
+#include "platform/AppLanguage.h"
+#include "support/EnvironmentGuard.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+using AppLanguage::Language;
+
+struct MatchCase {
+  std::string name;
+  std::string tag;
+  std::optional<Language> language;
+};
+
+class Match : public testing::TestWithParam<MatchCase> {};
+
+TEST_P(Match, FindsTheLanguageOfATag) {
+  EXPECT_EQ(AppLanguage::match(GetParam().tag), GetParam().language);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, Match,
+                         testing::Values(MatchCase{"Chinese", "zh", Language::zh},
+                                         MatchCase{"ChineseOfAPlace", "zh-Hans-CN", Language::zh},
+                                         MatchCase{"ChineseLocale", "zh_CN.UTF-8", Language::zh},
+                                         MatchCase{"ChineseInCapitals", "ZH-HANT", Language::zh},
+                                         MatchCase{"English", "en", Language::en},
+                                         MatchCase{"EnglishInMixedCase", "EN_gb", Language::en},
+                                         MatchCase{"EnglishOfAPlace", "en-US", Language::en},
+                                         MatchCase{"French", "fr-FR", {}},
+                                         MatchCase{"LongerThanChinese", "zha", {}},
+                                         MatchCase{"LongerThanEnglish", "eng", {}},
+                                         MatchCase{"AnotherSeparator", "en.UTF-8", {}},
+                                         MatchCase{"ShorterThanALanguage", "e", {}},
+                                         MatchCase{"LeadingBlank", " en", {}},
+                                         MatchCase{"PlainCLocale", "C", {}},
+                                         MatchCase{"Empty", "", {}}),
+                         [](const auto& test) { return test.param.name; });
+
+struct ResolveCase {
+  std::string name;
+  std::vector<std::string> bundleLocalizations;
+  std::vector<std::string> bundlePreferred;
+  std::vector<std::string> system;
+  Language language;
+};
+
+class Resolve : public testing::TestWithParam<ResolveCase> {};
+
+TEST_P(Resolve, ChoosesTheLanguageToSpeak) {
+  const auto& [name, bundleLocalizations, bundlePreferred, system, language] = GetParam();
+  EXPECT_EQ(AppLanguage::resolve(bundleLocalizations, bundlePreferred, system), language);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    WithoutABundle, Resolve,
+    testing::Values(ResolveCase{"Chinese", {}, {}, {"zh-Hans-CN"}, Language::zh},
+                    ResolveCase{"English", {}, {}, {"EN_gb"}, Language::en},
+                    ResolveCase{"SecondChoice", {}, {}, {"fr-FR", "zh-Hant"}, Language::zh},
+                    ResolveCase{"FirstOfBothWins", {}, {}, {"fr", "en", "zh"}, Language::en},
+                    ResolveCase{"ChineseBeforeEnglish", {}, {}, {"zh", "en"}, Language::zh},
+                    ResolveCase{"NeitherIsEnglish", {}, {}, {"fr-FR"}, Language::en},
+                    ResolveCase{"NothingIsEnglish", {}, {}, {}, Language::en},
+                    ResolveCase{"PreferredWithoutLocalizations", {}, {"zh"}, {"en"}, Language::en}),
+    [](const auto& test) { return test.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    WithABundle, Resolve,
+    testing::Values(
+        ResolveCase{"BundleBeforeSystem", {"en", "zh-Hans"}, {"zh-Hans"}, {"en"}, Language::zh},
+        ResolveCase{"OneMatchIsEnough", {"fr", "en"}, {"zh"}, {"en"}, Language::zh},
+        ResolveCase{"TranslatedIntoNeither", {"fr", "de"}, {"zh"}, {"en"}, Language::en},
+        ResolveCase{"NothingPreferred", {"en", "zh"}, {}, {"zh"}, Language::zh},
+        ResolveCase{
+            "OnlyTheFirstPreferredCounts", {"en", "zh"}, {"fr", "en"}, {"zh"}, Language::zh}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(IsChinese, FollowsTheLanguagesOfTheUser) {
+  const EnvironmentGuard chinese{{"LANGUAGE", std::nullopt}, {"LC_ALL", "zh_CN.UTF-8"}};
+  EXPECT_TRUE(AppLanguage::isChinese());
+  const EnvironmentGuard english{{"LC_ALL", "en_US.UTF-8"}};
+  EXPECT_FALSE(AppLanguage::isChinese());
+}
+
+}  // namespace

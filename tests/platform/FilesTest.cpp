@@ -1,0 +1,179 @@
+#include "platform/Files.h"
+#include "support/TemporaryFolder.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <string>
+#include <system_error>
+#include <thread>
+
+namespace {
+
+using namespace std::string_literals;
+
+/// A pipe whose ends close with the test.
+class Pipe {
+public:
+  explicit Pipe(int flags = 0) {
+    if (pipe(ends.data()) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
+    for (const int end : ends) fcntl(end, F_SETFL, fcntl(end, F_GETFL) | flags);
+  }
+  ~Pipe() {
+    closeReader();
+    closeWriter();
+  }
+  Pipe(const Pipe&) = delete;
+  Pipe& operator=(const Pipe&) = delete;
+
+  int reader() const { return ends[0]; }
+  int writer() const { return ends[1]; }
+  void closeReader() { closeEnd(ends[0]); }
+  void closeWriter() { closeEnd(ends[1]); }
+
+private:
+  static void closeEnd(int& end) {
+    if (end >= 0) close(end);
+    end = -1;
+  }
+
+  std::array<int, 2> ends{};
+};
+
+/// Everything that comes out of `descriptor` until its end.
+std::string readToEnd(int descriptor) {
+  std::string all;
+  std::array<char, 4096> buffer{};
+  while (const std::size_t count = readSome(descriptor, buffer.data(), buffer.size())) {
+    all.append(buffer.data(), count);
+  }
+  return all;
+}
+
+/// More than a pipe holds.
+std::string manyBytes() {
+  std::string bytes;
+  for (int index = 0; index < 300000; ++index) bytes += static_cast<char>(index % 251);
+  return bytes;
+}
+
+TEST(FileContents, AreAllBytesOfTheFile) {
+  const TemporaryFolder folder;
+  const std::string bytes = "a\0\xFF\r\n"s + manyBytes();
+  EXPECT_EQ(fileContents(folder.write("file", bytes)), bytes);
+}
+
+TEST(FileContents, OfAnEmptyFileAreEmpty) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(fileContents(folder.write("file", "")), "");
+}
+
+TEST(FileContents, AreAbsentWithoutAFile) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(fileContents(folder / "missing"), std::nullopt);
+  EXPECT_EQ(fileContents(folder / "missing" / "file"), std::nullopt);
+}
+
+TEST(FileContents, AreAbsentForADirectory) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(fileContents(folder.path()), std::nullopt);
+}
+
+TEST(WriteAll, WritesEveryByte) {
+  const TemporaryFolder folder;
+  const std::string path = (folder / "file").string();
+  const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT, 0600);
+
+  EXPECT_TRUE(writeAll(descriptor, "a\0b"s));
+  EXPECT_TRUE(writeAll(descriptor, ""));
+  close(descriptor);
+
+  EXPECT_EQ(fileContents(path), "a\0b"s);
+}
+
+TEST(WriteAll, WaitsForAReaderWhereTheDescriptorDoesNotBlock) {
+  Pipe pipe(O_NONBLOCK);
+  const std::string bytes = manyBytes();
+  std::string received;
+  std::thread reading([&] { received = readToEnd(pipe.reader()); });
+
+  const bool written = writeAll(pipe.writer(), bytes);
+  pipe.closeWriter();
+  reading.join();
+
+  EXPECT_TRUE(written);
+  EXPECT_EQ(received, bytes);
+}
+
+TEST(WriteAll, SaysWhenTheDescriptorIsClosed) {
+  errno = 0;
+  EXPECT_FALSE(writeAll(-1, "text"));
+  EXPECT_EQ(errno, EBADF);
+}
+
+TEST(WriteAll, SaysWhenNobodyReadsAnyMore) {
+  const auto before = signal(SIGPIPE, SIG_IGN);
+  Pipe pipe;
+  pipe.closeReader();
+
+  const bool written = writeAll(pipe.writer(), "text");
+  const int error = errno;
+  signal(SIGPIPE, before);
+
+  EXPECT_FALSE(written);
+  EXPECT_EQ(error, EPIPE);
+}
+
+TEST(ReadSome, ReturnsWhatIsThere) {
+  const Pipe pipe;
+  ASSERT_TRUE(writeAll(pipe.writer(), "line\nrest"));
+  std::array<char, 64> buffer{};
+
+  const std::size_t count = readSome(pipe.reader(), buffer.data(), buffer.size());
+
+  EXPECT_EQ(std::string(buffer.data(), count), "line\nrest");
+}
+
+TEST(ReadSome, NeverReadsMoreThanItsSize) {
+  const Pipe pipe;
+  ASSERT_TRUE(writeAll(pipe.writer(), "abc"));
+  std::array<char, 3> buffer{'-', '-', '-'};
+
+  EXPECT_EQ(readSome(pipe.reader(), buffer.data(), 2), 2U);
+  EXPECT_EQ(std::string(buffer.data(), 3), "ab-");
+}
+
+TEST(ReadSome, ReturnsNothingAtTheEnd) {
+  Pipe pipe;
+  pipe.closeWriter();
+  char byte = 0;
+  EXPECT_EQ(readSome(pipe.reader(), &byte, 1), 0U);
+}
+
+TEST(ReadSome, WaitsForTheFirstByteWhereTheDescriptorDoesNotBlock) {
+  const Pipe pipe(O_NONBLOCK);
+  std::thread writing([&] { writeAll(pipe.writer(), "x"); });
+  char byte = 0;
+
+  const std::size_t count = readSome(pipe.reader(), &byte, 1);
+  writing.join();
+
+  EXPECT_EQ(count, 1U);
+  EXPECT_EQ(byte, 'x');
+}
+
+TEST(ReadSome, ThrowsWhatTheSystemSays) {
+  char byte = 0;
+  try {
+    readSome(-1, &byte, 1);
+    FAIL() << "a closed descriptor can be read";
+  } catch (const std::system_error& error) {
+    EXPECT_EQ(error.code(), std::errc::bad_file_descriptor);
+  }
+}
+
+}  // namespace

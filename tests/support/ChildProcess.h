@@ -1,0 +1,48 @@
+#pragma once
+// The built program, run as a client runs it.
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// A program with pipes for its three streams and this process's environment. Whatever waits for it
+/// gives up after a minute, with an exception. The destructor ends a program that still runs.
+class ChildProcess {
+public:
+  struct Ending {
+    int status;  ///< of the exit; 128 and the signal's number when a signal ended it
+    std::string output;
+    std::string errors;
+
+    bool operator==(const Ending&) const = default;
+  };
+
+  /// Starts `program` in `folder`.
+  ChildProcess(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+               const std::filesystem::path& folder);
+  ~ChildProcess();
+  ChildProcess(const ChildProcess&) = delete;
+  ChildProcess& operator=(const ChildProcess&) = delete;
+
+  /// Gives the program a few lines to read.
+  void write(std::string_view input) const;
+
+  /// The next line that the program writes, without its line feed.
+  std::string nextLine();
+
+  /// Closes the program's input and waits for its end; the output is what no `nextLine` took.
+  Ending finished();
+
+private:
+  bool readMore();
+
+  pid_t process = -1;
+  int input = -1;
+  int output = -1;
+  int errors = -1;
+  std::string written;
+  std::string complained;
+};

@@ -1,0 +1,48 @@
+#pragma once
+// Whole conversations with a server in memory.
+
+#include "summary/SummaryLang.h"
+#include "support/Household.h"
+#include "support/ToolCaller.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Conversations about one household in one language, on a clock that stands still. Each call
+/// starts a server of its own and lets it run to the end of its input.
+class Conversation {
+public:
+  explicit Conversation(const Household& household, SummaryLang lang = SummaryLang::en,
+                        double now = testNow);
+
+  /// What the server writes when it reads exactly `input`, one element a write.
+  std::vector<std::string> writes(std::string_view input) const;
+
+  /// The replies to `messages`, a line each.
+  std::vector<nlohmann::json> replies(const std::vector<nlohmann::json>& messages) const;
+
+  /// The reply to one request, id 1.
+  nlohmann::json reply(std::string_view method, const nlohmann::json& params) const;
+
+  /// The reply to one call of a tool.
+  nlohmann::json called(std::string_view tool, const nlohmann::json& arguments) const;
+
+  /// Both sides as they happen: "> " before a line at the moment the server asks for it, "< "
+  /// before a reply.
+  std::string transcript(const std::vector<std::string>& lines) const;
+
+  /// The records of the access log so far.
+  std::string accessLog() const;
+
+  /// Their messages alone, from records of one line whose stamp and level are as they must be at
+  /// `testNow`.
+  std::vector<std::string> accessMessages() const;
+
+private:
+  std::filesystem::path dataRoot;
+  SummaryLang lang;
+  double now;
+};

@@ -1,0 +1,72 @@
+#pragma once
+// A member's data without a database, for the tests of the summary.
+
+#include "summary/SummaryDataSource.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Answers out of its fields, which a test fills. Ranges hold both ends and compare as text, as the
+/// store's do.
+struct MemorySource final : SummaryDataSource {
+  enum class Operation {
+    coverage,
+    presentTypes,
+    yearlyCounts,
+    dailyTotals,
+    values,
+    latestValue,
+    sleepSegments,
+    workoutStats,
+  };
+
+  struct Sample {
+    std::string type;
+    std::string day;
+    double value;
+  };
+
+  struct Workout {
+    std::string day;
+    std::string code;
+    double minutes;
+  };
+
+  SummaryCoverage covered;
+  std::set<std::string> types;
+  std::map<std::string, std::int64_t> years;
+  std::map<std::string, std::map<std::string, double>> totals;  ///< by type, then by day
+  std::vector<Sample> samples;                                  ///< the newest of a type comes last
+  std::vector<SleepSegment> sleep;  ///< each on the day that its start names
+  std::vector<Workout> trained;
+  std::set<Operation> failing;  ///< throw ReceiverError "<operation> fails"
+
+  /// Gives `count` consecutive days from `first` on the same total.
+  void addTotals(const std::string& type, std::string_view first, int count, double total);
+
+  /// Adds one sample on each of `count` consecutive days from `first` on.
+  void addSamples(const std::string& type, std::string_view first, int count, double value);
+
+  SummaryCoverage coverage() const override;
+  std::set<std::string> presentTypes() const override;
+  std::map<std::string, std::int64_t> yearlyCounts() const override;
+  std::map<std::string, double> dailyTotals(std::string_view type, std::string_view from,
+                                            std::string_view to) const override;
+  std::vector<double> values(std::string_view type, std::string_view from,
+                             std::string_view to) const override;
+  std::optional<DatedValue> latestValue(std::string_view type) const override;
+  std::vector<SleepSegment> sleepSegments(std::string_view from,
+                                          std::string_view to) const override;
+  WorkoutStats workoutStats(std::string_view from, std::string_view to) const override;
+
+private:
+  void failIf(Operation operation, const char* name) const;
+};
+
+/// `count` consecutive days, the first of them `first`.
+std::vector<std::string> daysFrom(std::string_view first, int count);

@@ -1,0 +1,19 @@
+#pragma once
+// The machine's time zone for as long as a test needs it.
+
+#include "support/EnvironmentGuard.h"
+
+#include <optional>
+#include <string>
+
+/// Makes `zone` ("Asia/Shanghai") the process's time zone; the destructor puts the old one back.
+class ZoneGuard {
+public:
+  explicit ZoneGuard(const std::string& zone);
+  ~ZoneGuard();
+  ZoneGuard(const ZoneGuard&) = delete;
+  ZoneGuard& operator=(const ZoneGuard&) = delete;
+
+private:
+  std::optional<EnvironmentGuard> variable;
+};
