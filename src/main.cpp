@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <exception>
 #include <span>
+#include <string>
 #include <string_view>
 #include <system_error>
 #include <variant>
@@ -39,8 +40,8 @@ int serve(const CommandLine::Serve& order) {
 }
 
 int say(const CommandLine::Say& order) {
-  writeAll(order.toStderr ? STDERR_FILENO : STDOUT_FILENO, order.text);
-  return order.status;
+  const bool said = writeAll(order.toStderr ? STDERR_FILENO : STDOUT_FILENO, order.text);
+  return said ? order.status : 1;
 }
 
 }  // namespace
@@ -49,6 +50,7 @@ int main(int count, char* words[]) {
   // What this process creates is its owner's alone.
   umask(077);
   try {
+    reserveStandardStreams();
     const std::span arguments(words + 1, static_cast<std::size_t>(count > 0 ? count - 1 : 0));
     const auto order = CommandLine::parsed(arguments, ControlProtocol::defaultDataRoot());
     if (const auto* saying = std::get_if<CommandLine::Say>(&order)) return say(*saying);
@@ -56,6 +58,7 @@ int main(int count, char* words[]) {
   } catch (const ReceiverError&) {
     return 1;  // The roster has already said what is wrong with it.
   } catch (const std::exception& error) {
+    // Nothing could start, or the client is gone and nobody is left to answer.
     writeAll(STDERR_FILENO, std::string("larkspur-mcp: ") + error.what() + "\n");
     return 1;
   }

@@ -1,13 +1,10 @@
 #include "platform/AppLanguage.h"
 #include "platform/System.h"
+#include "platform/Text.h"
 
 #include <algorithm>
 
 namespace {
-
-char lowerCase(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
 
 bool belongsTo(std::string_view tag, std::string_view language) {
   if (!tag.starts_with(language)) return false;
@@ -18,8 +15,7 @@ bool belongsTo(std::string_view tag, std::string_view language) {
 }  // namespace
 
 std::optional<AppLanguage::Language> AppLanguage::match(std::string_view tag) {
-  std::string lowered(tag);
-  std::ranges::transform(lowered, lowered.begin(), lowerCase);
+  const std::string lowered = lowerCased(tag);
   if (belongsTo(lowered, "zh")) return Language::zh;
   if (belongsTo(lowered, "en")) return Language::en;
   return std::nullopt;

@@ -3,11 +3,15 @@
 
 #include <filesystem>
 #include <stdexcept>
+#include <string>
 
-/// Our own data cannot be read. `what()` is the message, complete and fit to be shown.
+/// Our own data cannot be read. `message` is complete and fit to be shown.
 class ReceiverError : public std::runtime_error {
 public:
-  using std::runtime_error::runtime_error;
+  explicit ReceiverError(const std::string& message)
+      : std::runtime_error(message), message(message) {}
+
+  std::string message;  ///< whole, where what() ends at the first zero byte
 };
 
 namespace ControlProtocol {

@@ -1,5 +1,6 @@
 #include "platform/Files.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
@@ -27,6 +28,9 @@ bool worthRetrying(int descriptor, short events) {
 }  // namespace
 
 std::optional<std::string> fileContents(const std::filesystem::path& path) {
+  // A pipe in the file's place would hold up the program.
+  std::error_code ignored;
+  if (!std::filesystem::is_regular_file(path, ignored)) return std::nullopt;
   const std::unique_ptr<std::FILE, Closer> file(std::fopen(path.c_str(), "rb"));
   if (!file) return std::nullopt;
   std::string contents;
@@ -58,4 +62,14 @@ std::size_t readSome(int descriptor, char* buffer, std::size_t size) {
       throw std::system_error(errno, std::generic_category(), "read");
     }
   }
+}
+
+void reserveStandardStreams() {
+  // The lowest free descriptor is taken, so once one beyond the three is had, none of them is free.
+  int descriptor = 0;
+  while (descriptor <= STDERR_FILENO) {
+    descriptor = open("/dev/null", O_RDWR);
+    if (descriptor < 0) throw std::system_error(errno, std::generic_category(), "/dev/null");
+  }
+  close(descriptor);
 }

@@ -19,3 +19,8 @@ bool writeAll(int descriptor, std::string_view bytes);
 /// Reads up to `size` bytes (at least 1) from the open `descriptor` into `buffer`, waiting for the
 /// first. 0 is the end of the input. Throws std::system_error when the system refuses.
 std::size_t readSome(int descriptor, char* buffer, std::size_t size);
+
+/// Makes sure that standard input, output and error are open, on /dev/null where whoever started
+/// the program left one closed: else the next file opened would take its place, and replies would
+/// land in the access log. Throws std::system_error when even /dev/null does not open.
+void reserveStandardStreams();

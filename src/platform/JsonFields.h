@@ -3,7 +3,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <stdexcept>
@@ -19,11 +21,22 @@ public:
 
 namespace JsonFields {
 
-/// The JSON value that `text` holds. Throws DecodingError when it holds a zero byte, which the
-/// parser would take for its end, and nlohmann::json::parse_error when it is not JSON.
+/// The JSON value that `text` holds. Throws DecodingError when it holds none; the message says
+/// where, and quotes nothing of the text, which may be secret. A zero byte is an error too: the
+/// parser alone would take it for the end.
 inline nlohmann::json parsed(const std::string& text) {
-  if (text.find('\0') != std::string::npos) throw DecodingError("zero byte in JSON");
-  return nlohmann::json::parse(text);
+  std::size_t wrong = text.find('\0');
+  if (wrong == std::string::npos) {
+    try {
+      return nlohmann::json::parse(text);
+    } catch (const nlohmann::json::exception& error) {
+      const auto* syntax = dynamic_cast<const nlohmann::json::parse_error*>(&error);
+      wrong = syntax == nullptr || syntax->byte == 0 ? 0 : syntax->byte - 1;
+    }
+  }
+  const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(wrong, text.size()));
+  const auto line = 1 + std::count(text.begin(), end, '\n');
+  throw DecodingError("not JSON, line " + std::to_string(line));
 }
 
 /// The whole number that `value` is, 7 and 7.0 alike; `nullopt` for fractions, for numbers outside
@@ -101,10 +114,19 @@ std::optional<T> optional(const nlohmann::json& object, const std::string& key) 
   return decoded<T>(*found, key);
 }
 
-/// Sets `key` of `object` only when there is a value: records never write null.
+/// Sets `key` of `object` only when there is a value that JSON can carry: records never write null.
 template <typename Json, typename T>
 void setIfPresent(Json& object, const char* key, const std::optional<T>& value) {
+  if constexpr (std::is_same_v<T, double>) {
+    if (value && !std::isfinite(*value)) return;
+  }
   if (value) object[key] = *value;
+}
+
+/// The value, or null.
+template <typename T>
+nlohmann::json orNull(const std::optional<T>& value) {
+  return value ? nlohmann::json(*value) : nlohmann::json(nullptr);
 }
 
 }  // namespace JsonFields

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <cwchar>
 #include <initializer_list>
@@ -42,9 +43,11 @@ std::filesystem::path System::homeDirectory() {
   }
   passwd entry{};
   passwd* found = nullptr;
-  std::array<char, 16384> buffer{};
-  getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found);
-  return found != nullptr ? found->pw_dir : "/";
+  std::vector<char> buffer(1024);
+  while (getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found) == ERANGE) {
+    buffer.resize(2 * buffer.size());
+  }
+  return found != nullptr && *found->pw_dir == '/' ? found->pw_dir : "/";
 }
 
 namespace {
@@ -58,8 +61,10 @@ void appendTags(std::string_view list, std::vector<std::string>& tags) {
   }
 }
 
-/// The value of "NAME=value" or "NAME="value"" among the lines of a settings file.
-std::optional<std::string> setting(std::string_view file, std::string_view name) {
+/// The value of the last line "NAME=value" or "NAME="value"" of a settings file; "" when there is
+/// none.
+std::string setting(std::string_view file, std::string_view name) {
+  std::string_view value;
   while (!file.empty()) {
     std::string_view line = file.substr(0, file.find('\n'));
     file.remove_prefix(std::min(file.size(), line.size() + 1));
@@ -67,21 +72,24 @@ std::optional<std::string> setting(std::string_view file, std::string_view name)
     line.remove_prefix(name.size() + 1);
     const bool quoted = line.size() >= 2 && (line.front() == '"' || line.front() == '\'') &&
                         line.back() == line.front();
-    return std::string(quoted ? line.substr(1, line.size() - 2) : line);
+    value = quoted ? line.substr(1, line.size() - 2) : line;
   }
-  return std::nullopt;
+  return std::string(value);
 }
 
-std::vector<std::string> machineLanguages(const std::filesystem::path& etc) {
-  std::optional<std::string> file = fileContents(etc / "locale.conf");
-  if (!file) file = fileContents(etc / "default" / "locale");
+std::vector<std::string> languagesIn(const std::filesystem::path& file) {
+  const std::string contents = fileContents(file).value_or("");
   std::vector<std::string> tags;
-  if (file) {
-    appendTags(setting(*file, "LANGUAGE").value_or(""), tags);
-    const std::string lang = setting(*file, "LANG").value_or("");
-    if (!lang.empty()) tags.push_back(lang);
-  }
+  appendTags(setting(contents, "LANGUAGE"), tags);
+  const std::string lang = setting(contents, "LANG");
+  if (!lang.empty()) tags.push_back(lang);
   return tags;
+}
+
+/// What the machine-wide settings say, in the place of newer systems or else that of older ones.
+std::vector<std::string> machineLanguages(const std::filesystem::path& etc) {
+  std::vector<std::string> tags = languagesIn(etc / "locale.conf");
+  return tags.empty() ? languagesIn(etc / "default" / "locale") : tags;
 }
 
 }  // namespace

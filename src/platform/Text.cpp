@@ -141,3 +141,11 @@ std::string fixedDecimals(double value, int digits) {
   std::snprintf(text.data(), text.size() + 1, "%.*f", digits, value);
   return text;
 }
+
+std::string lowerCased(std::string_view text) {
+  std::string lowered(text);
+  for (char& letter : lowered) {
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+  }
+  return lowered;
+}

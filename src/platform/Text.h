@@ -1,6 +1,7 @@
 #pragma once
 // Text as bytes: UTF-8 repair, trimming, sentence templates and lines.
 
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -23,10 +24,25 @@ std::string_view trimmedWhitespace(std::string_view text);
 /// they are, never searched for further marks; a mark without a value stays.
 std::string filled(std::string_view pattern, std::initializer_list<std::string_view> values);
 
-/// printf's "%.<digits>f" of `value`, always with a decimal point: the process keeps the C locale.
-/// "inf",
-/// "-inf" or "nan" when it is not finite.
+/// printf's "%.<digits>f" of `value`; the decimal mark, where there is one, is a point, for the
+/// process keeps the C locale. "inf", "-inf" or "nan" when it is not finite.
 std::string fixedDecimals(double value, int digits);
+
+/// `text` with the letters A to Z in lower case; all else stays.
+std::string lowerCased(std::string_view text);
+
+/// What `part` makes of each element (itself, when left out), with `separator` between two.
+template <typename Range, typename Part = std::identity>
+std::string joined(const Range& elements, std::string_view separator, Part part = {}) {
+  std::string whole;
+  bool first = true;
+  for (const auto& element : elements) {
+    if (!first) whole += separator;
+    first = false;
+    whole += std::invoke(part, element);
+  }
+  return whole;
+}
 
 /// A text under construction, line by line.
 class Lines {

@@ -1,4 +1,5 @@
 #include "server/MCPServer.h"
+#include "platform/ControlProtocol.h"
 #include "platform/Text.h"
 #include "server/Instructions.h"
 #include "server/Wire.h"
@@ -12,8 +13,11 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
+#include <new>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -35,14 +39,26 @@ MCPServer::MCPServer(const std::filesystem::path& dataRoot, Surroundings surroun
   roster.load();
 }
 
+namespace {
+
+std::optional<nlohmann::json> decoded(const LineReader::Line& line) {
+  if (line.overlong) return std::nullopt;
+  try {
+    return Wire::decoded(line.text);
+  } catch (const std::bad_alloc&) {
+    return std::nullopt;
+  }
+}
+
+}  // namespace
+
 void MCPServer::run() {
   log.write(Logger::Level::info,
             "Larkspur MCP server 启动 · dataRoot=" + dataRoot.string() + " · 成员 " +
                 std::to_string(roster.members().size()));
   while (const std::optional<LineReader::Line> line = input.next()) {
     if (!line->overlong && trimmedBlanks(line->text).empty()) continue;
-    const auto message = line->overlong ? std::nullopt : Wire::decoded(line->text);
-    if (message) {
+    if (const std::optional<nlohmann::json> message = decoded(*line)) {
       handle(*message);
     } else {
       log.write(Logger::Level::error, "收到解不开的一行,忽略");
@@ -80,7 +96,7 @@ void MCPServer::handle(const nlohmann::json& message) {
 
 namespace {
 
-nlohmann::ordered_json errorOf(int code, const char* message) {
+nlohmann::ordered_json errorOf(int code, std::string_view message) {
   return {{"code", code}, {"message", repaired(message)}};
 }
 
@@ -91,14 +107,24 @@ MCPServer::Json MCPServer::reply(std::string_view method, const nlohmann::json& 
   try {
     reply["result"] = dispatch(method, objectOf(message, "params"));
   } catch (const MCPError& error) {
-    reply["error"] = errorOf(error.code, error.what());
+    reply["error"] = errorOf(error.code, error.message);
+  } catch (const ReceiverError& error) {
+    reply["error"] = errorOf(MCPError::internal, error.message);
   } catch (const std::exception& error) {
     reply["error"] = errorOf(MCPError::internal, error.what());
   }
   return reply;
 }
 
-void MCPServer::send(const Json& reply) { output(Wire::encoded(reply)); }
+void MCPServer::send(const Json& reply) {
+  std::string line;
+  try {
+    line = Wire::encoded(reply);
+  } catch (const std::bad_alloc&) {
+    return;  // Too large for this machine: no reply, but the next line is served.
+  }
+  output(line);
+}
 
 MCPServer::Json MCPServer::dispatch(std::string_view method, const nlohmann::json& params) {
   struct Method {
@@ -158,11 +184,8 @@ MCPServer::Json MCPServer::callTool(const nlohmann::json& params) {
   const nlohmann::json& arguments = objectOf(params, "arguments");
   const Tools::Call call{arguments, roster, log, lang, clock};
 
-  // The record says whose data is read, so the argument that names the person need not stand in it.
-  nlohmann::json logged = arguments;
-  logged.erase("person");
   const std::optional<Member> member = tool == "list_persons" ? std::nullopt : memberNamed(call);
-  const std::string request = tool + " " + compact(logged);
+  const std::string request = tool + " " + compact(arguments);
   logAccess(clientName + (member ? " 读取 " + member->name + " · " : " 调用 ") + request);
 
   return {{"content", Json::array({{{"type", "text"}, {"text", Tools::answer(tool, call)}}})}};
@@ -201,6 +224,8 @@ void MCPServer::logAccess(const std::string& message) {
 std::string compact(const nlohmann::json& arguments) {
   std::string line;
   for (const auto& [key, value] : arguments.items()) {
+    // The record says already whose data is read.
+    if (key == "person") continue;
     if (!line.empty()) line += ' ';
     line += key + "=" + (value.is_string() ? value.get<std::string>() : value.dump());
   }

@@ -67,6 +67,6 @@ private:
   LineSink output;
 };
 
-/// The arguments of a tool call in one line for the access log: "key=value" in the order of the
-/// keys, texts without quotes, all else as compact JSON.
+/// The arguments of a tool call, but not "person", in one line for the access log: "key=value" in
+/// the order of the keys, texts without quotes, all else as compact JSON.
 std::string compact(const nlohmann::json& arguments);

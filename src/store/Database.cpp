@@ -112,11 +112,13 @@ std::string plainName(const std::string& path) {
   return path.starts_with("file:") ? "./" + path : path;
 }
 
-/// What a file contains may not run code, write into SQLite's own tables or load a library.
-void harden(sqlite3* database) {
-  sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-  sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-  sqlite3_db_config(database, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
+/// What a file contains may not run code, write into SQLite's own tables or load a library. False
+/// when SQLite does not let itself be told.
+bool hardened(sqlite3* database) {
+  return sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr) == SQLITE_OK &&
+         sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr) == SQLITE_OK &&
+         sqlite3_db_config(database, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr) ==
+             SQLITE_OK;
 }
 
 }  // namespace
@@ -130,8 +132,9 @@ Database::Database(const std::string& path, Access access) {
     throw ReceiverError("打不开库:" + (result == SQLITE_OK ? "?" : messageOf(opened)));
   }
   constexpr int patienceMilliseconds = 60000;
-  sqlite3_busy_timeout(opened, patienceMilliseconds);
-  harden(opened);
+  if (sqlite3_busy_timeout(opened, patienceMilliseconds) != SQLITE_OK || !hardened(opened)) {
+    throw ReceiverError("打不开库:" + messageOf(opened));
+  }
 }
 
 Statement Database::prepare(const std::string& sql, std::string stepFailure) const {

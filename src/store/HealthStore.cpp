@@ -21,7 +21,9 @@ void requirePlace(const std::filesystem::path& path, bool createIfMissing) {
   if (!std::filesystem::is_directory(directory, ignored)) {
     throw ReceiverError("数据目录不可用(盘没挂载?):" + directory.string());
   }
-  if (!std::filesystem::exists(path, ignored)) {
+  // SQLite would wait for the other end of a pipe.
+  const std::filesystem::file_status file = std::filesystem::status(path, ignored);
+  if (!std::filesystem::exists(file) || std::filesystem::is_fifo(file)) {
     throw ReceiverError("库文件不存在:" + path.string());
   }
 }

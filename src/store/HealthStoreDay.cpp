@@ -67,9 +67,10 @@ std::vector<DayRow> HealthStore::dayDetail(std::string_view day) const {
   // No index begins with the day, so a query for the day alone reads the whole table. Type by type,
   // the index on type and day leads to the day's rows; the "+" keeps the planner from walking the
   // type's rows in the order of their sources instead.
+  // MIN(rowid) makes the unit that of the source's first row.
   Statement query = prepare(
       Queries::presentTypes +
-      "SELECT present.type, unit, COUNT(*), SUM(value_num)\n"
+      "SELECT present.type, unit, COUNT(*), SUM(value_num), MIN(records.rowid)\n"
       "FROM present CROSS JOIN records ON records.type = present.type AND records.start_day = ?\n"
       "WHERE " +
       Queries::hasNumber +

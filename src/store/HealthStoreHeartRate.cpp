@@ -29,11 +29,14 @@ TimeWindow windowOf(const WorkoutEntry& workout) {
   return {*start, *end};
 }
 
-/// The day in UTC that lies `days` days from the day of `moment`.
+/// The day in UTC that lies `days` days from the day of `moment`, at the latest the last day that
+/// can be written.
 std::string dayInUTC(std::int64_t moment, int days) {
   const auto day =
       std::chrono::floor<std::chrono::days>(std::chrono::sys_seconds(std::chrono::seconds(moment)));
-  return AppleFormat::dayParser.text(CivilDay(day + std::chrono::days(days)));
+  const CivilDay wanted(day + std::chrono::days(days));
+  if (wanted.year() > std::chrono::year(9999)) return "9999-12-31";
+  return AppleFormat::dayParser.text(wanted);
 }
 
 /// What the order, the segments and the summary need of a sample. A workout may have 200000 of
@@ -52,8 +55,8 @@ struct Matches {
 
 /// The sample's value when its unit is one of beats a minute and the value a finite number.
 std::optional<double> beatsPerMinute(const Row& row, int unitColumn, int valueColumn) {
-  const std::string_view unit = row.bytes(unitColumn);
   const std::optional<double> value = row.find<double>(valueColumn);
+  const std::string_view unit = row.bytes(unitColumn);
   if (!value || !std::isfinite(*value)) return std::nullopt;
   if (unit != "count/min" && unit != "bpm") return std::nullopt;
   return value;
@@ -131,6 +134,54 @@ WorkoutHeartRatePagination paginationOf(std::int64_t total, std::int64_t limit,
 
 constexpr const char* stepFailure = "读取训练心率 失败:";
 
+/// All samples of `source` in the window, by time, those at the same time by their rows.
+Matches matchesIn(const Database& db, const TimeWindow& window, std::string_view source) {
+  // The stored day of a sample is that of its own zone, so two days on either side miss none.
+  Statement candidates = db.prepare(
+      "SELECT rowid,start_date,source_name,unit,value_num\n"
+      "FROM records WHERE type='HeartRate' AND start_day BETWEEN ? AND ?",
+      stepFailure);
+  candidates.bind(1, dayInUTC(window.start, -2)).bind(2, dayInUTC(window.end, 2));
+  Matches matches;
+  while (const std::optional<Row> row = candidates.next()) {
+    addCandidate(*row, window, source, matches);
+  }
+  std::ranges::sort(matches.samples, {}, [](const Match& sample) {
+    return std::pair(sample.elapsedSeconds, sample.record);
+  });
+  return matches;
+}
+
+/// The samples of the page, in full.
+std::vector<WorkoutHeartRatePoint> pageOf(const Database& db, const std::vector<Match>& samples,
+                                          const WorkoutHeartRatePagination& pagination) {
+  const std::vector<std::int64_t> segments = segmentsOf(samples);
+  Statement sample = db.prepare(
+      "SELECT start_date,end_date,source_name,device,unit,value FROM records WHERE rowid=?",
+      stepFailure);
+  std::vector<WorkoutHeartRatePoint> page;
+  page.reserve(static_cast<std::size_t>(pagination.returned_count));
+  for (std::int64_t index = 0; index < pagination.returned_count; ++index) {
+    const auto position = static_cast<std::size_t>(pagination.offset + index);
+    const Match& match = samples[position];
+    sample.bind(1, match.record);
+    const std::optional<Row> row = sample.next();
+    if (!row) throw ReceiverError(std::string(stepFailure) + "?");
+    page.push_back({.record_id = match.record,
+                    .start = row->text(0),
+                    .end = row->find<std::string>(1),
+                    .source = row->text(2),
+                    .device = row->find<std::string>(3),
+                    .raw_unit = row->text(4),
+                    .stored_value = row->find<std::string>(5),
+                    .elapsed_seconds = match.elapsedSeconds,
+                    .bpm = match.bpm,
+                    .segment = segments[position]});
+    sample.reset();
+  }
+  return page;
+}
+
 }  // namespace
 
 WorkoutHeartRate HealthStore::workoutHeartRate(const std::string& workoutID,
@@ -142,48 +193,12 @@ WorkoutHeartRate HealthStore::workoutHeartRate(const std::string& workoutID,
   WorkoutHeartRate heartRate;
   heartRate.workout = workoutNamed(workoutID);
   heartRate.source = source.value_or(heartRate.workout.source);
-  const TimeWindow window = windowOf(heartRate.workout);
+  const Matches matches = matchesIn(db, windowOf(heartRate.workout), heartRate.source);
 
-  // The stored day of a sample is that of its own zone, so two days on either side miss none.
-  Statement candidates = db.prepare(
-      "SELECT rowid,start_date,source_name,unit,value_num\n"
-      "FROM records WHERE type='HeartRate' AND start_day BETWEEN ? AND ?",
-      stepFailure);
-  candidates.bind(1, dayInUTC(window.start, -2)).bind(2, dayInUTC(window.end, 2));
-  Matches matches;
-  while (const std::optional<Row> row = candidates.next()) {
-    addCandidate(*row, window, heartRate.source, matches);
-  }
-  std::ranges::sort(matches.samples, {}, [](const Match& sample) {
-    return std::pair(sample.elapsedSeconds, sample.record);
-  });
-
+  heartRate.available_sources.assign(matches.sources.begin(), matches.sources.end());
   heartRate.summary = summaryOf(matches.samples);
   heartRate.pagination = paginationOf(heartRate.summary.count, limit, offset);
-  heartRate.available_sources.assign(matches.sources.begin(), matches.sources.end());
+  heartRate.samples = pageOf(db, matches.samples, heartRate.pagination);
   heartRate.excluded_candidate_count = matches.excluded;
-
-  const std::vector<std::int64_t> segments = segmentsOf(matches.samples);
-  Statement sample = db.prepare(
-      "SELECT start_date,end_date,device,unit,value FROM records WHERE rowid=?", stepFailure);
-  heartRate.samples.reserve(static_cast<std::size_t>(heartRate.pagination.returned_count));
-  for (std::int64_t index = 0; index < heartRate.pagination.returned_count; ++index) {
-    const auto position = static_cast<std::size_t>(offset + index);
-    const Match& match = matches.samples[position];
-    sample.bind(1, match.record);
-    const std::optional<Row> row = sample.next();
-    if (!row) throw ReceiverError(std::string(stepFailure) + "?");
-    heartRate.samples.push_back({.record_id = match.record,
-                                 .start = row->text(0),
-                                 .end = row->find<std::string>(1),
-                                 .source = heartRate.source,
-                                 .device = row->find<std::string>(2),
-                                 .raw_unit = row->text(3),
-                                 .stored_value = row->find<std::string>(4),
-                                 .elapsed_seconds = match.elapsedSeconds,
-                                 .bpm = match.bpm,
-                                 .segment = segments[position]});
-    sample.reset();
-  }
   return heartRate;
 }

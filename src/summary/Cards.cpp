@@ -79,14 +79,10 @@ SummaryCard watchCard(std::string_view key, std::string_view title, std::vector<
   return made;
 }
 
-std::string joinedDevices(const std::vector<std::string>& devices) {
-  std::string list;
-  for (const std::string& device : devices) {
-    if (trimmedBlanks(device).empty()) continue;
-    if (!list.empty()) list += "、";
-    list += device;
-  }
-  return list.empty() ? "—" : list;
+/// The names that say something.
+std::string deviceNames(std::vector<std::string> devices) {
+  std::erase_if(devices, [](const std::string& name) { return trimmedWhitespace(name).empty(); });
+  return devices.empty() ? "—" : joined(devices, "、");
 }
 
 SummaryCard overviewCard(const Context& context) {
@@ -111,7 +107,7 @@ SummaryCard overviewCard(const Context& context) {
            strings.records, static_cast<double>(coverage.records), grouped(coverage.records), ""),
        row(strings.span, span, DataState::present),
        types,
-       row(strings.devices, joinedDevices(coverage.devices), DataState::present)});
+       row(strings.devices, deviceNames(coverage.devices), DataState::present)});
 }
 
 /// How a figure is written, without its unit.
@@ -244,13 +240,10 @@ SummaryCard sleepCard(const Context& context) {
 /// The activities that most workouts were, at most three: "Walking×12、Yoga×3".
 std::string mainActivities(const WorkoutStats& stats, SummaryLang lang) {
   constexpr std::size_t most = 3;
-  std::string list;
-  for (const auto& [code, count] :
-       std::span(stats.byType).first(std::min(most, stats.byType.size()))) {
-    if (!list.empty()) list += "、";
-    list += activityName(code, lang) + "×" + std::to_string(count);
-  }
-  return list;
+  const std::span shown = std::span(stats.byType).first(std::min(most, stats.byType.size()));
+  return joined(shown, "、", [lang](const auto& activity) {
+    return activityName(activity.first, lang) + "×" + std::to_string(activity.second);
+  });
 }
 
 SummaryCard workoutsCard(const Context& context) {

@@ -14,15 +14,8 @@ SummaryEngine::SummaryEngine(const SummaryDataSource& source, double today, Summ
 
 namespace {
 
-char lowerCase(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
 bool isWatch(std::string_view device) {
-  constexpr std::string_view watch = "watch";
-  const auto sameLetter = [](char left, char right) { return lowerCase(left) == right; };
-  return std::search(device.begin(), device.end(), watch.begin(), watch.end(), sameLetter) !=
-         device.end();
+  return lowerCased(device).find("watch") != std::string::npos;
 }
 
 /// Says how complete the history is, by what the roster knows of the backfill, else by its length.

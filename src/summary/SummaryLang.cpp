@@ -105,8 +105,8 @@ constexpr std::array months{
 };
 
 /// The integer that all of `text` spells.
-std::optional<int> integer(std::string_view text) {
-  int number = 0;
+std::optional<std::int64_t> integer(std::string_view text) {
+  std::int64_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
   return number;
@@ -117,9 +117,9 @@ std::optional<int> integer(std::string_view text) {
 std::string monthName(std::string_view yearMonth, SummaryLang lang) {
   const std::size_t dash = yearMonth.find('-');
   if (dash == std::string_view::npos || dash != yearMonth.rfind('-')) return std::string(yearMonth);
-  const std::optional<int> month = integer(yearMonth.substr(dash + 1));
+  const std::optional<std::int64_t> month = integer(yearMonth.substr(dash + 1));
   if (!month) return std::string(yearMonth);
-  const auto row = static_cast<std::size_t>(std::clamp(*month, 1, 12) - 1);
+  const auto row = static_cast<std::size_t>(std::clamp<std::int64_t>(*month, 1, 12) - 1);
   return filled(months[row].in(lang), {yearMonth.substr(0, dash)});
 }
 

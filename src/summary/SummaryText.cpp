@@ -10,15 +10,6 @@
 
 namespace {
 
-std::string joined(std::span<const std::string> texts, std::string_view separator) {
-  std::string whole;
-  for (const std::string& text : texts) {
-    if (&text != texts.data()) whole += separator;
-    whole += text;
-  }
-  return whole;
-}
-
 /// A list of kinds of data. The separator is the same in both languages.
 std::string kinds(std::span<const std::string> names, std::string_view ifNone) {
   return names.empty() ? std::string(ifNone) : joined(names, "、");

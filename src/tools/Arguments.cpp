@@ -1,4 +1,5 @@
 #include "tools/Arguments.h"
+#include "platform/ControlProtocol.h"
 #include "platform/JsonFields.h"
 #include "platform/Text.h"
 #include "tools/MCPError.h"
@@ -65,12 +66,7 @@ Member Tools::resolve(const Call& call) {
 }
 
 std::string Tools::names(std::span<const Member> members) {
-  std::string list;
-  for (const Member& member : members) {
-    if (&member != members.data()) list += ", ";
-    list += member.name;
-  }
-  return list;
+  return joined(members, ", ", &Member::name);
 }
 
 HealthStore Tools::openStore(const Member& member, Logger& log) {
@@ -80,6 +76,8 @@ HealthStore Tools::openStore(const Member& member, Logger& log) {
 HealthStore Tools::open(const Member& member, Logger& log) {
   try {
     return openStore(member, log);
+  } catch (const ReceiverError& error) {
+    throw MCPError(MCPError::internal, filled(cannotOpen, {member.name, error.message}));
   } catch (const std::exception& error) {
     throw MCPError(MCPError::internal, filled(cannotOpen, {member.name, error.what()}));
   }

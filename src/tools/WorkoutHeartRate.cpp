@@ -1,5 +1,6 @@
 #include "workouts/WorkoutHeartRate.h"
 #include "platform/ControlProtocol.h"
+#include "platform/JsonFields.h"
 #include "tools/AnswerText.h"
 #include "tools/Arguments.h"
 #include "tools/JsonText.h"
@@ -44,20 +45,15 @@ std::size_t characterCount(std::string_view text) {
 /// The required identifier, checked for its form alone.
 std::string workoutArgument(const Tools::Call& call) {
   constexpr std::size_t length = 66;
-  const std::string workoutID = Tools::textArgument(call, "workout_id").value_or("");
+  std::string workoutID = Tools::textArgument(call, "workout_id").value_or("");
   if (!workoutID.starts_with("w_") || characterCount(workoutID) != length) {
     throw MCPError(MCPError::invalidArguments, noIdentifier);
   }
   return workoutID;
 }
 
+using JsonFields::orNull;
 using Json = nlohmann::json;
-
-/// The value, or null.
-template <typename T>
-Json orNull(const std::optional<T>& value) {
-  return value ? Json(*value) : Json(nullptr);
-}
 
 Json sampleOf(const WorkoutHeartRatePoint& point) {
   return {{"record_id", point.record_id},
@@ -132,6 +128,6 @@ std::string Tools::workoutHeartRate(const Call& call) {
     return documentText(
         documentOf(member, workoutID, heartRate, coverageOf(store, call), call.lang));
   } catch (const ReceiverError& error) {
-    throw MCPError(MCPError::invalidArguments, error.what());
+    throw MCPError(MCPError::invalidArguments, error.message);
   }
 }

@@ -2,6 +2,8 @@
 #include "platform/Text.h"
 #include "tools/AnswerText.h"
 #include "tools/MCPError.h"
+#include "tools/WorkoutListJson.h"
+#include "tools/WorkoutListText.h"
 
 namespace {
 
@@ -59,8 +61,8 @@ using Form = std::string (*)(const WorkoutList::Query&, const WorkoutSelection::
 
 Form formArgument(const Tools::Call& call) {
   const std::string format = textOr(call, "format", "text");
-  if (format == "text") return WorkoutList::text;
-  if (format == "json") return WorkoutList::json;
+  if (format == "text") return WorkoutListText::text;
+  if (format == "json") return WorkoutListJson::json;
   throw refusal("format: text / json");
 }
 

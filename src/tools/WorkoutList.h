@@ -1,5 +1,5 @@
 #pragma once
-// The two forms of get_workouts' answer: text for reading, JSON for programs.
+// What get_workouts was asked for, shared by the two forms of its answer.
 
 #include "tools/Arguments.h"
 #include "tools/Tools.h"
@@ -24,13 +24,5 @@ std::string_view rawValue(WorkoutSelection::Order order);
 
 /// What the figures are and are not; ends both forms.
 extern const Phrase closingNote;
-
-/// The answer as text. `coverage` is the member's coverage notice.
-std::string text(const Query& query, const WorkoutSelection::Selection& selection,
-                 const std::string& coverage, SummaryLang lang);
-
-/// The answer as one JSON document with fixed keys; what is absent is null.
-std::string json(const Query& query, const WorkoutSelection::Selection& selection,
-                 const std::string& coverage, SummaryLang lang);
 
 }  // namespace WorkoutList

@@ -1,21 +1,15 @@
-// get_workouts as a JSON document.
-
+#include "tools/WorkoutListJson.h"
+#include "platform/JsonFields.h"
 #include "tools/JsonText.h"
-#include "tools/WorkoutList.h"
 
 #include <nlohmann/json.hpp>
 
 namespace {
 
 using Json = nlohmann::json;
+using JsonFields::orNull;
 using WorkoutList::Query;
 using WorkoutSelection::Selection;
-
-/// The value, or null.
-template <typename T>
-Json orNull(const std::optional<T>& value) {
-  return value ? Json(*value) : Json(nullptr);
-}
 
 Json filtersOf(const Query& query) {
   return {{"activity_type", query.filters.activityType},
@@ -96,8 +90,8 @@ Json workoutOf(const WorkoutEntry& workout, SummaryLang lang) {
 
 }  // namespace
 
-std::string WorkoutList::json(const Query& query, const Selection& selection,
-                              const std::string& coverage, SummaryLang lang) {
+std::string WorkoutListJson::json(const Query& query, const Selection& selection,
+                                  const std::string& coverage, SummaryLang lang) {
   Json document{{"person_id", query.member.id},
                 {"person", query.member.name},
                 {"filters", filtersOf(query)},
@@ -107,7 +101,7 @@ std::string WorkoutList::json(const Query& query, const Selection& selection,
                 {"units", unitsOf()},
                 {"totals", totalsOf(selection, lang)},
                 {"workouts", Json::array()},
-                {"note", closingNote.in(lang)},
+                {"note", WorkoutList::closingNote.in(lang)},
                 {"coverage", coverage},
                 {"boundary", Tools::boundary.in(lang)}};
   for (const WorkoutEntry& workout : selection.page) {

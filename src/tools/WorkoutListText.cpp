@@ -1,12 +1,10 @@
-// get_workouts as text.
-
+#include "tools/WorkoutListText.h"
 #include "platform/Text.h"
 #include "tools/AnswerText.h"
-#include "tools/WorkoutList.h"
 
-#include <algorithm>
+#include <array>
 #include <charconv>
-#include <span>
+#include <system_error>
 
 namespace {
 
@@ -64,28 +62,16 @@ void addTotals(Lines& lines, const Selection& selection, SummaryLang lang) {
   }
 }
 
-/// What `written` makes of each element, joined by ", ".
-template <typename Range, typename Write>
-std::string list(const Range& elements, Write written) {
-  std::string joined;
-  for (const auto& element : elements) {
-    if (!joined.empty()) joined += ", ";
-    joined += written(element);
-  }
-  return joined;
-}
-
 void addLists(Lines& lines, const Selection& selection, SummaryLang lang) {
-  lines.add(byActivity.in(lang),
-            list(selection.byActivity, [lang](const WorkoutSelection::ActivityCount& activity) {
-              return activityName(activity.first, lang) + "×" + std::to_string(activity.second);
-            }));
-  lines.add("available_activities: ",
-            list(selection.availableActivities, [lang](const auto& activity) {
-              return activity.first + " (" + activityName(activity.first, lang) + ")";
-            }));
-  lines.add("available_sources: ",
-            list(selection.availableSources, [](const std::string& source) { return source; }));
+  const auto counted = [lang](const WorkoutSelection::ActivityCount& activity) {
+    return activityName(activity.first, lang) + "×" + std::to_string(activity.second);
+  };
+  const auto named = [lang](const auto& activity) {
+    return activity.first + " (" + activityName(activity.first, lang) + ")";
+  };
+  lines.add(byActivity.in(lang), joined(selection.byActivity, ", ", counted));
+  lines.add("available_activities: ", joined(selection.availableActivities, ", ", named));
+  lines.add("available_sources: ", joined(selection.availableSources, ", "));
 }
 
 void addPagination(Lines& lines, const Query& query, const Selection& selection) {
@@ -111,11 +97,12 @@ std::string explanation(std::string_view status, SummaryLang lang) {
   return " (" + std::string(meaning.in(lang)) + ")";
 }
 
-/// The shortest decimal that reads back as `value`.
+/// The shortest decimal that reads back as `value`, without an exponent.
 std::string shortest(double value) {
-  char text[32];
-  const auto [end, error] = std::to_chars(text, text + sizeof text, value);
-  return error == std::errc() ? std::string(text, end) : std::string();
+  std::array<char, 512> text{};  // the smallest numbers have some 330 digits
+  const auto [end, error] =
+      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
+  return error == std::errc() ? std::string(text.data(), end) : std::string();
 }
 
 void addHumidity(Lines& lines, const WorkoutHumidity& reading, SummaryLang lang) {
@@ -155,8 +142,8 @@ void addWorkout(Lines& lines, const WorkoutEntry& workout, SummaryLang lang) {
 
 }  // namespace
 
-std::string WorkoutList::text(const Query& query, const Selection& selection,
-                              const std::string& coverage, SummaryLang lang) {
+std::string WorkoutListText::text(const Query& query, const Selection& selection,
+                                  const std::string& coverage, SummaryLang lang) {
   Lines lines;
   lines.add(Tools::header(query.member, lang));
   lines.add(rangeAndFilters(query, lang));
@@ -170,7 +157,7 @@ std::string WorkoutList::text(const Query& query, const Selection& selection,
   }
   for (const WorkoutEntry& workout : selection.page) addWorkout(lines, workout, lang);
   lines.add("");
-  lines.add(closingNote.in(lang));
+  lines.add(WorkoutList::closingNote.in(lang));
   lines.add("");
   lines.add(coverage);
   return lines.joined();

@@ -1,4 +1,5 @@
 #include "tools/WorkoutSelection.h"
+#include "platform/Text.h"
 
 #include <algorithm>
 #include <functional>
@@ -48,10 +49,7 @@ static_assert(std::ranges::all_of(table, [](const Measure& measure) {
 }));
 
 bool sameIgnoringCase(std::string_view left, std::string_view right) {
-  const auto lowerCase = [](char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-  };
-  return std::ranges::equal(left, right, {}, lowerCase, lowerCase);
+  return lowerCased(left) == lowerCased(right);
 }
 
 /// Whether `text` means the activity of this code: the code, or its name in either language.
@@ -99,8 +97,9 @@ WorkoutSelection::Selection WorkoutSelection::select(std::vector<WorkoutEntry> w
   }
 
   std::erase_if(workouts, [&](const WorkoutEntry& workout) { return !passes(workout, filters); });
-  if (order == Order::asc) std::ranges::reverse(workouts);
+  // Before the order is changed: the last digit of a sum depends on it.
   for (const WorkoutEntry& workout : workouts) addToTotals(selection, workout);
+  if (order == Order::asc) std::ranges::reverse(workouts);
   selection.byActivity = countsOf(workouts);
 
   selection.totalCount = static_cast<std::int64_t>(workouts.size());

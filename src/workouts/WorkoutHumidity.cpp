@@ -52,8 +52,6 @@ std::string_view WorkoutHumidity::status() const {
 std::optional<WorkoutHumidity> humidityIn(const std::string& json) {
   try {
     return JsonFields::parsed(json).get<WorkoutHumidity>();
-  } catch (const nlohmann::json::exception&) {
-    return std::nullopt;
   } catch (const DecodingError&) {
     return std::nullopt;
   }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <stdexcept>
 
 using JsonFields::optional;
 using JsonFields::required;
@@ -13,6 +14,8 @@ using JsonFields::setIfPresent;
 
 WorkoutDigest workoutDigest(std::string_view activityType, std::string_view source,
                             std::string_view start, std::string_view end) {
+  static const bool ready = sodium_init() >= 0;
+  if (!ready) throw std::runtime_error("libsodium does not start");
   crypto_hash_sha256_state state;
   crypto_hash_sha256_init(&state);
   const auto add = [&state](std::string_view bytes) {

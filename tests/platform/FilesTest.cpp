@@ -4,6 +4,9 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/stat.h>
+#include <sys/types.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
@@ -175,5 +178,52 @@ TEST(ReadSome, ThrowsWhatTheSystemSays) {
     EXPECT_EQ(error.code(), std::errc::bad_file_descriptor);
   }
 }
+
+/// Which of the three standard streams are closed: bit 0 for input, bit 1 for output, bit 2 for
+/// error.
+class ClosedStreams : public testing::TestWithParam<unsigned> {
+protected:
+  static bool isClosed(int stream) { return (GetParam() >> stream & 1U) != 0; }
+
+  /// In a process that has lost its streams: which requirement is not met, 0 for none.
+  static int unmetRequirement(dev_t sentinelDevice, ino_t sentinelNode) {
+    struct stat nothing {};
+    if (stat("/dev/null", &nothing) != 0) return 1;
+    for (int stream = 0; stream <= 2; ++stream) {
+      struct stat status {};
+      if (fstat(stream, &status) != 0) return 10 + stream;
+      const bool isNothing = status.st_rdev == nothing.st_rdev && S_ISCHR(status.st_mode);
+      const bool isSentinel = status.st_dev == sentinelDevice && status.st_ino == sentinelNode;
+      if (isClosed(stream) ? !isNothing : !isSentinel) return 20 + stream;
+    }
+    return open("/dev/null", O_RDONLY) > 2 ? 0 : 30;
+  }
+};
+
+TEST_P(ClosedStreams, AreReservedAndTheOthersStay) {
+  const TemporaryFolder folder;
+  const std::string path = folder.write("sentinel", "").string();
+  struct stat sentinel {};
+  ASSERT_EQ(stat(path.c_str(), &sentinel), 0);
+
+  const pid_t child = fork();
+  if (child == 0) {
+    const int descriptor = open(path.c_str(), O_RDWR);
+    for (int stream = 0; stream <= 2; ++stream) {
+      dup2(descriptor, stream);
+      if (isClosed(stream)) close(stream);
+    }
+    close(descriptor);
+    reserveStandardStreams();
+    _exit(unmetRequirement(sentinel.st_dev, sentinel.st_ino));
+  }
+  int state = 0;
+  ASSERT_EQ(waitpid(child, &state, 0), child);
+
+  EXPECT_TRUE(WIFEXITED(state));
+  EXPECT_EQ(WEXITSTATUS(state), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Streams, ClosedStreams, testing::Range(0U, 8U));
 
 }  // namespace

@@ -10,6 +10,11 @@ namespace {
 
 using nlohmann::json;
 
+TEST(ParsedText, IsTheValueThatItHolds) {
+  EXPECT_EQ(JsonFields::parsed(R"( {"a":[1,2.5,null]} )"), (json{{"a", {1, 2.5, nullptr}}}));
+  EXPECT_EQ(JsonFields::parsed("7"), 7);
+}
+
 struct WholeCase {
   std::string name;
   std::string text;
@@ -48,6 +53,31 @@ std::string messageOf(Read read) {
     return error.what();
   }
   return "";
+}
+
+TEST(ParsedText, MustBeJson) {
+  const std::vector<std::string> texts{"", " ", "{", "{} {}", "nul", R"({"a":})", "\"\xFF\""};
+  for (const std::string& text : texts) {
+    EXPECT_EQ(messageOf([&text] { JsonFields::parsed(text); }), "not JSON, line 1") << text;
+  }
+}
+
+TEST(ParsedText, MayBeNoNumberTooLargeToHold) {
+  EXPECT_EQ(messageOf([] { JsonFields::parsed("[1,\n1e999]"); }).substr(0, 9), "not JSON,");
+}
+
+TEST(ParsedText, IsNotQuotedWhenItIsWrong) {
+  EXPECT_EQ(messageOf([] { JsonFields::parsed("{\"name\":\n\n\"secret\",\n secret}"); }),
+            "not JSON, line 4");
+}
+
+TEST(ParsedText, HoldsNoZeroByte) {
+  using namespace std::string_literals;
+  for (const std::string& text : {"{}\0"s, "{}\0{"s, "\0"s, "\0{}"s, "\"a\0b\""s}) {
+    EXPECT_EQ(messageOf([&text] { JsonFields::parsed(text); }), "not JSON, line 1") << text;
+  }
+  EXPECT_EQ(messageOf([] { JsonFields::parsed("{}\n\n\0"s); }), "not JSON, line 3");
+  EXPECT_EQ(JsonFields::parsed("\"a\\u0000b\""), "a\0b"s);
 }
 
 /// A record with a required and an optional field, and one of its own kind inside.

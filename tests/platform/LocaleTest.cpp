@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <limits>
 #include <string>
 
 namespace {
@@ -63,5 +64,40 @@ TEST(Grouped, UsesCommasForAUserWithoutALocale) {
   EXPECT_EQ(grouped(1234567), "1,234,567");
   EXPECT_EQ(grouped(-42), "-42");
 }
+
+struct WholeCase {
+  std::string name;
+  double value;
+  std::string text;
+};
+
+class GroupedWhole : public testing::TestWithParam<WholeCase> {};
+
+TEST_P(GroupedWhole, IsRoundedWithHalvesAwayFromZero) {
+  EXPECT_EQ(groupedWhole(GetParam().value), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Numbers, GroupedWhole,
+    testing::Values(WholeCase{"Zero", 0, "0"}, WholeCase{"MinusZero", -0.0, "0"},
+                    WholeCase{"BelowAHalf", 0.49, "0"}, WholeCase{"MinusBelowAHalf", -0.49, "0"},
+                    WholeCase{"AHalf", 0.5, "1"}, WholeCase{"MinusAHalf", -0.5, "-1"},
+                    WholeCase{"AHalfAboveEven", 2.5, "3"},
+                    WholeCase{"GroupedByRounding", 999.5, "1,000"},
+                    WholeCase{"Thousands", 1234.5, "1,235"},
+                    WholeCase{"MinusThousands", -1234567.4, "-1,234,567"},
+                    WholeCase{
+                        "LargestThatIsGrouped", 9223372036854774784.0, "9,223,372,036,854,774,784"},
+                    WholeCase{"FirstBeyond", 0x1p63, "9223372036854775808"},
+                    WholeCase{"FarBelowZero", -1e20, "-100000000000000000000"}),
+    [](const auto& test) { return test.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    NotNumbers, GroupedWhole,
+    testing::Values(WholeCase{"Infinity", std::numeric_limits<double>::infinity(), "inf"},
+                    WholeCase{"MinusInfinity", -std::numeric_limits<double>::infinity(), "-inf"},
+                    WholeCase{"NotANumber", std::numeric_limits<double>::quiet_NaN(), "nan"},
+                    WholeCase{"MinusNotANumber", -std::numeric_limits<double>::quiet_NaN(), "nan"}),
+    [](const auto& test) { return test.param.name; });
 
 }  // namespace

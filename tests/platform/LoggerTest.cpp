@@ -307,6 +307,21 @@ INSTANTIATE_TEST_SUITE_P(Places, LoggerWithoutAFile,
                                                    }}),
                          [](const auto& test) { return test.param.name; });
 
+TEST(Logger, WritesNothingToAPipeThatIsRead) {
+  const TemporaryFolder folder;
+  const std::string path = (folder / "log").string();
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  const int reader = open(path.c_str(), O_RDONLY | O_NONBLOCK);
+  ASSERT_GE(reader, 0);
+
+  Logger log(path, Level::debug, false, fixedClock);
+  log.write(Level::error, "lost");
+
+  char byte = 0;
+  EXPECT_EQ(read(reader, &byte, 1), 0);
+  close(reader);
+}
+
 TEST(Logger, CreatesNothingBehindAFolderThatLeadsNowhere) {
   const TemporaryFolder folder;
   std::filesystem::create_directory_symlink(folder / "unmounted", folder / "data");

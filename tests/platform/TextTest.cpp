@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -154,6 +155,58 @@ TEST(TrimmedBlanks, MakesNothingOutOfNothingButBlanks) {
   EXPECT_EQ(trimmedBlanks(" \t "), "");
 }
 
+struct SpaceCase {
+  std::string name;
+  char32_t codePoint;
+};
+
+class WhiteSpace : public testing::TestWithParam<SpaceCase> {};
+
+TEST_P(WhiteSpace, IsTrimmedOffBothEndsAlone) {
+  const std::string space = utf8(GetParam().codePoint);
+  EXPECT_EQ(trimmedWhitespace(space + space + "Table" + space + "Tennis" + space),
+            "Table" + space + "Tennis");
+  EXPECT_EQ(trimmedWhitespace(space), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    CodePoints, WhiteSpace,
+    testing::Values(SpaceCase{"Tab", 0x09}, SpaceCase{"LineFeed", 0x0A},
+                    SpaceCase{"VerticalTab", 0x0B}, SpaceCase{"FormFeed", 0x0C},
+                    SpaceCase{"CarriageReturn", 0x0D}, SpaceCase{"Space", 0x20},
+                    SpaceCase{"NextLine", 0x85}, SpaceCase{"NoBreak", 0xA0},
+                    SpaceCase{"OghamMark", 0x1680}, SpaceCase{"EnQuad", 0x2000},
+                    SpaceCase{"EmQuad", 0x2001}, SpaceCase{"En", 0x2002}, SpaceCase{"Em", 0x2003},
+                    SpaceCase{"ThirdOfAnEm", 0x2004}, SpaceCase{"QuarterOfAnEm", 0x2005},
+                    SpaceCase{"SixthOfAnEm", 0x2006}, SpaceCase{"Figure", 0x2007},
+                    SpaceCase{"Punctuation", 0x2008}, SpaceCase{"Thin", 0x2009},
+                    SpaceCase{"Hair", 0x200A}, SpaceCase{"LineSeparator", 0x2028},
+                    SpaceCase{"ParagraphSeparator", 0x2029}, SpaceCase{"NarrowNoBreak", 0x202F},
+                    SpaceCase{"MediumMathematical", 0x205F}, SpaceCase{"Ideographic", 0x3000}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(TrimmedWhitespace, TakesAMixtureOff) {
+  EXPECT_EQ(trimmedWhitespace(" \u3000\n\u00A0瑜伽\r\n\t\u2009 "), "瑜伽");
+  EXPECT_EQ(trimmedWhitespace(" \u3000\n"), "");
+  EXPECT_EQ(trimmedWhitespace(""), "");
+}
+
+TEST(TrimmedWhitespace, LeavesWhatMerelyLooksLikeIt) {
+  // Zero-width space and joiner, the byte-order mark, a blank Braille cell, the Mongolian vowel
+  // separator, two control characters.
+  for (const char32_t codePoint :
+       {U'\u200B', U'\u200D', U'\uFEFF', U'\u2800', U'\u180E', U'\x1F', U'\0'}) {
+    const std::string text = utf8(codePoint) + "x" + utf8(codePoint);
+    EXPECT_EQ(trimmedWhitespace(text), text) << std::hex << static_cast<int>(codePoint);
+  }
+}
+
+TEST(TrimmedWhitespace, LeavesCharactersThatShareBytesWithIt) {
+  // "à" ends in the byte of a no-break space, "…" begins as the spaces of typographers do.
+  EXPECT_EQ(trimmedWhitespace("à"), "à");
+  EXPECT_EQ(trimmedWhitespace("…x…"), "…x…");
+}
+
 TEST(Filled, PutsEveryValueInItsPlace) {
   EXPECT_EQ(filled("{1} of {0}, {0}", {"a", "b"}), "b of a, a");
   EXPECT_EQ(filled("plain", {}), "plain");
@@ -201,6 +254,39 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(FixedDecimals, HasRoomForTheLargestNumber) {
   EXPECT_EQ(fixedDecimals(std::numeric_limits<double>::max(), 1).size(), 311U);
+}
+
+TEST(LowerCased, ChangesTheLettersFromAToZAlone) {
+  EXPECT_EQ(lowerCased("AZaz"), "azaz");
+  EXPECT_EQ(lowerCased("@[`{09-_ "), "@[`{09-_ ");
+  EXPECT_EQ(lowerCased("ÄÉΩЖİ中文"), "ÄÉΩЖİ中文");
+  EXPECT_EQ(lowerCased(std::string_view("A\0B", 3)), std::string("a\0b", 3));
+  EXPECT_EQ(lowerCased(""), "");
+}
+
+using Texts = std::vector<std::string>;
+
+TEST(Joined, PutsTheSeparatorBetweenTwo) {
+  EXPECT_EQ(joined(Texts{"a", "b", "c"}, ", "), "a, b, c");
+  EXPECT_EQ(joined(Texts{"a"}, ", "), "a");
+  EXPECT_EQ(joined(Texts{}, ", "), "");
+}
+
+TEST(Joined, KeepsTheSeparatorsOfEmptyElements) {
+  EXPECT_EQ(joined(Texts{"", "a", "b"}, ", "), ", a, b");
+  EXPECT_EQ(joined(Texts{"a", "", "b"}, ", "), "a, , b");
+  EXPECT_EQ(joined(Texts{"a", ""}, ", "), "a, ");
+  EXPECT_EQ(joined(Texts{"", ""}, ", "), ", ");
+  EXPECT_EQ(joined(Texts{""}, ", "), "");
+}
+
+TEST(Joined, AsksForAPartOfEachElement) {
+  const auto digits = [](int number) { return std::to_string(number); };
+  EXPECT_EQ(joined(std::vector{10, 20}, "/", digits), "10/20");
+  EXPECT_EQ(joined(std::map<std::string, int>{{"b", 1}, {"a", 2}},
+                   " ",
+                   &std::map<std::string, int>::value_type::first),
+            "a b");
 }
 
 TEST(Lines, JoinsLinesWithoutAFeedAtTheEnd) {

@@ -287,6 +287,30 @@ INSTANTIATE_TEST_SUITE_P(Texts, NoRoster,
                                          R"({"version": 1e999, "members": []})",
                                          "{\"version\": 1, \"members\": [], \"x\": \"\xFF\"}"));
 
+struct CutCase {
+  std::string name;
+  std::string last;  ///< the file ends behind this text
+  int line;
+};
+
+class CutRoster : public RosterFile, public testing::WithParamInterface<CutCase> {};
+
+TEST_P(CutRoster, IsRefusedWithoutAQuotation) {
+  constexpr int indent = 2;
+  const std::string whole = fullFile().dump(indent);
+  const std::size_t end = whole.find(GetParam().last) + GetParam().last.size();
+  const std::string expected = prefix() + "not JSON, line " + std::to_string(GetParam().line);
+
+  EXPECT_EQ(failureOf(whole.substr(0, end)), expected);
+  EXPECT_EQ(logged(), "[1970-01-01 00:00:00] ! " + expected + "\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Places, CutRoster,
+                         testing::Values(CutCase{"InADevicesKey", "\"key\": \"c2Vj", 17},
+                                         CutCase{"BehindADevicesKey", "\"c2VjcmV0\"", 17},
+                                         CutCase{"InTheName", "\"name\": \"An", 25}),
+                         [](const auto& test) { return test.param.name; });
+
 struct KeyCase {
   std::string name;
   std::string pointer;  ///< the key's place in a full file

@@ -299,7 +299,15 @@ INSTANTIATE_TEST_SUITE_P(
         CompactCase{"Array", R"({"a":[1,"b",[null]]})", R"(a=[1,"b",[null]])"},
         CompactCase{"Object", R"({"a":{"c":1,"b":{}}})", R"(a={"b":{},"c":1})"},
         CompactCase{"Order", R"({"to":"2","from":"1","To":"3"})", "To=3 from=1 to=2"},
-        CompactCase{"EmptyKey", R"({"":1,"a":2})", "=1 a=2"}),
+        CompactCase{"EmptyKey", R"({"":1,"a":2})", "=1 a=2"},
+        CompactCase{"PersonAlone", R"({"person":"Ann"})", ""},
+        CompactCase{"PersonAmongOthers",
+                    R"({"metric":"steps","person":"Ann","to":"2"})",
+                    "metric=steps to=2"},
+        CompactCase{"PersonOfAnotherType", R"({"a":1,"person":{"b":2}})", "a=1"},
+        CompactCase{
+            "PersonInOtherLetters", R"({"Person":"Ann","persons":1})", "Person=Ann persons=1"},
+        CompactCase{"PersonInsideAnObject", R"({"a":{"person":"Ann"}})", R"(a={"person":"Ann"})"}),
     [](const auto& test) { return test.param.name; });
 
 }  // namespace

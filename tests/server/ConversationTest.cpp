@@ -1,7 +1,10 @@
 #include "support/Conversation.h"
 #include "support/Golden.h"
+#include "support/WorkoutSamples.h"
+#include "tools/Tools.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <string>
 #include <vector>
@@ -68,6 +71,105 @@ TEST(GoldenConversation, GoesWellInEnglish) {
 
 TEST(GoldenConversation, GoesWellInChinese) {
   EXPECT_TRUE(matchesGolden("conversation/first_meeting.zh.txt", firstMeetingIn(SummaryLang::zh)));
+}
+
+// --- every method and every tool once
+
+/// A call of `tool` with these arguments, as JSON.
+std::string callOf(const std::string& id, const std::string& tool, const std::string& arguments) {
+  return R"({"jsonrpc":"2.0","id":")" + id + R"(","method":"tools/call","params":{"name":")" +
+         tool + R"(","arguments":)" + arguments + "}}";
+}
+
+TestWorkout morningRun() {
+  return {.activity_type = "Running",
+          .duration_min = 30,
+          .source_name = "Ann\u2019s Apple\u00A0Watch",
+          .start_date = "2024-03-10 08:00:00 +0100",
+          .start_day = "2024-03-10",
+          .end_date = "2024-03-10 08:30:00 +0100",
+          .distance_km = 5.25,
+          .indoor = 0};
+}
+
+void addRunner(Household& household) {
+  household.add("ann", "Ann")
+      .addRecords({{.type = "StepCount",
+                    .source_name = "iPhone",
+                    .unit = "count",
+                    .start_day = "2024-03-10",
+                    .value_num = 9000},
+                   {.type = "StepCount",
+                    .source_name = "iPhone",
+                    .unit = "count",
+                    .start_day = "2024-03-03",
+                    .value_num = 6000},
+                   {.type = "HeartRate",
+                    .source_name = "Ann\u2019s Apple\u00A0Watch",
+                    .device = "<<HKDevice>, name:Apple Watch>",
+                    .unit = "count/min",
+                    .start_date = "2024-03-10 07:00:05 +0000",
+                    .start_day = "2024-03-10",
+                    .end_date = "2024-03-10 07:00:05 +0000",
+                    .value = "121.5",
+                    .value_num = 121.5}})
+      .addWorkout(morningRun());
+}
+
+std::vector<std::string> everythingOnce() {
+  return {
+      R"({"jsonrpc":"2.0","id":"start","method":"initialize","params":{"clientInfo":{"name":"desk"}}})",
+      R"({"jsonrpc":"2.0","method":"notifications/initialized"})",
+      R"({"jsonrpc":"2.0","id":"alive","method":"ping"})",
+      R"({"jsonrpc":"2.0","id":"tools","method":"tools/list"})",
+      callOf("who", "list_persons", "{}"),
+      callOf("overview", "get_overview", R"({"person":"Ann"})"),
+      callOf("trend", "get_trend", R"({"metric":"steps"})"),
+      callOf("day", "get_day", R"({"date":"2024-03-10"})"),
+      callOf("workouts", "get_workouts", R"({"activity_type":"running"})"),
+      callOf("workouts again", "get_workouts", R"({"format":"json","limit":1})"),
+      callOf("beats",
+             "get_workout_heart_rate",
+             R"({"workout_id":")" + identifierOf(morningRun()) + R"("})"),
+      callOf("compare",
+             "compare_periods",
+             R"({"metric":"steps","a_from":"2024-03-01","a_to":"2024-03-07",)"
+             R"("b_from":"2024-03-08","b_to":"2024-03-14"})"),
+      R"({"jsonrpc":"2.0","id":"resources","method":"resources/list"})",
+      R"({"jsonrpc":"2.0","id":"read","method":"resources/read","params":{"uri":"larkspur://ann/overview"}})",
+      R"({"jsonrpc":"2.0","id":"prompts","method":"prompts/list"})",
+      R"({"jsonrpc":"2.0","id":"prompt","method":"prompts/get","params":{"name":"how_am_i"}})"};
+}
+
+/// The conversation, and the records that the access log has of it.
+std::string everythingOnceIn(SummaryLang lang) {
+  Household household;
+  addRunner(household);
+  const Conversation conversation(household, lang);
+  const std::string transcript = conversation.transcript(everythingOnce());
+  std::string log = conversation.accessLog();
+  log.pop_back();
+  return transcript + "\n" + log;
+}
+
+TEST(GoldenConversation, CallsEverythingOnceInEnglish) {
+  EXPECT_TRUE(
+      matchesGolden("conversation/everything_once.en.txt", everythingOnceIn(SummaryLang::en)));
+}
+
+TEST(GoldenConversation, CallsEverythingOnceInChinese) {
+  EXPECT_TRUE(
+      matchesGolden("conversation/everything_once.zh.txt", everythingOnceIn(SummaryLang::zh)));
+}
+
+TEST(GoldenConversation, LeavesOutNoTool) {
+  std::string calls;
+  for (const std::string& line : everythingOnce()) calls += line + "\n";
+
+  for (const auto& tool : Tools::schemas(SummaryLang::en)) {
+    EXPECT_NE(calls.find(R"("name":)" + tool.at("name").dump()), std::string::npos)
+        << tool.at("name");
+  }
 }
 
 }  // namespace

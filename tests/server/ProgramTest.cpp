@@ -1,5 +1,6 @@
 // The built program as a child process, seen from outside.
 
+#include "platform/Files.h"
 #include "support/ChildProcess.h"
 #include "support/Conversation.h"
 #include "support/EnvironmentGuard.h"
@@ -10,9 +11,12 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -188,6 +192,108 @@ TEST(Program, StopsAtABrokenRosterAndStartsWithoutMembersNextTime) {
             "No members on this Mac yet — the user has to pair an iPhone in Larkspur first.");
 }
 
+TEST(Program, QuotesNothingOfABrokenRoster) {
+  const Household household;
+  std::ofstream(household.rosterFile()) << "{\"version\":1,\n\"members\":[{\"id\":\"ann-01\",\n"
+                                           "\"devices\":[{\"key\":\"c2VjcmV0";
+
+  const ChildProcess::Ending ending = served(household, ping);
+
+  EXPECT_EQ(ending.status, 1);
+  EXPECT_THAT(ending.errors, testing::EndsWith(":not JSON, line 3\n"));
+  const std::string log = fileContents(household.dataRoot() / "mcp-access.log").value_or("");
+  EXPECT_THAT(log, testing::EndsWith(":not JSON, line 3\n"));
+  for (const std::string& text : {ending.errors, log}) {
+    for (const char* quotation : {"c2Vj", "ann-01", "devices", "version"}) {
+      EXPECT_THAT(text, testing::Not(testing::HasSubstr(quotation)));
+    }
+  }
+}
+
+/// The records of the access log, each without its stamp.
+Words recordsOf(const Household& household) {
+  std::istringstream log(
+      fileContents(household.dataRoot() / "mcp-access.log").value_or("the log is missing"));
+  constexpr std::size_t stampLength = std::string_view("[2024-03-17 12:00:00] ").size();
+  Words records;
+  for (std::string line; std::getline(log, line);) {
+    records.push_back(line.substr(std::min(line.size(), stampLength)));
+  }
+  return records;
+}
+
+struct ClosedCase {
+  std::string name;
+  std::string redirections;  ///< in a shell's words
+  std::string input;
+  std::string output;
+  Words records;  ///< of the access log, behind that of the start
+};
+
+class ProgramWithoutAStream : public testing::TestWithParam<ClosedCase> {};
+
+TEST_P(ProgramWithoutAStream, KeepsRepliesAndDiagnosticsOutOfItsLog) {
+  const Household household;
+  const std::string root = household.dataRoot().string();
+  ChildProcess program("/bin/sh",
+                       {"-c",
+                        R"(exec "$0" --data-root "$1" )" + GetParam().redirections,
+                        LARKSPUR_MCP_PROGRAM,
+                        root},
+                       household.dataRoot());
+  if (!GetParam().input.empty()) program.write(GetParam().input);
+
+  const ChildProcess::Ending ending = program.finished();
+
+  Words records{"i Larkspur MCP server 启动 · dataRoot=" + root + " · 成员 0"};
+  records.insert(records.end(), GetParam().records.begin(), GetParam().records.end());
+  EXPECT_EQ(ending.status, 0);
+  EXPECT_EQ(ending.output, GetParam().output);
+  EXPECT_EQ(recordsOf(household), records);
+}
+
+const std::string twoLines = "[1]\n" + ping;
+const Words oneComplaint{"! 收到解不开的一行,忽略"};
+
+INSTANTIATE_TEST_SUITE_P(
+    Streams, ProgramWithoutAStream,
+    testing::Values(ClosedCase{"None", "", twoLines, pong, oneComplaint},
+                    ClosedCase{"Input", "<&-", "", "", {}},
+                    ClosedCase{"Output", ">&-", twoLines, "", oneComplaint},
+                    ClosedCase{"Error", "2>&-", twoLines, pong, oneComplaint},
+                    ClosedCase{"OutputAndError", ">&- 2>&-", twoLines, "", oneComplaint},
+                    ClosedCase{"InputAndError", "<&- 2>&-", "", "", {}},
+                    ClosedCase{"All", "<&- >&- 2>&-", "", "", {}}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(Program, StartsWithoutMembersWhenAPipeIsInTheRostersPlace) {
+  const Household household;
+  ASSERT_EQ(mkfifo(household.rosterFile().c_str(), 0600), 0);
+
+  EXPECT_EQ(served(household, ping), (ChildProcess::Ending{0, pong, ""}));
+  EXPECT_TRUE(std::filesystem::is_fifo(household.rosterFile()));
+}
+
+TEST(Program, RefusesAPipeInTheDatabasesPlaceAtOnce) {
+  Household household;
+  const std::string pipe = (household.dataRoot() / "ann.sqlite").string();
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  Member member;
+  member.id = "1";
+  member.name = "Ann";
+  member.dbPath = pipe;
+  household.add(member);
+
+  const ChildProcess::Ending ending = served(
+      household,
+      R"({"id":1,"method":"tools/call","params":{"name":"get_trend","arguments":{"metric":"steps"}}})"
+      "\n");
+
+  EXPECT_EQ(ending.status, 0);
+  EXPECT_EQ(Json::parse(ending.output).at("error"),
+            (Json{{"code", -32603}, {"message", "打不开 Ann 的数据:库文件不存在:" + pipe}}));
+}
+
 /// The text that get_trend answers about "weight".
 std::string weightTrend(const Household& household) {
   const ChildProcess::Ending ending = served(
@@ -235,7 +341,7 @@ bool makeGermanLocale(const std::filesystem::path& folder) {
 
 TEST(Program, FollowsTheLocaleInItsDigitGroupingAlone) {
   const TemporaryFolder locales;
-  if (!makeGermanLocale(locales.path())) GTEST_SKIP() << "this machine cannot make a locale";
+  ASSERT_TRUE(makeGermanLocale(locales.path())) << "localedef, or what it reads, is not installed";
   Household household;
   household.add("1", "Ann")
       .addRecords({{.type = "BodyMass", .start_day = "2024-03-01", .value_num = 1234.5},

@@ -70,6 +70,68 @@ TEST(DayDetail, TakesTheLargestSourceOfATypeThatAddsUp) {
   EXPECT_THAT(detailOf(database), ElementsAre(DayRow{"ActiveEnergyBurned", 300, 3, "kcal"}));
 }
 
+struct FirstUnitCase {
+  std::string name;
+  std::vector<TestRecord> rows;
+  std::string unit;
+};
+
+class UnitOfASource : public testing::TestWithParam<FirstUnitCase> {};
+
+TEST_P(UnitOfASource, IsThatOfItsFirstRow) {
+  TestDatabase database;
+  database.addRecords(GetParam().rows);
+
+  const std::vector<DayRow> rows = detailOf(database);
+
+  ASSERT_EQ(rows.size(), 1U);
+  EXPECT_EQ(rows.front().unit, GetParam().unit);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, UnitOfASource,
+    testing::Values(FirstUnitCase{"SmallerValueFirst",
+                                  {sample("BodyMass", "Scale", 60, "kg"),
+                                   sample("BodyMass", "Scale", 132, "lb")},
+                                  "kg"},
+                    FirstUnitCase{"LargerValueFirst",
+                                  {sample("BodyMass", "Scale", 132, "lb"),
+                                   sample("BodyMass", "Scale", 60, "kg")},
+                                  "lb"},
+                    FirstUnitCase{"ThreeRows",
+                                  {sample("BodyMass", "Scale", 9.4, "st"),
+                                   sample("BodyMass", "Scale", 132, "lb"),
+                                   sample("BodyMass", "Scale", 60, "kg")},
+                                  "st"},
+                    FirstUnitCase{"LaterHourFirst",
+                                  {{.type = "BodyMass",
+                                    .unit = "lb",
+                                    .start_date = "2024-03-01 20:00:00 +0000",
+                                    .value_num = 132},
+                                   {.type = "BodyMass",
+                                    .unit = "kg",
+                                    .start_date = "2024-03-01 07:00:00 +0000",
+                                    .value_num = 60}},
+                                  "lb"},
+                    FirstUnitCase{"TypeThatAddsUp",
+                                  {sample("DistanceCycling", "Watch", 2000, "m"),
+                                   sample("DistanceCycling", "Watch", 3, "km")},
+                                  "m"},
+                    FirstUnitCase{"NoUnitFirst",
+                                  {sample("BodyMass", "Scale", 60, std::nullopt),
+                                   sample("BodyMass", "Scale", 132, "lb")},
+                                  ""},
+                    FirstUnitCase{"NoUnitLater",
+                                  {sample("BodyMass", "Scale", 132, "lb"),
+                                   sample("BodyMass", "Scale", 60, std::nullopt)},
+                                  "lb"},
+                    FirstUnitCase{"FirstRowWithoutANumber",
+                                  {sample("BodyMass", "Scale", std::nullopt, "st"),
+                                   sample("BodyMass", "Scale", 60, "kg"),
+                                   sample("BodyMass", "Scale", 132, "lb")},
+                                  "kg"}),
+    [](const auto& test) { return test.param.name; });
+
 TEST(DayDetail, TakesTheMeanOfAllSamplesOfAnyOtherType) {
   TestDatabase database;
   database.addRecords({sample("HeartRate", "Watch", 60, "count/min"),

@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -104,6 +105,14 @@ TEST_F(Opening, TellsThatTheFileIsALinkToNowhere) {
   std::filesystem::create_symlink(folder / "nowhere", folder / "ann.sqlite");
   EXPECT_EQ(failure(folder / "ann.sqlite", reading),
             "库文件不存在:" + (folder / "ann.sqlite").string());
+}
+
+TEST_F(Opening, TakesAPipeForAMissingFile) {
+  const std::string path = (folder / "ann.sqlite").string();
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+
+  EXPECT_EQ(failure(path, reading), "库文件不存在:" + path);
+  EXPECT_EQ(failure(path, writing), "库文件不存在:" + path);
 }
 
 TEST_F(Opening, TellsWhatTheDatabaseSays) {

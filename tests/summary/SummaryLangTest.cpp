@@ -135,6 +135,8 @@ INSTANTIATE_TEST_SUITE_P(
     OtherTexts, MonthName,
     testing::Values(MonthCase{"MonthZero", "2024-0", "2024 年 1 月", "January 2024"},
                     MonthCase{"MonthThirteen", "2024-13", "2024 年 12 月", "December 2024"},
+                    MonthCase{
+                        "MonthOfManyDigits", "2024-99999999999", "2024 年 12 月", "December 2024"},
                     MonthCase{"NoLeadingZero", "2024-3", "2024 年 3 月", "March 2024"},
                     MonthCase{"YearIsNotLookedAt", "spring-03", "spring 年 3 月", "March spring"},
                     MonthCase{"MarkInTheYearIsNotFilled", "{0}-03", "{0} 年 3 月", "March {0}"},

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -133,6 +134,16 @@ TEST(MetricEncoding, KeepsTheOrderOfTheFields) {
 
 TEST(MetricEncoding, LeavesOutWhatIsAbsent) {
   EXPECT_EQ(ordered_json(Metric()).dump(), R"({"label":"","unit":"","text":"","state":"present"})");
+}
+
+TEST(MetricEncoding, LeavesOutAValueThatIsNoNumber) {
+  for (const double value : {std::numeric_limits<double>::infinity(),
+                             -std::numeric_limits<double>::infinity(),
+                             std::numeric_limits<double>::quiet_NaN()}) {
+    Metric metric;
+    metric.value = value;
+    EXPECT_EQ(ordered_json(metric).dump(), ordered_json(Metric()).dump()) << value;
+  }
 }
 
 TEST(CardEncoding, KeepsTheOrderOfTheFields) {

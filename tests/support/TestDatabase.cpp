@@ -55,8 +55,15 @@ TestDatabase::TestDatabase()
 }
 
 TestDatabase& TestDatabase::addRecords(const std::vector<TestRecord>& records) {
-  constexpr std::array<std::string_view, 8> columns{
-      "type", "source_name", "unit", "start_date", "start_day", "end_date", "value", "value_num"};
+  constexpr std::array<std::string_view, 9> columns{"type",
+                                                    "source_name",
+                                                    "device",
+                                                    "unit",
+                                                    "start_date",
+                                                    "start_day",
+                                                    "end_date",
+                                                    "value",
+                                                    "value_num"};
   Database database = writer();
   database.exec("BEGIN");
   Statement statement = database.prepare(insertion("records", columns));
@@ -64,6 +71,7 @@ TestDatabase& TestDatabase::addRecords(const std::vector<TestRecord>& records) {
     insert(statement,
            record.type,
            record.source_name,
+           record.device,
            record.unit,
            startOf(record.start_date, record.start_day),
            record.start_day,

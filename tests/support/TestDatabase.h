@@ -15,6 +15,7 @@
 struct TestRecord {
   std::string type = "HeartRate";
   std::optional<std::string> source_name = "Watch";
+  std::optional<std::string> device = std::nullopt;
   std::optional<std::string> unit = std::nullopt;
   std::optional<std::string> start_date = std::nullopt;  ///< absent: 08:00 UTC on `start_day`
   std::optional<std::string> start_day = "2024-03-01";

@@ -185,6 +185,14 @@ TEST(WorkoutHumidity, NeedsNothingButItsEncoding) {
   EXPECT_EQ(ordered_json(humidity).dump(), R"({"encoding":"xml_percent"})");
 }
 
+TEST(WorkoutHumidity, IsWrittenWithoutAValueThatIsNoNumber) {
+  for (const double value : {infinity, -infinity, notANumber}) {
+    const WorkoutHumidity humidity{value, "%", {}, "xml_percent", {}, {}};
+    EXPECT_EQ(ordered_json(humidity).dump(), R"({"raw_unit":"%","encoding":"xml_percent"})")
+        << value;
+  }
+}
+
 TEST(WorkoutHumidity, TakesNullForAbsentAndIgnoresUnknownKeys) {
   EXPECT_EQ(json::parse(R"({"raw_value": null, "raw_unit": null, "raw_text": null,
                             "encoding": "x", "source_bundle_id": null, "source_version": null,

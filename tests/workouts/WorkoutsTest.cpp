@@ -136,6 +136,42 @@ TEST(WorkoutId, DependsOnNothingElse) {
   EXPECT_EQ(fullWorkout().workout_id(), bareWorkout().workout_id());
 }
 
+TEST(WorkoutDigestOfAnIdentifier, IsTheHashThatTheIdentifierSpells) {
+  const WorkoutEntry workout = bareWorkout();
+
+  EXPECT_EQ(workoutDigestOf(workout.workout_id()),
+            workoutDigest(workout.activity_type, workout.source, workout.start, workout.end));
+}
+
+TEST(WorkoutDigestOfAnIdentifier, TakesTheDigitsInPairs) {
+  const std::optional<WorkoutDigest> digest =
+      workoutDigestOf("w_0123456789abcdef" + std::string(46, '0') + "ff");
+
+  ASSERT_TRUE(digest);
+  EXPECT_EQ(digest->at(0), 0x01);
+  EXPECT_EQ(digest->at(7), 0xEF);
+  EXPECT_EQ(digest->at(8), 0);
+  EXPECT_EQ(digest->at(31), 0xFF);
+}
+
+TEST(WorkoutDigestOfAnIdentifier, IsAbsentForAnyOtherText) {
+  const std::string digits(64, 'a');
+  for (const std::string& text : {std::string(),
+                                  std::string("w_"),
+                                  digits,
+                                  "w-" + digits,
+                                  "W_" + digits,
+                                  "w_" + digits + "a",
+                                  "w_" + digits.substr(1),
+                                  "aa" + digits,
+                                  "w_" + std::string(64, 'A'),
+                                  "w_" + std::string(64, 'g'),
+                                  "w_" + std::string(63, 'a') + " ",
+                                  "w_" + std::string(1, '\0') + std::string(63, 'a')}) {
+    EXPECT_EQ(workoutDigestOf(text), std::nullopt) << text;
+  }
+}
+
 TEST(HumidityReading, IsTheStoredOneBeforeTheOldColumn) {
   EXPECT_EQ(fullWorkout().humidityReading(), fullWorkout().humidity);
   EXPECT_EQ(fullWorkout().humidityPercent(), 55);
@@ -198,6 +234,28 @@ TEST(WorkoutEncoding, LeavesOutWhatIsAbsent) {
   EXPECT_EQ(ordered_json(bareWorkout()).dump(),
             R"({"activity_type":"Running","start":"2024-03-01 06:54:32 +0800",)"
             R"("end":"2024-03-01 07:30:00 +0800","source":"Watch"})");
+}
+
+TEST(WorkoutEncoding, LeavesOutWhatIsNoNumber) {
+  const std::vector<std::optional<double> WorkoutEntry::*> measures{
+      &WorkoutEntry::duration_min,
+      &WorkoutEntry::distance_km,
+      &WorkoutEntry::active_energy_kcal,
+      &WorkoutEntry::basal_energy_kcal,
+      &WorkoutEntry::hr_avg,
+      &WorkoutEntry::hr_min,
+      &WorkoutEntry::hr_max,
+      &WorkoutEntry::elevation_m,
+      &WorkoutEntry::avg_mets,
+      &WorkoutEntry::temp_c,
+      &WorkoutEntry::humidity_pct};
+  for (const double value : {std::numeric_limits<double>::infinity(),
+                             -std::numeric_limits<double>::infinity(),
+                             std::numeric_limits<double>::quiet_NaN()}) {
+    WorkoutEntry workout = bareWorkout();
+    for (const auto measure : measures) workout.*measure = value;
+    EXPECT_EQ(ordered_json(workout).dump(), ordered_json(bareWorkout()).dump()) << value;
+  }
 }
 
 TEST(WorkoutDecoding, ReadsWhatWasWritten) {
