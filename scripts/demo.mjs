@@ -18,33 +18,86 @@ if (!programs || !folder) {
 }
 const dataRoot = resolve(folder, 'household');
 
-// The household's last day. Fixed, so that the conversation is the same every time.
-const today = '2024-03-31';
-const fortnight = { from: '2024-03-18', to: '2024-03-31' };
+// Ann's home, so that her nights read as nights. It is eight hours ahead of UTC all year.
+const zone = 'Asia/Shanghai';
+const now = Date.now();
+const hour = 3_600_000;
+
+/** The calendar day at Ann's home, `daysAgo` days before today: the server takes today as it is. */
+function day(daysAgo) {
+  return new Date(now + (8 - 24 * daysAgo) * hour).toISOString().slice(0, 10);
+}
+
+const fortnight = { from: day(14), to: day(1) };
+const month = { from: day(30), to: day(0) };
+const periods = { a_from: day(30), a_to: day(1), b_from: day(60), b_to: day(31) };
 
 const languages = [
-  { name: 'English', locale: 'en_US.UTF-8' },
-  { name: '中文', locale: 'zh_CN.UTF-8' },
+  { name: 'English', key: 'en', locale: 'en_US.UTF-8' },
+  { name: '中文', key: 'zh', locale: 'zh_CN.UTF-8' },
 ];
 
-// The conversation, one step a line: what it is about, the method, its params, how to show the
-// result, and the error code when the point of the step is a refusal.
+// The conversation, one step after the other: what a person wants to know, the request, how to show
+// the result. The lists of workouts name what the questions after them take up.
 const steps = [
-  { about: 'Shake hands', method: 'initialize', params: handshake(), show: introduction },
-  { about: 'What can it do?', method: 'tools/list', show: toolList },
-  toolCall("Ann's steps", 'get_trend', { person: 'Ann', metric: 'steps', ...fortnight }),
-  toolCall("Ann's sleep", 'get_trend', { person: 'Ann', metric: 'sleep', ...fortnight }),
-  toolCall('Someone else', 'get_trend', { person: 'Zoe', metric: 'steps' }, { error: -32602 }),
+  ask('Who are you?', '你是谁?', 'initialize', handshake(), introduction),
+  ask('What can you do?', '你会什么?', 'tools/list', {}, toolList),
+  call('Who lives here?', '家里有谁?', 'list_persons', {}),
+  call('How is Ann?', 'Ann 怎么样?', 'get_overview', { person: 'Ann' }),
+  call('And Ben, in New York?', '在纽约的 Ben 呢?', 'get_overview', { person: 'Ben' }),
+  call('And 小美?', '小美呢?', 'get_overview', { person: '小美' }),
+  call("Ann's steps", 'Ann 的步数', 'get_trend', { person: 'Ann', metric: 'steps', ...fortnight }),
+  call("Ann's sleep", 'Ann 的睡眠', 'get_trend', { person: 'Ann', metric: 'sleep', ...fortnight }),
+  call("Ann's yesterday", 'Ann 的昨天', 'get_day', { person: 'Ann', date: day(1) }),
+  call('More steps than before?', '比之前走得多吗?', 'compare_periods', {
+    person: 'Ann',
+    metric: 'steps',
+    ...periods,
+  }),
+  call('How did Ann train?', 'Ann 练了什么?', 'get_workouts', {
+    person: 'Ann',
+    ...month,
+    limit: 2,
+  }),
+  call('Her favourite, oldest first', '最常练的,从最早的开始', 'get_workouts', ({ activity }) => ({
+    person: 'Ann',
+    ...month,
+    activity_type: activity,
+    order: 'asc',
+    limit: 1,
+  })),
+  call(
+    'Her heart during the workout above',
+    '上面那次训练的心率',
+    'get_workout_heart_rate',
+    ({ workoutId }) => ({ person: 'Ann', workout_id: workoutId, limit: 5 }),
+    outline,
+  ),
+  ask('What is there to read?', '有什么可读的?', 'resources/list', {}, resourceList),
+  ask('Read one', '读一份', 'resources/read', { uri: 'larkspur://ann-01/overview' }, beginning),
+  ask('What should I ask?', '我该问什么?', 'prompts/list', {}, promptList),
+  ask('Ask the first', '就问第一个', 'prompts/get', { name: 'how_am_i' }, promptText),
+  { ...call('How is Zoe?', 'Zoe 怎么样?', 'get_overview', { person: 'Zoe' }), refusal: -32602 },
 ];
+
+function ask(en, zh, method, params, show) {
+  return { about: { en, zh }, method, params: () => params, show };
+}
+
+/** A tool call. `args` may be a function of what earlier answers named, see `remember`. */
+function call(en, zh, name, args, show = (text) => text) {
+  const argsFrom = typeof args === 'function' ? args : () => args;
+  return {
+    about: { en, zh },
+    method: 'tools/call',
+    params: (known) => ({ name, arguments: argsFrom(known) }),
+    show: ({ content }) => show(content.map(({ text }) => text).join('\n')),
+  };
+}
 
 function handshake() {
   const clientInfo = { name: 'demo', version: '1.0' };
   return { protocolVersion: '2024-11-05', capabilities: {}, clientInfo };
-}
-
-function toolCall(about, name, args, expected = {}) {
-  const params = { name, arguments: args };
-  return { about, method: 'tools/call', params, show: toolText, ...expected };
 }
 
 function introduction({ serverInfo, protocolVersion, instructions }) {
@@ -52,66 +105,105 @@ function introduction({ serverInfo, protocolVersion, instructions }) {
   return `${who}\n\n${instructions}`;
 }
 
+function table(rows) {
+  const width = Math.max(...rows.map(([name]) => name.length));
+  return rows.map(([name, text]) => `${name.padEnd(width)}  ${text}`).join('\n');
+}
+
 function toolList({ tools }) {
-  const width = Math.max(...tools.map(({ name }) => name.length));
-  return tools
-    .map(({ name, description }) => `${name.padEnd(width)}  ${firstSentence(description)}`)
-    .join('\n');
+  return table(tools.map(({ name, description }) => [name, firstSentence(description)]));
 }
 
 function firstSentence(text) {
   return /^.*?(?:。|\.(?= |$))/su.exec(text)?.[0] ?? text;
 }
 
-function toolText({ content }) {
-  return content.map(({ text }) => text).join('\n');
+function resourceList({ resources }) {
+  return table(resources.map(({ uri, name }) => [uri, name]));
 }
 
+function promptList({ prompts }) {
+  return table(prompts.map(({ name, description }) => [name, description]));
+}
+
+function promptText({ messages }) {
+  return messages.map(({ role, content }) => `${role}: ${content.text}`).join('\n');
+}
+
+/** The first lines of a resource: it reads like get_overview, which was shown already. */
+function beginning({ contents: [{ text }] }) {
+  const lines = text.split('\n');
+  return [...lines.slice(0, 4), `… (${lines.length - 4} more lines)`].join('\n');
+}
+
+/** The heart rate of a workout: one key a line, and of every sample what a chart would need. */
+function outline(json) {
+  const { samples, ...rest } = JSON.parse(json);
+  const lines = Object.entries(rest).map(([key, value]) => `${key}: ${JSON.stringify(value)}`);
+  const rows = samples.map(
+    ({ start, elapsed_seconds, bpm, segment }) =>
+      `  start: ${start}, elapsed_seconds: ${elapsed_seconds}, bpm: ${bpm}, segment: ${segment}, …`,
+  );
+  return [...lines, 'samples:', ...rows].join('\n');
+}
+
+/** Keeps what later steps ask for: the most frequent activity; a workout, best with a heart rate. */
+function remember(known, text) {
+  const withHeartRate = /^ {4}(?:Average heart rate|平均心率)[^·]*workout_id=(\w+)$/m;
+  known.activity ??= /^(?:By activity|按运动类型): (.+?)×/m.exec(text)?.[1];
+  known.workoutId = withHeartRate.exec(text)?.[1] ?? known.workoutId;
+  known.workoutId ??= /workout_id=(\w+)/.exec(text)?.[1];
+}
+
+const longest = 140;
 const bold = (text) => (process.stdout.isTTY ? `\x1b[1m${text}\x1b[0m` : text);
 const dim = (text) => (process.stdout.isTTY ? `\x1b[2m${text}\x1b[0m` : text);
 const indented = (text) => text.replace(/^(?=.)/gm, '    ');
+const shortened = (text) => text.replace(new RegExp(`^(.{${longest}}).+$`, 'gmu'), '$1 …');
 
 function makeHousehold() {
   // The household of the demo before goes first: the sample program spares what exists.
   rmSync(dataRoot, { recursive: true, force: true });
   mkdirSync(folder, { recursive: true });
-  const size = ['--members', '3', '--years', '1', '--records', '120000', '--seed', '1'];
-  execFileSync(join(programs, 'larkspur-sample'), ['--out', dataRoot, ...size, '--today', today], {
-    stdio: ['ignore', 'ignore', 'inherit'],
-  });
+  const size = ['--members', '3', '--years', '2', '--records', '200000', '--seed', '1'];
+  const args = ['--out', dataRoot, ...size, '--today', day(0)];
+  execFileSync(join(programs, 'larkspur-sample'), args, { stdio: ['ignore', 'ignore', 'inherit'] });
 }
 
 /** The text to print for `reply`. Throws when it is not what `step` expects. */
 function shown(step, reply) {
   if (reply.error) {
     const text = `error ${reply.error.code}: ${reply.error.message}`;
-    if (reply.error.code !== step.error) throw new Error(`${step.about}: unexpected ${text}`);
+    if (reply.error.code !== step.refusal) throw new Error(`${step.about.en}: unexpected ${text}`);
     return text;
   }
-  if (step.error) throw new Error(`${step.about}: answered, but error ${step.error} was expected`);
+  if (step.refusal) throw new Error(`${step.about.en}: answered, but a refusal was expected`);
   return step.show(reply.result);
 }
 
 /** One server from its start to the end of its input, taken through all steps. */
-async function converse({ name, locale }) {
+async function converse({ name, key, locale }) {
   console.log(`\n${bold(`==== ${name} (LANG=${locale}) ====`)}`);
   const { HOME, PATH, USER } = process.env;
   const server = spawn(join(resolve(programs), 'larkspur-mcp'), ['--data-root', dataRoot], {
-    env: { HOME, PATH, USER, LANG: locale },
+    env: { HOME, PATH, USER, LANG: locale, TZ: zone },
     stdio: ['pipe', 'pipe', 'inherit'],
   });
   const closed = once(server, 'close');
   const replies = createInterface({ input: server.stdout })[Symbol.asyncIterator]();
+  const known = {};
 
   for (const [index, step] of steps.entries()) {
-    const { method, params } = step;
-    const request = JSON.stringify({ jsonrpc: '2.0', id: index + 1, method, params });
-    console.log(`\n${bold(step.about)}\n${dim(`→ ${request}`)}`);
-    server.stdin.write(`${request}\n`);
+    const { method } = step;
+    const params = step.params(known);
+    console.log(`\n${bold(step.about[key])}\n${dim(`→ ${method} ${JSON.stringify(params)}`)}`);
+    server.stdin.write(`${JSON.stringify({ jsonrpc: '2.0', id: index + 1, method, params })}\n`);
 
     const { value: line, done } = await replies.next();
-    if (done) throw new Error(`${step.about}: the server ended without a reply`);
-    console.log(indented(shown(step, JSON.parse(line))));
+    if (done) throw new Error(`${step.about.en}: the server ended without a reply`);
+    const text = shown(step, JSON.parse(line));
+    remember(known, text);
+    console.log(indented(shortened(text)));
   }
 
   server.stdin.end();

@@ -5,9 +5,7 @@ import { test } from 'node:test';
 
 import { EmptyResultSchema } from '@modelcontextprotocol/sdk/types.js';
 
-import { connect, environment, household, textOf } from './support.mjs';
-
-const chinese = environment({ LANG: 'zh_CN.UTF-8' });
+import { chinese, connect, household, numberIn, textOf } from './support.mjs';
 
 // Two full weeks inside the sample's year, away from its last day.
 const fortnight = { from: '2024-03-04', to: '2024-03-17' };
@@ -27,17 +25,16 @@ const wording = {
 
 /** The parts of get_trend's answer, numbers without grouping. Fails when it has another shape. */
 function trendIn(text, { statistics, daily }) {
-  const ungrouped = (number) => Number(number.replaceAll(',', ''));
   const lines = text.split('\n');
   const match = statistics.exec(lines[3]);
   assert.ok(match, `no statistics in: ${lines[3]}`);
   assert.deepEqual(lines.slice(4, 6), ['', daily]);
   const end = lines.indexOf('', 6);
   assert.notEqual(end, -1, 'no empty line after the days');
-  const [count, mean, min, max] = match.slice(1).map(ungrouped);
+  const [count, mean, min, max] = match.slice(1).map(numberIn);
   const days = lines.slice(6, end).map((line) => {
     const [day, value] = line.split('  ');
-    return { day, value: ungrouped(value) };
+    return { day, value: numberIn(value) };
   });
   return { head: lines.slice(0, 3), count, mean, min, max, days, coverage: lines.slice(end + 1) };
 }

@@ -27,12 +27,33 @@ export function temporaryFolder(test) {
   return folder;
 }
 
+const reports = new Map();
+
 /** Data root of a new household of Ann, Ben and 小美 (who has no records yet), always the same. */
 export function newHousehold(test) {
   const dataRoot = join(temporaryFolder(test), 'household');
   const size = ['--members', '3', '--years', '1', '--records', '20000', '--seed', '7'];
-  execFileSync(sample, ['--out', dataRoot, ...size, '--today', today], { stdio: 'pipe' });
+  const report = execFileSync(sample, ['--out', dataRoot, ...size, '--today', today], {
+    encoding: 'utf8',
+    stdio: 'pipe',
+  });
+  reports.set(dataRoot, report);
   return dataRoot;
+}
+
+/**
+ * The members of a new household, by what the sample program says it wrote: a count to hold the
+ * server's against.
+ * @returns {{name: string, id: string, records: number, workouts: number}[]}
+ */
+export function membersOf(dataRoot) {
+  const line = /^(.+) \((.+)\): ([\d,]+) records, ([\d,]+) workouts$/gm;
+  return [...reports.get(dataRoot).matchAll(line)].map(([, name, id, records, workouts]) => ({
+    name,
+    id,
+    records: numberIn(records),
+    workouts: numberIn(workouts),
+  }));
 }
 
 let shared;
@@ -53,6 +74,9 @@ export function bareEnvironment() {
 export function environment(extra = {}) {
   return { ...bareEnvironment(), LANG: 'en_US.UTF-8', TZ: 'UTC', ...extra };
 }
+
+/** The environment of a Chinese-speaking user in UTC. */
+export const chinese = environment({ LANG: 'zh_CN.UTF-8' });
 
 /**
  * An MCP client that is connected to a server of its own. `seen` collects what the server lets slip
@@ -83,6 +107,16 @@ export function textOf(result) {
     throw new Error(`not one text: ${JSON.stringify(result.content)}`);
   }
   return result.content[0].text;
+}
+
+/** The text with which the tool `name` answers `client`. */
+export async function answer(client, name, args = {}) {
+  return textOf(await client.callTool({ name, arguments: args }));
+}
+
+/** A number as the answers show it, "12,345.6", without its grouping. */
+export function numberIn(text) {
+  return Number(text.replaceAll(',', ''));
 }
 
 /**
