@@ -1,6 +1,9 @@
 # The everyday commands. Each is a thin wrapper: the presets in CMakePresets.json do the same work.
 
-.PHONY: help demo test asan lint clean
+.PHONY: help demo test asan lint bench clean
+
+# The size of the household that `make bench` measures on.
+RECORDS ?= 3000000
 
 help:  ## lists these commands
 	@sed -n 's/^\([a-z]*\): .*## \(.*\)/  make \1\t\2/p' Makefile | expand -t 16
@@ -22,6 +25,12 @@ asan:  ## the same tests under the address and undefined-behaviour sanitizers
 lint:  ## formatting, the second compiler, clang-tidy
 	@scripts/setup all
 	@scripts/lint
+
+bench:  ## measures every tool against the bare queries, on RECORDS=3000000 records
+	@scripts/setup all
+	@cmake --preset release --log-level=WARNING -D LARKSPUR_TESTS=OFF -D LARKSPUR_BENCH=ON
+	@cmake --build --preset release --target larkspur-sample larkspur_bench
+	@scripts/bench $(RECORDS)
 
 clean:  ## removes everything that was built
 	rm -rf build
