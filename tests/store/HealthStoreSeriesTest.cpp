@@ -1,4 +1,5 @@
 #include "store/HealthStore.h"
+#include "store/SeriesRecords.h"
 #include "support/TestDatabase.h"
 #include "support/ZoneGuard.h"
 
@@ -6,13 +7,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdint>
+#include <cstddef>
 #include <map>
 #include <optional>
 #include <random>
-#include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace {
@@ -20,31 +19,6 @@ namespace {
 using testing::UnorderedElementsAre;
 
 using Series = std::vector<DailyValue>;
-
-constexpr const char* always = "9999-12-31";
-
-TestRecord steps(const std::string& day, double count, const std::string& source = "Watch") {
-  return {.type = "StepCount", .source_name = source, .start_day = day, .value_num = count};
-}
-
-TestRecord heartRate(const std::string& day, double bpm) {
-  return {.type = "HeartRate", .start_day = day, .value_num = bpm};
-}
-
-TestRecord sleep(const std::string& day, const std::string& start, const std::string& end,
-                 const std::string& value = "HKCategoryValueSleepAnalysisAsleepCore") {
-  return {.type = "SleepAnalysis",
-          .start_date = start,
-          .start_day = day,
-          .end_date = end,
-          .value = value};
-}
-
-/// A record of `type` whose `value_num` is the SQL literal `value`.
-std::string rawRecord(const std::string& type, const std::string& day, const std::string& value) {
-  return "INSERT INTO records (type, source_name, start_date, start_day, value_num) VALUES ('" +
-         type + "', 'Watch', '" + day + " 09:00:00 +0000', '" + day + "', " + value + ")";
-}
 
 class MetricSeries : public testing::TestWithParam<HealthMetric> {};
 
@@ -358,103 +332,6 @@ TEST(SleepSeriesRange, MayBeginTheDayBefore) {
             (Series{{"2024-02-29", 360}}));
 }
 
-TEST(YearlyCounts, CountRecordsByTheirYear) {
-  TestDatabase database;
-  database.addRecords({heartRate("2022-12-31", 1),
-                       heartRate("2023-01-01", 1),
-                       steps("2023-06-01", 1),
-                       {.start_day = std::nullopt},
-                       {.start_day = "202"},
-                       {.start_day = ""},
-                       {.start_day = "1999"}});
-
-  EXPECT_EQ(database.open().yearlyCounts(),
-            (std::map<std::string, std::int64_t>{{"1999", 1}, {"2022", 1}, {"2023", 2}}));
-}
-
-TEST(PresentTypes, AreEachTypeOnce) {
-  TestDatabase database;
-  database.addRecords({heartRate("2024-03-01", 60),
-                       heartRate("2024-03-02", 60),
-                       steps("2024-03-01", 1),
-                       {.type = "", .start_day = std::nullopt}});
-
-  EXPECT_EQ(database.open().presentTypes(), (std::set<std::string>{"", "HeartRate", "StepCount"}));
-}
-
-TEST(Coverage, OfAnEmptyDatabaseIsEmpty) {
-  const TestDatabase database;
-  EXPECT_EQ(database.open().coverage(), SummaryCoverage());
-  EXPECT_TRUE(database.open().presentTypes().empty());
-  EXPECT_TRUE(database.open().yearlyCounts().empty());
-}
-
-TEST(Coverage, TellsRangeAndCountsAndLeavesTheRest) {
-  TestDatabase database;
-  database.addRecords({heartRate("2023-05-01", 60),
-                       heartRate("2024-03-01", 60),
-                       steps("2022-01-02", 1, "iPhone"),
-                       {.type = "BodyMass", .start_day = std::nullopt}});
-  SummaryCoverage expected;
-  expected.firstDay = "2022-01-02";
-  expected.lastDay = "2024-03-01";
-  expected.records = 4;
-  expected.typeCount = 3;
-  expected.devices = {"Watch", "iPhone"};
-
-  EXPECT_EQ(database.open().coverage(), expected);
-}
-
-TEST(Coverage, OfRecordsWithoutDaysHasNoRange) {
-  TestDatabase database;
-  database.addRecord({.start_day = std::nullopt});
-  const SummaryCoverage coverage = database.open().coverage();
-  EXPECT_EQ(coverage.firstDay, "");
-  EXPECT_EQ(coverage.lastDay, "");
-  EXPECT_EQ(coverage.records, 1);
-}
-
-class CoverageOfRandomRecords : public testing::TestWithParam<unsigned> {};
-
-TEST_P(CoverageOfRandomRecords, IsWhatPlainQueriesSay) {
-  std::mt19937 random(GetParam());
-  const auto below = [&random](std::size_t count) {
-    return std::uniform_int_distribution<std::size_t>(0, count - 1)(random);
-  };
-  const std::vector<std::string> types{
-      "HeartRate", "StepCount", "", "步数", "heartRate", "Z", "zz"};
-  std::vector<TestRecord> records(below(400));
-  for (TestRecord& record : records) {
-    record.type = types[below(types.size())];
-    record.start_date = "2024-03-01 08:00:00 +0000";
-    record.start_day = std::to_string(2015 + below(10)) + "-0" + std::to_string(1 + below(9)) +
-                       "-" + std::to_string(10 + below(19));
-    if (below(10) == 0) record.start_day = std::nullopt;
-    if (below(50) == 0) record.start_day = "";
-    if (record.type == "Z") record.start_day = std::nullopt;
-    record.value_num = static_cast<double>(below(100));
-  }
-  TestDatabase database;
-  database.addRecords(records);
-  const HealthStore store = database.open();
-
-  Statement plain = store.prepare(
-      "SELECT COUNT(*), MIN(start_day), MAX(start_day), COUNT(DISTINCT type) FROM records");
-  const std::optional<Row> row = plain.next();
-  Statement distinct = store.prepare("SELECT DISTINCT type FROM records ORDER BY 1");
-  const std::vector<std::string> present =
-      distinct.readAll([](const Row& type) { return type.text(0); });
-  const SummaryCoverage coverage = store.coverage();
-
-  EXPECT_EQ(coverage.records, row->find<std::int64_t>(0));
-  EXPECT_EQ(coverage.firstDay, row->text(1));
-  EXPECT_EQ(coverage.lastDay, row->text(2));
-  EXPECT_EQ(coverage.typeCount, row->find<std::int64_t>(3));
-  EXPECT_EQ(store.presentTypes(), std::set<std::string>(present.begin(), present.end()));
-}
-
-INSTANTIATE_TEST_SUITE_P(Seeds, CoverageOfRandomRecords, testing::Range(1U, 13U));
-
 class SeriesOfRandomRecords : public testing::TestWithParam<unsigned> {};
 
 TEST_P(SeriesOfRandomRecords, AreWhatAPlainLoopFinds) {
@@ -495,112 +372,5 @@ TEST_P(SeriesOfRandomRecords, AreWhatAPlainLoopFinds) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, SeriesOfRandomRecords, testing::Range(1U, 6U));
-
-TEST(Devices, AreTheCountedSourcesLastActiveFirst) {
-  TestDatabase database;
-  database.addRecord({.source_name = "Not counted"})
-      .addSources({{"Old phone", 10, "2020-01-01 08:00:00 +0000"},
-                   {"Watch", 1000, "2024-03-01 08:00:00 +0000"},
-                   {"Scale", 3, "2022-01-01 08:00:00 +0000"},
-                   {"Never seen", 0, "2025-01-01 08:00:00 +0000"},
-                   {"", 5, "2026-01-01 08:00:00 +0000"}});
-
-  EXPECT_EQ(database.open().coverage().devices,
-            (std::vector<std::string>{"Watch", "Scale", "Old phone"}));
-}
-
-TEST(Devices, WithoutATimeComeLast) {
-  TestDatabase database;
-  database.addSources({{"No time", 10, std::nullopt}, {"Watch", 1, "2024-03-01"}});
-  EXPECT_EQ(database.open().coverage().devices, (std::vector<std::string>{"Watch", "No time"}));
-}
-
-/// Makes the counted sources say nothing, so that the records have to.
-struct FallbackCase {
-  std::string name;
-  std::string sql;
-};
-
-class DevicesFromTheRecords : public testing::TestWithParam<FallbackCase> {};
-
-TEST_P(DevicesFromTheRecords, AreInAlphabeticalOrder) {
-  TestDatabase database;
-  database
-      .addRecords({{.source_name = "iPhone"},
-                   {.source_name = "Watch"},
-                   {.source_name = "Watch"},
-                   {.source_name = ""},
-                   {.source_name = std::nullopt}})
-      .run(GetParam().sql);
-
-  EXPECT_EQ(database.open().coverage().devices, (std::vector<std::string>{"Watch", "iPhone"}));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Statistics, DevicesFromTheRecords,
-    testing::Values(FallbackCase{"NoTable", "DROP TABLE stat_sources"},
-                    FallbackCase{"EmptyTable", "DELETE FROM stat_sources"},
-                    FallbackCase{"NothingCounted",
-                                 "INSERT INTO stat_sources VALUES ('Scale', 0, '2024')"},
-                    FallbackCase{"NamelessAlone",
-                                 "INSERT INTO stat_sources VALUES ('', 7, '2024'), "
-                                 "(NULL, 8, '2023')"}),
-    [](const auto& test) { return test.param.name; });
-
-/// A record whose type, source and day hold a byte that is no UTF-8.
-constexpr const char* brokenRecord =
-    "INSERT INTO records (type, source_name, start_date, start_day, value_num) VALUES ("
-    "CAST(x'48FF52' AS TEXT), CAST(x'57C3' AS TEXT), '2024-03-01 08:00:00 +0000', "
-    "CAST(x'323032342DFF' AS TEXT), 5)";
-
-TEST(BrokenText, IsRepairedWhereverItIsRead) {
-  TestDatabase database;
-  database.run(brokenRecord);
-  const HealthStore store = database.open();
-
-  const SummaryCoverage coverage = store.coverage();
-
-  EXPECT_EQ(coverage.firstDay, "2024-\xEF\xBF\xBD");
-  EXPECT_EQ(coverage.lastDay, "2024-\xEF\xBF\xBD");
-  EXPECT_EQ(coverage.devices, std::vector<std::string>{"W\xEF\xBF\xBD"});
-  EXPECT_EQ(coverage.typeCount, 1);
-  EXPECT_EQ(store.presentTypes(),
-            std::set<std::string>{"H\xEF\xBF\xBD"
-                                  "R"});
-  EXPECT_EQ(store.yearlyCounts(), (std::map<std::string, std::int64_t>{{"2024", 1}}));
-}
-
-TEST(BrokenText, IsRepairedInSeriesAndValues) {
-  TestDatabase database;
-  database.run(brokenRecord);
-  const std::string day = "2024-\xEF\xBF\xBD";
-  for (const char* type : {"StepCount", "HeartRate"}) {
-    database.run(std::string("UPDATE records SET type = '") + type + "'");
-    const HealthStore store = database.open();
-    const HealthMetric metric =
-        std::string(type) == "StepCount" ? HealthMetric::steps : HealthMetric::heartRate;
-    EXPECT_EQ(store.series(metric, "", always), (Series{{day, 5}}));
-    EXPECT_EQ(store.latestValue(type), (DatedValue{day, 5}));
-  }
-}
-
-TEST(BrokenText, OfACountedSourceIsRepaired) {
-  TestDatabase database;
-  database.run("INSERT INTO stat_sources VALUES (CAST(x'57C3' AS TEXT), 1, '2024')");
-  EXPECT_EQ(database.open().coverage().devices, std::vector<std::string>{"W\xEF\xBF\xBD"});
-}
-
-TEST(BlobInTheTypeColumn, CountsAsATypeOfItsOwn) {
-  TestDatabase database;
-  database.addRecord(heartRate("2024-03-01", 60))
-      .run("INSERT INTO records (type, start_date, start_day) VALUES (x'4142', 'a', '2024-03-02')")
-      .run("INSERT INTO records (type, start_date, start_day) VALUES (x'00FF', 'b', '2024-03-03')");
-  const HealthStore store = database.open();
-
-  EXPECT_EQ(store.coverage().typeCount, 3);
-  EXPECT_EQ(store.coverage().lastDay, "2024-03-03");
-  EXPECT_EQ(store.presentTypes().size(), 3U);
-  EXPECT_TRUE(store.presentTypes().contains("AB"));
-}
 
 }  // namespace

@@ -142,7 +142,8 @@ TEST(Trend, PassesOverADayThatIsNoNumberInItsExtremes) {
                      {.type = "RestingHeartRate", .start_day = "2024-03-04", .value_num = 58}})
         .run(twoInfinities(day));
 
-    const std::string answer = ToolCaller(household).of({{"metric", "resting_hr"}}, Tools::trend);
+    const std::string answer =
+        ToolCaller(household).of({{"metric", "resting_heart_rate"}}, Tools::trend);
 
     EXPECT_THAT(answer, HasSubstr("Days with data: 3, mean nan, min 58, max 60\n")) << day;
     EXPECT_THAT(answer, HasSubstr("\n" + day + "  nan\n")) << day;
@@ -153,7 +154,7 @@ TEST(Trend, HasNoExtremesWhenNoDayIsANumber) {
   Household household;
   household.add("ann", "Ann").run(twoInfinities("2024-03-01") + twoInfinities("2024-03-02"));
 
-  EXPECT_THAT(ToolCaller(household).of({{"metric", "resting_hr"}}, Tools::trend),
+  EXPECT_THAT(ToolCaller(household).of({{"metric", "resting_heart_rate"}}, Tools::trend),
               HasSubstr("Days with data: 2, mean nan, min nan, max nan\n\n"
                         "Daily:\n2024-03-01  nan\n2024-03-02  nan\n"));
 }

@@ -22,7 +22,7 @@ using testing::HasSubstr;
 /// Numbers whose sum depends on the order in which they are added.
 std::vector<double> delicateNumbers() {
   std::vector<double> numbers;
-  for (int index = 1; index <= 60; ++index) numbers.push_back(0.1 * index * index);
+  for (int index = 1; index <= 60; ++index) numbers.push_back(10.0 / index);
   return numbers;
 }
 
