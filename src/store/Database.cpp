@@ -17,6 +17,8 @@ std::string messageOf(sqlite3* database) {
 
 }  // namespace
 
+bool Row::isNull(int index) const { return sqlite3_column_type(statement, index) == SQLITE_NULL; }
+
 std::string_view Row::bytes(int index) const {
   // Text before length: the first of the two calls may convert the column.
   const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, index));
@@ -26,7 +28,7 @@ std::string_view Row::bytes(int index) const {
 
 template <>
 std::optional<std::string> Row::find<std::string>(int index) const {
-  if (sqlite3_column_type(statement, index) == SQLITE_NULL) return std::nullopt;
+  if (isNull(index)) return std::nullopt;
   return repaired(bytes(index));
 }
 

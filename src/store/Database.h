@@ -23,6 +23,9 @@ public:
   template <typename T>
   std::optional<T> find(int index) const;
 
+  /// Whether column `index` holds nothing.
+  bool isNull(int index) const;
+
   /// Column `index` as text, "" for SQL NULL.
   std::string text(int index) const;
 

@@ -3,6 +3,7 @@
 #include "store/HealthStore.h"
 #include "platform/ControlProtocol.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -36,7 +37,10 @@ Database opened(const std::string& path, HealthStore::Opening opening) {
 }  // namespace
 
 HealthStore::HealthStore(std::string path, Opening opening, Logger& log)
-    : log(log), path(std::move(path)), db(opened(this->path, opening)) {
+    : log(log),
+      path(std::move(path)),
+      db(opened(this->path, opening)),
+      seesOneState(opening.readOnly) {
   log.write(Logger::Level::debug, "打开库:" + this->path);
   if (opening.readOnly) {
     // Deferred: reads nothing and locks nothing until the first query, then holds that state.
@@ -48,7 +52,12 @@ HealthStore::HealthStore(std::string path, Opening opening, Logger& log)
   migrate();
 }
 
-Statement HealthStore::prepare(const std::string& sql) const { return db.prepare(sql); }
+Statement HealthStore::prepare(const std::string& sql, std::string stepFailure) const {
+  std::string line = "SQL: " + sql;  // values are bound, so none is in it
+  std::ranges::replace(line, '\n', ' ');
+  log.write(Logger::Level::debug, line);
+  return db.prepare(sql, std::move(stepFailure));
+}
 
 void HealthStore::exec(const std::string& sql) { db.exec(sql); }
 

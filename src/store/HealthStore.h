@@ -57,8 +57,8 @@ public:
   HealthStore(const HealthStore&) = delete;
   HealthStore& operator=(const HealthStore&) = delete;
 
-  /// A statement on this database; see Database::prepare.
-  Statement prepare(const std::string& sql) const;
+  /// A statement on this database; see Database::prepare. Its text goes to the log, at level debug.
+  Statement prepare(const std::string& sql, std::string stepFailure = "读取失败:") const;
 
   /// One value a day, ascending. How a day is made of its records is the metric's Aggregation; days
   /// (nights) without data are not in it. A night may carry the day before `from`.
@@ -106,6 +106,7 @@ private:
   bool hasTable(std::string_view name) const;
   std::vector<DailyValue> medianSeries(std::string_view type, std::string_view from,
                                        std::string_view to) const;
+  std::int64_t recordCount() const;
   std::vector<std::string> sourceNames() const;
   WorkoutEntry workoutNamed(const std::string& workoutID) const;
   void attachHumidity(std::vector<WorkoutEntry>& workouts) const;
@@ -113,4 +114,6 @@ private:
   Logger& log;
   std::string path;
   Database db;
+  bool seesOneState;  ///< what was counted once holds for every later query
+  mutable std::optional<std::int64_t> countedRecords;
 };

@@ -135,9 +135,9 @@ WorkoutHeartRatePagination paginationOf(std::int64_t total, std::int64_t limit,
 constexpr const char* stepFailure = "读取训练心率 失败:";
 
 /// All samples of `source` in the window, by time, those at the same time by their rows.
-Matches matchesIn(const Database& db, const TimeWindow& window, std::string_view source) {
+Matches matchesIn(const HealthStore& store, const TimeWindow& window, std::string_view source) {
   // The stored day of a sample is that of its own zone, so two days on either side miss none.
-  Statement candidates = db.prepare(
+  Statement candidates = store.prepare(
       "SELECT rowid,start_date,source_name,unit,value_num\n"
       "FROM records WHERE type='HeartRate' AND start_day BETWEEN ? AND ?",
       stepFailure);
@@ -153,10 +153,11 @@ Matches matchesIn(const Database& db, const TimeWindow& window, std::string_view
 }
 
 /// The samples of the page, in full.
-std::vector<WorkoutHeartRatePoint> pageOf(const Database& db, const std::vector<Match>& samples,
+std::vector<WorkoutHeartRatePoint> pageOf(const HealthStore& store,
+                                          const std::vector<Match>& samples,
                                           const WorkoutHeartRatePagination& pagination) {
   const std::vector<std::int64_t> segments = segmentsOf(samples);
-  Statement sample = db.prepare(
+  Statement sample = store.prepare(
       "SELECT start_date,end_date,source_name,device,unit,value FROM records WHERE rowid=?",
       stepFailure);
   std::vector<WorkoutHeartRatePoint> page;
@@ -193,12 +194,12 @@ WorkoutHeartRate HealthStore::workoutHeartRate(const std::string& workoutID,
   WorkoutHeartRate heartRate;
   heartRate.workout = workoutNamed(workoutID);
   heartRate.source = source.value_or(heartRate.workout.source);
-  const Matches matches = matchesIn(db, windowOf(heartRate.workout), heartRate.source);
+  const Matches matches = matchesIn(*this, windowOf(heartRate.workout), heartRate.source);
 
   heartRate.available_sources.assign(matches.sources.begin(), matches.sources.end());
   heartRate.summary = summaryOf(matches.samples);
   heartRate.pagination = paginationOf(heartRate.summary.count, limit, offset);
-  heartRate.samples = pageOf(db, matches.samples, heartRate.pagination);
+  heartRate.samples = pageOf(*this, matches.samples, heartRate.pagination);
   heartRate.excluded_candidate_count = matches.excluded;
   return heartRate;
 }

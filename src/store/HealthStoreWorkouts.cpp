@@ -110,7 +110,7 @@ void HealthStore::attachHumidity(std::vector<WorkoutEntry>& workouts) const {
   // A file from before the readings were kept has no table for them.
   if (!hasTable("workout_humidity")) return;
   Statement query =
-      db.prepare("SELECT data FROM workout_humidity WHERE workout_id=?", "读取湿度原值 失败:");
+      prepare("SELECT data FROM workout_humidity WHERE workout_id=?", "读取湿度原值 失败:");
   for (WorkoutEntry& workout : workouts) {
     query.bind(1, workout.workout_id());
     if (const std::optional<Row> row = query.next()) workout.humidity = humidityIn(row->text(0));

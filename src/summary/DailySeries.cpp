@@ -15,25 +15,6 @@ std::optional<double> median(std::span<double> values) {
   return (below + *middle) * 0.5;
 }
 
-void DailyMedians::add(std::string_view sampleDay, double value) {
-  if (sampleDay.empty()) return;
-  if (sampleDay != day) {
-    closeDay();
-    day = sampleDay;
-  }
-  values.push_back(value);
-}
-
-std::vector<DailyValue> DailyMedians::finished() {
-  closeDay();
-  return std::move(series);
-}
-
-void DailyMedians::closeDay() {
-  if (const std::optional<double> middle = median(values)) series.push_back({day, *middle});
-  values.clear();
-}
-
 namespace {
 
 /// The day on which the night of a sleep that starts at `start` begins.

@@ -32,24 +32,6 @@ struct SleepNight {
 /// there are none. Any order; changes it.
 std::optional<double> median(std::span<double> values);
 
-/// Makes the median of each day out of samples that come ordered by day. Keeps the values of one
-/// day at a time, so years of heart rate cost no memory.
-class DailyMedians {
-public:
-  /// Takes the next sample, in the order of the days. One without a day ("") is left out.
-  void add(std::string_view day, double value);
-
-  /// The series of all samples so far, ascending by day. Ends the collection.
-  std::vector<DailyValue> finished();
-
-private:
-  void closeDay();
-
-  std::vector<DailyValue> series;
-  std::string day;
-  std::vector<double> values;  ///< of `day`
-};
-
 /// The nights in `segments`, ascending by day. Only segments whose value says "Asleep" count; one
 /// whose stamps cannot be read, or that does not end after it starts, is left out. A segment
 /// belongs to the day (machine's time zone) of the moment twelve hours before it starts, so that

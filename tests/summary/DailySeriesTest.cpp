@@ -34,28 +34,6 @@ INSTANTIATE_TEST_SUITE_P(Cases, Median,
                                          MedianCase{"MiddlePairOnOneSide", {9, 1, 1, 9, 9, 1}, 5}),
                          [](const auto& test) { return test.param.name; });
 
-TEST(DailyMediansOfSamples, AreOneADay) {
-  DailyMedians medians;
-  for (const double value : {60.0, 100.0, 70.0, 80.0}) medians.add("2024-03-01", value);
-  for (const double value : {100.0, 60.0, 70.0}) medians.add("2024-03-03", value);
-
-  EXPECT_EQ(medians.finished(), (std::vector<DailyValue>{{"2024-03-01", 75}, {"2024-03-03", 70}}));
-}
-
-TEST(DailyMediansOfSamples, LeaveOutSamplesWithoutADay) {
-  DailyMedians medians;
-  medians.add("", 1);
-  medians.add("2024-03-01", 60);
-  medians.add("", 2);
-  medians.add("2024-03-01", 70);
-
-  EXPECT_EQ(medians.finished(), (std::vector<DailyValue>{{"2024-03-01", 65}}));
-}
-
-TEST(DailyMediansOfSamples, AreNothingWithoutSamples) {
-  EXPECT_TRUE(DailyMedians().finished().empty());
-}
-
 std::int64_t moment(const std::string& stamp) {
   return AppleFormat::stampParser.parse(stamp).value();
 }

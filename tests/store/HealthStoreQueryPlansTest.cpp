@@ -1,0 +1,127 @@
+// How SQLite goes about each statement: the record table has millions of rows, and only what counts
+// them may visit them all.
+
+#include "store/HealthStore.h"
+#include "store/SeriesRecords.h"
+#include "support/TestDatabase.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+using testing::AnyOf;
+using testing::Each;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+/// Asks the store for everything it can tell.
+void readAll(const HealthStore& store) {
+  store.coverage();
+  store.presentTypes();
+  store.yearlyCounts();
+  for (const MetricInfo& info : metricTable) store.series(info.metric, "2024-01-01", always);
+  store.dailyTotals("StepCount", "2024-01-01", always);
+  store.values("RestingHeartRate", "2024-01-01", always);
+  store.latestValue("BodyMass");
+  store.sleepSegments("2024-01-01", always);
+  store.workoutStats("2024-01-01", always);
+  store.dayDetail("2024-03-01");
+  store.workouts("2024-03-01");
+  const std::vector<WorkoutEntry> workouts = store.workoutDetails(std::nullopt, std::nullopt);
+  store.workoutHeartRate(workouts.at(0).workout_id(), std::nullopt, 10, 0);
+}
+
+/// The statements that the store prepares while it is asked for everything.
+std::set<std::string> statementsOn(const TestDatabase& database) {
+  const std::filesystem::path path = database.folder().path() / "statements.log";
+  Logger log(path, Logger::Level::debug, false, [] { return 0.0; });
+  readAll(HealthStore(database.path(), {}, log));
+
+  std::ifstream file(path);
+  std::set<std::string> statements;
+  const std::string mark = "SQL: ";
+  for (std::string line; std::getline(file, line);) {
+    const std::size_t start = line.find(mark);
+    if (start != std::string::npos) statements.insert(line.substr(start + mark.size()));
+  }
+  return statements;
+}
+
+/// Each step of the plan of `sql`.
+std::vector<std::string> planOf(const TestDatabase& database, const std::string& sql) {
+  Statement explain = database.open().prepare("EXPLAIN QUERY PLAN " + sql);
+  return explain.readAll([](const Row& row) { return row.text(3); });
+}
+
+/// A database as some receiver may have left it.
+struct StateCase {
+  std::string name;
+  std::string sql;
+};
+
+class QueryPlans : public testing::TestWithParam<StateCase> {
+protected:
+  QueryPlans() {
+    for (int day = 10; day < 30; ++day) {
+      const std::string date = "2024-03-" + std::to_string(day);
+      database.addRecords({steps(date, day), steps(date, 1, "iPhone"), heartRate(date, 60)});
+    }
+    database.addWorkout(
+        {.start_date = "2024-03-01 08:00:00 +0000", .end_date = "2024-03-01 09:00:00 +0000"});
+    if (!GetParam().sql.empty()) database.run(GetParam().sql);
+  }
+
+  TestDatabase database;
+};
+
+TEST_P(QueryPlans, VisitAllRecordsOnlyToCountThem) {
+  const std::set<std::string> counts{
+      "SELECT COUNT(*) FROM records",
+      "SELECT start_day, COUNT(*) FROM records GROUP BY type, start_day"};
+  const std::set<std::string> statements = statementsOn(database);
+  ASSERT_GT(statements.size(), 15U);
+
+  for (const std::string& sql : statements) {
+    SCOPED_TRACE(sql);
+    const std::vector<std::string> plan = planOf(database, sql);
+    ASSERT_FALSE(plan.empty());
+    if (counts.contains(sql)) {
+      EXPECT_THAT(plan, testing::ElementsAre(StartsWith("SCAN records USING COVERING INDEX")));
+    } else {
+      EXPECT_THAT(plan, Each(Not(StartsWith("SCAN records"))));
+    }
+  }
+}
+
+TEST_P(QueryPlans, FindTheDaysOfATypeByBoth) {
+  for (const std::string& sql : statementsOn(database)) {
+    if (sql.find("FROM records") == std::string::npos || sql.find("start_day") == std::string::npos)
+      continue;
+    SCOPED_TRACE(sql);
+    for (const std::string& step : planOf(database, sql)) {
+      if (!step.starts_with("SEARCH records") || sql.find("BETWEEN") == std::string::npos) continue;
+      EXPECT_THAT(step,
+                  AnyOf(HasSubstr("ix_rec_type_day (type=? AND start_day"), HasSubstr("(type>?)")));
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Databases, QueryPlans,
+    testing::Values(StateCase{"Migrated", ""},
+                    StateCase{"WithoutStatistics",
+                              "DROP TABLE stat_types; DROP TABLE stat_sources; "
+                              "DROP TABLE stat_meta"},
+                    StateCase{"Analysed", "ANALYZE"},
+                    StateCase{"WithoutHumidity", "DROP TABLE workout_humidity"}),
+    [](const auto& test) { return test.param.name; });
+
+}  // namespace
