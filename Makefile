@@ -1,6 +1,12 @@
 # The everyday commands. Each is a thin wrapper: the presets in CMakePresets.json do the same work.
 
-.PHONY: help demo test asan lint bench clean
+.PHONY: help demo test asan lint bench coverage package fuzz soak memcheck clean
+
+# More arguments for the configuration of `make test`, such as -D LARKSPUR_WERROR=OFF.
+CONFIGURE ?=
+
+# How long `make fuzz` runs each target.
+SECONDS ?= 60
 
 # The size of the household that `make bench` measures on.
 RECORDS ?= 3000000
@@ -8,17 +14,24 @@ RECORDS ?= 3000000
 help:  ## lists these commands
 	@sed -n 's/^\([a-z]*\): .*## \(.*\)/  make \1\t\2/p' Makefile | expand -t 16
 
-demo:  ## builds the server and holds a conversation with it about a sample household
+# The export of an iPhone's Health app that `make demo EXPORT=path` talks about.
+EXPORT ?=
+
+demo:  ## builds the server and holds a conversation with it, about a sample household or EXPORT=path
 	@scripts/setup build
 	@cmake --preset release --log-level=WARNING -D LARKSPUR_TESTS=OFF
-	@cmake --build --preset release --target larkspur-mcp larkspur-sample
-	@node scripts/demo.mjs build/release/bin build/demo
+	@echo "Building the release; the first time takes some minutes."
+	@cmake --build --preset release --target larkspur-installed larkspur-sample -- --quiet
+	@echo "The programs are in build/release/bin."
+	@node scripts/demo.mjs build/release/bin build/demo $(if $(EXPORT),"$(EXPORT)")
 
 test:  ## builds for debugging and runs all tests
-	@scripts/setup all
-	@cmake --workflow --preset dev
+	@scripts/setup test
+	@cmake --preset dev --log-level=WARNING $(CONFIGURE)
+	@cmake --build --preset dev
+	@ctest --preset dev
 
-asan:  ## the same tests under the address and undefined-behaviour sanitizers
+asan:  ## the same tests under clang's address and undefined-behaviour sanitizers, and short fuzzing
 	@scripts/setup all
 	@cmake --workflow --preset asan
 
@@ -31,6 +44,35 @@ bench:  ## measures every tool against the bare queries, on RECORDS=3000000 reco
 	@cmake --preset release --log-level=WARNING -D LARKSPUR_TESTS=OFF -D LARKSPUR_BENCH=ON
 	@cmake --build --preset release --target larkspur-sample larkspur_bench
 	@scripts/bench $(RECORDS)
+
+fuzz:  ## hostile input for every door, SECONDS=60 each
+	@scripts/setup all
+	@cmake --preset asan --log-level=WARNING
+	@cmake --build --preset asan --target larkspur_fuzz
+	@scripts/fuzz $(SECONDS)
+
+soak:  ## asks the server for a minute beside a writer that never rests and is killed again and again
+	@scripts/setup test
+	@cmake --preset dev --log-level=WARNING
+	@cmake --build --preset dev --target larkspur_withstand_tests
+	@LARKSPUR_LIVE_SECONDS=60 build/dev/bin/larkspur_withstand_tests --gtest_filter='LiveWriter.*'
+
+memcheck:  ## a whole conversation under valgrind
+	@scripts/setup test
+	@cmake --preset dev --log-level=WARNING
+	@cmake --build --preset dev --target larkspur_withstand_tests
+	@build/dev/bin/larkspur_withstand_tests --gtest_filter='Memcheck.*'
+
+coverage:  ## how many lines and branches of each folder the tests reach
+	@scripts/setup coverage
+	@scripts/coverage
+
+package:  ## packs the .deb, the .tar.gz and the client bundle and tests them
+	@scripts/setup package
+	@cmake --preset release --log-level=WARNING -D LARKSPUR_TESTS=OFF -D LARKSPUR_PACKAGES=ON
+	@cmake --build --preset release --target larkspur-packages
+	@ctest --test-dir build/release --label-regex packages --output-on-failure
+	@ls -1 build/release/packages/*.*
 
 clean:  ## removes everything that was built
 	rm -rf build

@@ -3,7 +3,8 @@
 #
 #   cmake -D SOURCE_ROOT=<project folder> -P CheckLayers.cmake
 #
-# Reads nothing but the #include lines, prints one line per violation and fails when there is one.
+# Reads the #include lines, and in src/ and apps/ the lines that ask which system this is: CMake
+# chooses the sources of a system. Prints one line per violation and fails when there is one.
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -91,6 +92,13 @@ foreach(file IN LISTS files)
       violation("an app may not include \"${header}\"")
     endif()
   endforeach()
+
+  if(file MATCHES "^(src|apps)/")
+    file(STRINGS ${SOURCE_ROOT}/${file} questions REGEX "^[ \t]*#.*__(APPLE|linux)__" ENCODING UTF-8)
+    if(questions)
+      violation("asks which system it is compiled for, which CMake decides by its choice of sources")
+    endif()
+  endif()
 endforeach()
 
 if(violations)

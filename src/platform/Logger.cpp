@@ -56,9 +56,9 @@ Logger::~Logger() {
 
 void Logger::write(Level level, std::string_view message) {
   if (level < minLevel) return;
-  std::string record = "[" + AppleFormat::secondText(clock()) + "] " + marker(level) + " ";
-  record += message;
-  record += '\n';
+  std::string record("[");
+  record.append(AppleFormat::secondText(clock())).append("] ").append(1, marker(level));
+  record.append(" ").append(message).append("\n");
   const std::lock_guard guard(lock);
   if (toStderr && level >= stderrMinLevel) writeAll(STDERR_FILENO, record);
   if (handle >= 0) writeAll(handle, record);

@@ -35,7 +35,8 @@ MCPServer::MCPServer(const std::filesystem::path& dataRoot, Surroundings surroun
       roster(dataRoot / "members.json", log, clock),
       lang(surroundings.lang),
       input(std::move(surroundings.input)),
-      output(std::move(surroundings.output)) {
+      output(std::move(surroundings.output)),
+      patienceMilliseconds(surroundings.patienceMilliseconds) {
   roster.load();
 }
 
@@ -182,7 +183,7 @@ std::optional<Member> memberNamed(const Tools::Call& call) {
 MCPServer::Json MCPServer::callTool(const nlohmann::json& params) {
   const std::string tool = textOf(params, "name");
   const nlohmann::json& arguments = objectOf(params, "arguments");
-  const Tools::Call call{arguments, roster, log, lang, clock};
+  const Tools::Call call{arguments, roster, log, lang, clock, patienceMilliseconds};
 
   const std::optional<Member> member = tool == "list_persons" ? std::nullopt : memberNamed(call);
   const std::string request = tool + " " + compact(arguments);
@@ -198,7 +199,8 @@ MCPServer::Json MCPServer::listResources(const nlohmann::json&) {
 MCPServer::Json MCPServer::readResource(const nlohmann::json& params) {
   const std::string uri = textOf(params, "uri");
   const nlohmann::json none = nlohmann::json::object();
-  const std::string text = Tools::readResource(uri, {none, roster, log, lang, clock});
+  const std::string text =
+      Tools::readResource(uri, {none, roster, log, lang, clock, patienceMilliseconds});
 
   const std::vector<Member> members = roster.members();
   const auto member = std::ranges::find_if(members, [&uri](const Member& candidate) {

@@ -5,6 +5,7 @@
 #include "platform/Logger.h"
 #include "roster/Roster.h"
 #include "server/LineReader.h"
+#include "store/Database.h"
 #include "summary/SummaryLang.h"
 
 #include <nlohmann/json_fwd.hpp>
@@ -27,6 +28,7 @@ public:
     Clock clock;
     ByteSource input;
     LineSink output;
+    int patienceMilliseconds = usualPatienceMilliseconds;  ///< with a database that is locked
   };
 
   /// Opens the access log in `dataRoot`, creating the folder if need be, and loads the roster.
@@ -65,6 +67,7 @@ private:
   std::string clientName = "unknown";
   LineReader input;
   LineSink output;
+  int patienceMilliseconds;
 };
 
 /// The arguments of a tool call, but not "person", in one line for the access log: "key=value" in

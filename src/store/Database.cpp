@@ -123,6 +123,10 @@ bool hardened(sqlite3* database) {
              SQLITE_OK;
 }
 
+bool withoutViews(sqlite3* database) {
+  return sqlite3_db_config(database, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr) == SQLITE_OK;
+}
+
 }  // namespace
 
 Database::Database(const std::string& path, Access access) {
@@ -133,10 +137,12 @@ Database::Database(const std::string& path, Access access) {
   if (result != SQLITE_OK || !handle) {
     throw ReceiverError("打不开库:" + (result == SQLITE_OK ? "?" : messageOf(opened)));
   }
-  constexpr int patienceMilliseconds = 60000;
-  if (sqlite3_busy_timeout(opened, patienceMilliseconds) != SQLITE_OK || !hardened(opened)) {
+  if (sqlite3_busy_timeout(opened, access.patienceMilliseconds) != SQLITE_OK || !hardened(opened) ||
+      (access.readOnly && !withoutViews(opened))) {
     throw ReceiverError("打不开库:" + messageOf(opened));
   }
+  // What does not fit into SQLite's cache would be sorted in a file otherwise, in a folder for all.
+  if (access.readOnly) exec("PRAGMA temp_store=MEMORY");
 }
 
 Statement Database::prepare(const std::string& sql, std::string stepFailure) const {

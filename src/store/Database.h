@@ -95,13 +95,18 @@ private:
   std::string stepFailure;
 };
 
-/// One connection to one database file, closed by the destructor. Serialised by SQLite, hardened
-/// against what a file may contain, and waiting up to a minute for a writer that holds the file.
+/// How long a database that someone else has locked is waited for.
+inline constexpr int usualPatienceMilliseconds = 60000;
+
+/// One connection to one database file, closed by the destructor. Serialised by SQLite and hardened
+/// against what a file may contain. One that only reads keeps what it sorts in memory, never in a
+/// temporary file, and refuses views: no table of ours is one, and a view may go on for ever.
 class Database {
 public:
   struct Access {
     bool create = false;
     bool readOnly = true;
+    int patienceMilliseconds = usualPatienceMilliseconds;  ///< 0 or less: not at all
   };
 
   /// Fails with "打不开库:" and SQLite's message.

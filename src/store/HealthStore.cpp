@@ -31,7 +31,10 @@ void requirePlace(const std::filesystem::path& path, bool createIfMissing) {
 
 Database opened(const std::string& path, HealthStore::Opening opening) {
   requirePlace(path, opening.createIfMissing);
-  return {path, {.create = opening.createIfMissing, .readOnly = opening.readOnly}};
+  return {path,
+          {.create = opening.createIfMissing,
+           .readOnly = opening.readOnly,
+           .patienceMilliseconds = opening.patienceMilliseconds}};
 }
 
 }  // namespace

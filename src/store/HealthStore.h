@@ -45,6 +45,7 @@ public:
   struct Opening {
     bool createIfMissing = false;  ///< make the directory and the file if need be
     bool readOnly = true;          ///< otherwise WAL mode, and the schema is brought up to date
+    int patienceMilliseconds = usualPatienceMilliseconds;  ///< see Database::Access
   };
 
   /// Opens the file at `path`. Without `createIfMissing`, a missing directory fails with

@@ -10,12 +10,18 @@ namespace {
 
 constexpr Phrase memberHeader{.zh = "成员:{0}(person={1})", .en = "Member: {0} (person={1})"};
 constexpr Phrase metricHeader{.zh = "指标:{0}({1})· {2}", .en = "Metric: {0} ({1}) · {2}"};
-static_assert(inBothLanguages(memberHeader) && inBothLanguages(metricHeader));
+constexpr Phrase daysHeader{.zh = "区间:{0} ~ {1}", .en = "Range: {0} ~ {1}"};
+static_assert(inBothLanguages(memberHeader) && inBothLanguages(metricHeader) &&
+              inBothLanguages(daysHeader));
 
 }  // namespace
 
 std::string Tools::header(const Member& member, SummaryLang lang) {
   return filled(memberHeader.in(lang), {member.name, member.id});
+}
+
+std::string Tools::rangeLine(std::string_view from, std::string_view to, SummaryLang lang) {
+  return filled(daysHeader.in(lang), {from, to});
 }
 
 namespace {

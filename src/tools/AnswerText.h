@@ -17,6 +17,9 @@ namespace Tools {
 /// The first line of every answer about a member: display name and id.
 std::string header(const Member& member, SummaryLang lang);
 
+/// The days that an answer is about.
+std::string rangeLine(std::string_view from, std::string_view to, SummaryLang lang);
+
 /// A number as every tool shows it: from 1000 on a grouped whole number, below with as many
 /// decimals as matter (one from 100 on, two from 1 on, else three), without zeros at the end.
 /// "inf", "-inf" or "nan" when it is not finite.

@@ -69,13 +69,17 @@ std::string Tools::names(std::span<const Member> members) {
   return joined(members, ", ", &Member::name);
 }
 
-HealthStore Tools::openStore(const Member& member, Logger& log) {
-  return {member.dbPath, {.createIfMissing = false, .readOnly = true}, log};
+HealthStore Tools::openStore(const Member& member, const Call& call) {
+  return {member.dbPath,
+          {.createIfMissing = false,
+           .readOnly = true,
+           .patienceMilliseconds = call.patienceMilliseconds},
+          call.log};
 }
 
-HealthStore Tools::open(const Member& member, Logger& log) {
+HealthStore Tools::open(const Member& member, const Call& call) {
   try {
-    return openStore(member, log);
+    return openStore(member, call);
   } catch (const ReceiverError& error) {
     throw MCPError(MCPError::internal, filled(cannotOpen, {member.name, error.message}));
   } catch (const std::exception& error) {

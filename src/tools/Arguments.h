@@ -31,12 +31,13 @@ Member resolve(const Call& call);
 /// The display names, joined by ", ".
 std::string names(std::span<const Member> members);
 
-/// The member's database, read-only. Failures leave as HealthStore's own.
-HealthStore openStore(const Member& member, Logger& log);
+/// The member's database, read-only and with the call's patience. Failures leave as HealthStore's
+/// own.
+HealthStore openStore(const Member& member, const Call& call);
 
 /// The same for the tools that say whose database does not open. Throws MCPError (-32603), in
 /// Chinese whatever the language, when it does not open.
-HealthStore open(const Member& member, Logger& log);
+HealthStore open(const Member& member, const Call& call);
 
 /// "from" and "to"; a missing or malformed one falls back to 90 days ago, or today, without notice.
 DayRange range(const Call& call);

@@ -29,7 +29,7 @@ std::string statistic(const std::vector<DailyValue>& series, SummaryLang lang) {
 /// zero.
 std::string percentAbove(double value, double base) {
   const double percent = base == 0 ? 0 : (value - base) / base * 100;
-  return (std::signbit(percent) ? "" : "+") + fixedDecimals(percent, 1);
+  return std::string(std::signbit(percent) ? "" : "+").append(fixedDecimals(percent, 1));
 }
 
 }  // namespace
@@ -42,7 +42,7 @@ std::string Tools::compare(const Call& call) {
   const std::string bFrom = need(call, "b_from");
   const std::string bTo = need(call, "b_to");
 
-  const HealthStore store = open(member, call.log);
+  const HealthStore store = open(member, call);
   const std::vector<DailyValue> a = shownSeries(store, metric, aFrom, aTo);
   const std::vector<DailyValue> b = shownSeries(store, metric, bFrom, bTo);
 

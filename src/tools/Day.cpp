@@ -44,7 +44,7 @@ std::string Tools::day(const Call& call) {
   const Member member = resolve(call);
   const std::string date = requiredDay(call);
 
-  const HealthStore store = open(member, call.log);
+  const HealthStore store = open(member, call);
   const std::vector<DayRow> rows = store.dayDetail(date);
   const std::vector<DayWorkout> workouts = store.workouts(date);
 

@@ -21,7 +21,7 @@ static_assert(inBothLanguages(nobody) && inBothLanguages(dataPart) && inBothLang
 /// listed.
 std::string dataOf(const Member& member, const Tools::Call& call) {
   try {
-    const SummaryCoverage coverage = Tools::open(member, call.log).coverage();
+    const SummaryCoverage coverage = Tools::open(member, call).coverage();
     return filled(dataPart.in(call.lang),
                   {Tools::grouped(coverage.records), coverage.firstDay, coverage.lastDay});
   } catch (const std::exception&) {

@@ -6,7 +6,7 @@
 std::string Tools::overview(const Call& call) { return overviewOf(resolve(call), call); }
 
 std::string Tools::overviewOf(const Member& member, const Call& call) {
-  const HealthStore store = open(member, call.log);
+  const HealthStore store = open(member, call);
   const double now = call.clock();
   const SummaryEngine engine(store, now, call.lang);
   const HealthSummary summary =

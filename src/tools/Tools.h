@@ -4,6 +4,7 @@
 #include "platform/Clock.h"
 #include "platform/Logger.h"
 #include "roster/Roster.h"
+#include "store/Database.h"
 #include "summary/SummaryLang.h"
 
 #include <nlohmann/json_fwd.hpp>
@@ -20,6 +21,7 @@ struct Call {
   Logger& log;  ///< for diagnostics
   SummaryLang lang;
   const Clock& clock;
+  int patienceMilliseconds = usualPatienceMilliseconds;  ///< with a database that is locked
 };
 
 /// The descriptors of all tools, in the order a client shows them: "name", "description" and

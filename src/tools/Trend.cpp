@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr Phrase rangeLine{.zh = "区间:{0} ~ {1}", .en = "Range: {0} ~ {1}"};
 constexpr Phrase noData{
     .zh =
         "这个区间内没有数据。**这不代表数值为 0** —— "
@@ -18,8 +17,7 @@ constexpr Phrase noData{
 constexpr Phrase statistics{.zh = "有数据的天数:{0},日均 {1},最低 {2},最高 {3}",
                             .en = "Days with data: {0}, mean {1}, min {2}, max {3}"};
 constexpr Phrase daily{.zh = "逐日:", .en = "Daily:"};
-static_assert(inBothLanguages(rangeLine) && inBothLanguages(noData) &&
-              inBothLanguages(statistics) && inBothLanguages(daily));
+static_assert(inBothLanguages(noData) && inBothLanguages(statistics) && inBothLanguages(daily));
 
 std::string statisticsLine(const std::vector<DailyValue>& series, SummaryLang lang) {
   double lowest = series.front().value;
@@ -43,13 +41,13 @@ std::string Tools::trend(const Call& call) {
   const HealthMetric metric = metricArg(call);
   const auto [from, to] = range(call);
 
-  const HealthStore store = open(member, call.log);
+  const HealthStore store = open(member, call);
   const std::vector<DailyValue> series = shownSeries(store, metric, from, to);
 
   Lines lines;
   lines.add(header(member, call.lang));
   lines.add(metricLine(metric, call.lang));
-  lines.add(filled(rangeLine.in(call.lang), {from, to}));
+  lines.add(rangeLine(from, to, call.lang));
   if (series.empty()) {
     lines.add(noData.in(call.lang));
   } else {

@@ -123,7 +123,7 @@ std::string Tools::workoutHeartRate(const Call& call) {
   const std::int64_t offset = integerArgument(call, "offset", offsetRule, mustBeInteger);
 
   try {
-    const HealthStore store = openStore(member, call.log);
+    const HealthStore store = openStore(member, call);
     const WorkoutHeartRate heartRate = store.workoutHeartRate(workoutID, source, limit, offset);
     return documentText(
         documentOf(member, workoutID, heartRate, coverageOf(store, call), call.lang));

@@ -103,7 +103,7 @@ std::string Tools::workouts(const Call& call) {
   query.page.limit = integerArgument(call, "limit", limitRule, mustBeInteger);
   query.page.offset = integerArgument(call, "offset", offsetRule, mustBeInteger);
 
-  const HealthStore store = open(query.member, call.log);
+  const HealthStore store = open(query.member, call);
   const WorkoutSelection::Selection selection =
       WorkoutSelection::select(store.workoutDetails(query.range.from, query.range.to),
                                query.filters,

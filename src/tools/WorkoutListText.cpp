@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr Phrase rangeLine{.zh = "区间:{0} ~ {1}", .en = "Range: {0} ~ {1}"};
 constexpr Phrase countLine{.zh = "全部匹配记录汇总: {0} 次",
                            .en = "All matching records: {0} workouts"};
 constexpr Phrase totalLine{.zh = "  {0}: {1} {2},{3}/{4} 次有记录",
@@ -23,19 +22,18 @@ constexpr Phrase nothingMatches{.zh = "这个区间与筛选条件下没有训�
                                 .en = "No workouts match this range and filters."};
 constexpr Phrase emptyPage{.zh = "此页没有记录,请减小 offset。",
                            .en = "No records on this page; use a smaller offset."};
-static_assert(inBothLanguages(rangeLine) && inBothLanguages(countLine) &&
-              inBothLanguages(totalLine) && inBothLanguages(notRecordedLine) &&
-              inBothLanguages(byActivity) && inBothLanguages(indoorWord) &&
-              inBothLanguages(outdoorWord) && inBothLanguages(unverifiedScale) &&
-              inBothLanguages(invalidReading) && inBothLanguages(nothingMatches) &&
-              inBothLanguages(emptyPage));
+static_assert(inBothLanguages(countLine) && inBothLanguages(totalLine) &&
+              inBothLanguages(notRecordedLine) && inBothLanguages(byActivity) &&
+              inBothLanguages(indoorWord) && inBothLanguages(outdoorWord) &&
+              inBothLanguages(unverifiedScale) && inBothLanguages(invalidReading) &&
+              inBothLanguages(nothingMatches) && inBothLanguages(emptyPage));
 
 using WorkoutList::Query;
 using WorkoutSelection::Selection;
 
 /// The range, then the filters that are set.
 std::string rangeAndFilters(const Query& query, SummaryLang lang) {
-  std::string line = filled(rangeLine.in(lang), {query.range.from, query.range.to});
+  std::string line = Tools::rangeLine(query.range.from, query.range.to, lang);
   const WorkoutSelection::Filters& filters = query.filters;
   if (!filters.activityType.empty()) line += ", activity_type=" + filters.activityType;
   if (filters.environment != WorkoutEnvironment::all) {

@@ -75,6 +75,11 @@ check_tree(SqliteInTests tests/support/TestDatabase.cpp "#include <sqlite3.h>"
   "sqlite3.h is for the sources of store/ alone")
 check_tree(AppMayNotUseTheServer apps/Sample.cpp "#include \"server/MCPServer.h\""
   "an app may not include \"server/MCPServer.h\"")
+check_tree(SystemInSource src/platform/Files.cpp "#ifdef __APPLE__"
+  "asks which system it is compiled for")
+check_tree(SystemInApp apps/Sample.cpp "  # if defined(__linux__)"
+  "asks which system it is compiled for")
+check_tree(SystemInTests tests/support/ChildProcess.cpp "#ifdef __APPLE__" "")
 
 if(failures)
   message(FATAL_ERROR "CheckLayers.cmake judges wrongly:\n${failures}")

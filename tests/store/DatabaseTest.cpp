@@ -205,6 +205,20 @@ TEST_F(DatabaseFile, WaitsAMinuteForAWriter) {
   EXPECT_EQ(only<std::int64_t>("PRAGMA busy_timeout"), 60000);
 }
 
+TEST_F(DatabaseFile, WaitsAsLongAsItIsTold) {
+  const Database impatient(path, {.patienceMilliseconds = 25});
+  Statement query = impatient.prepare("PRAGMA busy_timeout");
+  EXPECT_EQ(query.next()->find<std::int64_t>(0), 25);
+}
+
+TEST_F(DatabaseFile, ShowsNoViewToAReader) {
+  database.exec("CREATE VIEW v AS SELECT * FROM t");
+  const Database reader(path, {});
+  EXPECT_EQ(failureOf([&] { reader.prepare("SELECT * FROM v"); }),
+            "prepare 失败:access to view \"v\" prohibited");
+  EXPECT_EQ(failureOf([&] { reader.prepare("SELECT * FROM t"); }), "");
+}
+
 TEST_F(DatabaseFile, MayNotChangeItsOwnSchemaTable) {
   failureOf([&] { database.exec("PRAGMA writable_schema=ON"); });
   EXPECT_NE(failureOf([&] { database.exec("UPDATE sqlite_master SET sql = ''"); }), "");

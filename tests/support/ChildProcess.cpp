@@ -9,6 +9,7 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <fstream>
 #include <stdexcept>
 #include <system_error>
 
@@ -87,6 +88,22 @@ std::string ChildProcess::nextLine() {
   const std::string line = written.substr(0, end);
   written.erase(0, end + 1);
   return line;
+}
+
+void ChildProcess::stopReading() {
+  closeOnce(output);
+  closeOnce(errors);
+}
+
+std::optional<std::size_t> ChildProcess::peakMemory() const {
+  // Linux tells; the time-honoured getrusage would count what this process was at the fork.
+  std::ifstream status("/proc/" + std::to_string(process) + "/status");
+  constexpr std::string_view label = "VmHWM:";
+  constexpr std::size_t kibibyte = 1024;
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with(label)) return std::stoull(line.substr(label.size())) * kibibyte;
+  }
+  return std::nullopt;
 }
 
 ChildProcess::Ending ChildProcess::finished() {

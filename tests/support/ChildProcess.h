@@ -3,7 +3,9 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,6 +34,14 @@ public:
 
   /// The next line that the program writes, without its line feed.
   std::string nextLine();
+
+  /// Closes the reading ends of both the program's output and its errors, as a client that leaves
+  /// does.
+  void stopReading();
+
+  /// The most memory, in bytes, that the running program has had so far; `nullopt` where the system
+  /// does not tell.
+  std::optional<std::size_t> peakMemory() const;
 
   /// Closes the program's input and waits for its end; the output is what no `nextLine` took.
   Ending finished();

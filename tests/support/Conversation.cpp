@@ -8,8 +8,12 @@
 #include <cstddef>
 #include <stdexcept>
 
-Conversation::Conversation(const Household& household, SummaryLang lang, double now)
-    : dataRoot(household.dataRoot()), lang(lang), now(now) {}
+Conversation::Conversation(const Household& household, SummaryLang lang, double now,
+                           int patienceMilliseconds)
+    : dataRoot(household.dataRoot()),
+      lang(lang),
+      now(now),
+      patienceMilliseconds(patienceMilliseconds) {}
 
 std::vector<std::string> Conversation::writes(std::string_view input) const {
   std::vector<std::string> written;
@@ -22,7 +26,8 @@ std::vector<std::string> Conversation::writes(std::string_view input) const {
                           input.remove_prefix(count);
                           return count;
                         },
-                    .output = [&written](std::string_view line) { written.emplace_back(line); }});
+                    .output = [&written](std::string_view line) { written.emplace_back(line); },
+                    .patienceMilliseconds = patienceMilliseconds});
   server.run();
   return written;
 }
@@ -47,18 +52,18 @@ nlohmann::json Conversation::called(std::string_view tool, const nlohmann::json&
 std::string Conversation::transcript(const std::vector<std::string>& lines) const {
   std::string transcript;
   std::size_t next = 0;
-  MCPServer server(
-      dataRoot,
-      {.lang = lang,
-       .clock = [this] { return now; },
-       .input = [&](char* buffer, std::size_t size) -> std::size_t {
-         if (next == lines.size()) return 0;
-         const std::string line = lines[next++] + "\n";
-         if (line.size() > size) throw std::length_error("a line of the transcript");
-         transcript += "> " + line;
-         return line.copy(buffer, size);
-       },
-       .output = [&](std::string_view line) { transcript.append("< ").append(line); }});
+  MCPServer server(dataRoot,
+                   {.lang = lang,
+                    .clock = [this] { return now; },
+                    .input = [&](char* buffer, std::size_t size) -> std::size_t {
+                      if (next == lines.size()) return 0;
+                      const std::string line = lines[next++] + "\n";
+                      if (line.size() > size) throw std::length_error("a line of the transcript");
+                      transcript += "> " + line;
+                      return line.copy(buffer, size);
+                    },
+                    .output = [&](std::string_view line) { transcript.append("< ").append(line); },
+                    .patienceMilliseconds = patienceMilliseconds});
   server.run();
   return transcript;
 }

@@ -16,7 +16,7 @@
 class Conversation {
 public:
   explicit Conversation(const Household& household, SummaryLang lang = SummaryLang::en,
-                        double now = testNow);
+                        double now = testNow, int patienceMilliseconds = usualPatienceMilliseconds);
 
   /// What the server writes when it reads exactly `input`, one element a write.
   std::vector<std::string> writes(std::string_view input) const;
@@ -45,4 +45,5 @@ private:
   std::filesystem::path dataRoot;
   SummaryLang lang;
   double now;
+  int patienceMilliseconds;
 };

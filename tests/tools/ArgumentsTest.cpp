@@ -191,7 +191,7 @@ TEST(Names, AreJoinedInTheOrderOfTheRoster) {
 
 /// Opens `member`'s database and lets it go again.
 auto opening(const Member& member) {
-  return [member](const Tools::Call& call) { Tools::open(member, call.log); };
+  return [member](const Tools::Call& call) { Tools::open(member, call); };
 }
 
 TEST(Open, SaysInChineseThatTheFolderIsMissing) {

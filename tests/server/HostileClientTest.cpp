@@ -1,0 +1,207 @@
+// The built program and clients that write too much, stop reading, or leave in the middle.
+
+#include "support/ChildProcess.h"
+#include "support/Conversation.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <signal.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::size_t mebibyte = 1024 * 1024;
+
+const std::string ping = "{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"ping\"}\n";
+const std::string pong = "{\"jsonrpc\":\"2.0\",\"id\":1,\"result\":{}}";
+const char* const oneComplaint = "\\[....-..-.. ..:..:..\\] ! 收到解不开的一行,忽略\n";
+
+ChildProcess serving(const Household& household) {
+  return {LARKSPUR_MCP_PROGRAM, {"--data-root", household.dataRoot()}, household.dataRoot()};
+}
+
+/// A write to a program that has gone is an error here, not the end of the test.
+class BrokenPipesIgnored {
+public:
+  BrokenPipesIgnored() : before(signal(SIGPIPE, SIG_IGN)) {}
+  ~BrokenPipesIgnored() { signal(SIGPIPE, before); }
+  BrokenPipesIgnored(const BrokenPipesIgnored&) = delete;
+  BrokenPipesIgnored& operator=(const BrokenPipesIgnored&) = delete;
+
+private:
+  void (*before)(int);
+};
+
+struct LongLineCase {
+  std::string name;
+  std::string beginning;
+  std::string block;
+  int blocks;
+  std::string end;
+};
+
+class LongLine : public testing::TestWithParam<LongLineCase> {};
+
+TEST_P(LongLine, IsRefusedInBoundedMemoryAndTheNextIsServed) {
+  const Household household;
+  ChildProcess program = serving(household);
+  program.write(ping);
+  EXPECT_EQ(program.nextLine(), pong);
+  const std::optional<std::size_t> before = program.peakMemory();
+
+  program.write(GetParam().beginning);
+  for (int count = 0; count < GetParam().blocks; ++count) program.write(GetParam().block);
+  program.write(GetParam().end + "\n" + ping);
+  EXPECT_EQ(program.nextLine(), pong);
+
+  // Where the system does not tell, the rest holds all the same. Sixteen mebibytes are kept, and
+  // as much again while they are moved.
+  if (const std::optional<std::size_t> after = program.peakMemory()) {
+    RecordProperty("MebibytesMore", static_cast<int>((*after - before.value()) / mebibyte));
+    EXPECT_LT(*after - before.value(), 40 * mebibyte);
+  }
+  const ChildProcess::Ending ending = program.finished();
+  EXPECT_EQ(ending.status, 0);
+  EXPECT_EQ(ending.output, "");
+  EXPECT_THAT(ending.errors, testing::MatchesRegex(oneComplaint));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, LongLine,
+    testing::Values(
+        LongLineCase{"OfLetters", "", std::string(mebibyte, 'x'), 64, ""},
+        LongLineCase{"OfBlanks", "", std::string(mebibyte, ' '), 64, ""},
+        LongLineCase{"OfZeroBytes", "", std::string(mebibyte, '\0'), 64, ""},
+        LongLineCase{
+            "WithALongText", R"({"id":1,"method":")", std::string(mebibyte, 'x'), 64, "\"}"},
+        LongLineCase{"OfTenMillionBrackets", "", std::string(1000000, '['), 10, ""},
+        LongLineCase{"OfSixtyFourMebibytesOfBrackets", "", std::string(mebibyte, '['), 64, ""}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(Client, ThatReadsLateGetsEveryReply) {
+  const Household household;
+  ChildProcess program = serving(household);
+  constexpr int count = 300;
+
+  // The replies are many times what a pipe holds, so the program has to wait for its reader.
+  std::string requests;
+  for (int id = 0; id < count; ++id) {
+    requests += "{\"id\":" + std::to_string(id) + ",\"method\":\"tools/list\"}\n";
+  }
+  program.write(requests);
+
+  for (int id = 0; id < count; ++id) ASSERT_EQ(Json::parse(program.nextLine()).at("id"), id);
+  EXPECT_EQ(program.finished(), (ChildProcess::Ending{0, "", ""}));
+}
+
+/// By the signal of a broken pipe, or by itself where that is ignored: nobody is left to answer.
+const auto endedForWantOfAReader = testing::AnyOf(1, 128 + SIGPIPE);
+
+TEST(Client, ThatStopsReadingEndsTheProgram) {
+  const Household household;
+  ChildProcess program = serving(household);
+
+  program.stopReading();
+  program.write(ping);
+
+  EXPECT_THAT(program.finished().status, endedForWantOfAReader);
+}
+
+TEST(Client, ThatStopsReadingEndsAProgramStartedToIgnoreBrokenPipes) {
+  const Household household;
+  const BrokenPipesIgnored inherited;
+  ChildProcess program = serving(household);
+
+  program.stopReading();
+  program.write(ping);
+
+  EXPECT_EQ(program.finished().status, 1);
+}
+
+TEST(Client, ThatStopsReadingInTheMiddleOfAReplyEndsTheProgram) {
+  const Household household;
+  const BrokenPipesIgnored inherited;
+  ChildProcess program = serving(household);
+  std::string requests;
+  for (int count = 0; count < 100; ++count) requests += "{\"id\":1,\"method\":\"tools/list\"}\n";
+
+  // One line was read, so the program is busy with the others, or waits for room.
+  program.write(requests);
+  program.nextLine();
+  program.stopReading();
+
+  EXPECT_EQ(program.finished().status, 1);
+}
+
+struct HalfLineCase {
+  std::string name;
+  std::string sent;
+  bool complains;
+};
+
+class HalfLine : public testing::TestWithParam<HalfLineCase> {};
+
+TEST_P(HalfLine, EndsTheProgramInPeace) {
+  const Household household;
+  ChildProcess program = serving(household);
+
+  program.write(GetParam().sent);
+  const ChildProcess::Ending ending = program.finished();
+
+  EXPECT_EQ(ending.status, 0);
+  EXPECT_EQ(ending.output, "");
+  EXPECT_THAT(ending.errors, testing::MatchesRegex(GetParam().complains ? oneComplaint : ""));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, HalfLine,
+    testing::Values(HalfLineCase{"Request", R"({"jsonrpc":"2.0","id":1,"method":"tools/ca)", true},
+                    HalfLineCase{"Brace", "{", true}, HalfLineCase{"Character", "\xE6\xAD", true},
+                    HalfLineCase{"ZeroByte", std::string(1, '\0'), true},
+                    HalfLineCase{"Blank", " ", false}, HalfLineCase{"CarriageReturn", "\r", true},
+                    HalfLineCase{"Notification", R"({"method":"ping"})", false}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(HalfLine, OfAClientThatIsGoneEndsTheProgramInPeace) {
+  const Household household;
+  ChildProcess program = serving(household);
+
+  program.stopReading();
+  program.write(R"({"jsonrpc":"2.0","id":1,"method":"ping)");
+
+  // Its complaint finds no reader either.
+  EXPECT_THAT(program.finished().status, testing::AnyOf(0, 128 + SIGPIPE));
+}
+
+TEST(Client, ThatWritesByteByByteIsServed) {
+  const Household household;
+  ChildProcess program = serving(household);
+
+  for (const char byte : ping) program.write(std::string_view(&byte, 1));
+
+  EXPECT_EQ(program.nextLine(), pong);
+}
+
+TEST(Client, ThatWritesManyBadLinesIsServedAfterwards) {
+  const Household household;
+  ChildProcess program = serving(household);
+  constexpr std::size_t count = 1000;
+
+  std::string lines;
+  for (std::size_t index = 0; index < count; ++index) lines += "[\n";
+  program.write(lines + ping);
+
+  EXPECT_EQ(program.nextLine(), pong);
+  const std::string complaints = program.finished().errors;
+  EXPECT_EQ(static_cast<std::size_t>(std::ranges::count(complaints, '\n')), count);
+}
+
+}  // namespace
