@@ -1,96 +1,143 @@
-// Makes a small sample household and holds a conversation with the server about it, once in English
-// and once in Chinese, printed for a person to read.
+// Makes a small sample household, or imports the export of an iPhone's Health app, and holds a
+// conversation with the server about it, once in English and once in Chinese, printed for a person
+// to read.
 //
-//   node scripts/demo.mjs <folder of the programs> <folder to work in>
+//   node scripts/demo.mjs <folder of the programs> <folder to work in> [<export>]
 //
 // Needs nothing but Node. Ends with status 1 when a reply is not of the kind its step expects.
 
 import { execFileSync, spawn } from 'node:child_process';
 import { once } from 'node:events';
-import { mkdirSync, rmSync } from 'node:fs';
+import { mkdirSync, readFileSync, rmSync } from 'node:fs';
 import { join, resolve } from 'node:path';
 import { createInterface } from 'node:readline';
 
-const [programs, folder] = process.argv.slice(2);
+const [programs, folder, exported] = process.argv.slice(2);
 if (!programs || !folder) {
-  console.error('usage: node scripts/demo.mjs <folder of the programs> <folder to work in>');
+  console.error('usage: node scripts/demo.mjs <folder of the programs> <folder to work in> [<export>]');
   process.exit(2);
 }
-const dataRoot = resolve(folder, 'household');
-
-// Ann's home, so that her nights read as nights. It is eight hours ahead of UTC all year.
-const zone = 'Asia/Shanghai';
-const now = Date.now();
 const hour = 3_600_000;
 
-/** The calendar day at Ann's home, `daysAgo` days before today: the server takes today as it is. */
-function day(daysAgo) {
-  return new Date(now + (8 - 24 * daysAgo) * hour).toISOString().slice(0, 10);
-}
+/** The sample household. Its days follow the present: the server takes today as it is. */
+const sample = {
+  dataRoot: resolve(folder, 'household'),
+  // Ann's home, so that her nights read as nights. It is eight hours ahead of UTC all year.
+  environment: { TZ: 'Asia/Shanghai' },
+  person: 'Ann',
+  id: 'ann-01',
+  others: [
+    call('And Ben, in New York?', '在纽约的 Ben 呢?', 'get_overview', { person: 'Ben' }),
+    call('And 小美?', '小美呢?', 'get_overview', { person: '小美' }),
+  ],
 
-const fortnight = { from: day(14), to: day(1) };
-const month = { from: day(30), to: day(0) };
-const periods = { a_from: day(30), a_to: day(1), b_from: day(60), b_to: day(31) };
+  /** Makes the data root; the last day that there is something to say about. */
+  make() {
+    const today = new Date(Date.now() + 8 * hour).toISOString().slice(0, 10);
+    const size = ['--members', '3', '--years', '2', '--records', '200000', '--seed', '1'];
+    const args = ['--out', this.dataRoot, ...size, '--today', today];
+    const stdio = ['ignore', 'ignore', 'inherit'];
+    execFileSync(join(programs, 'larkspur-sample'), args, { stdio });
+    return today;
+  },
+};
+
+/** Whoever exported. The days are those before the export, which may be an old one. */
+const imported = {
+  dataRoot: resolve(folder, 'imported'),
+  environment: process.env.TZ ? { TZ: process.env.TZ } : {},
+  person: 'Me',
+  id: 'me',
+  others: [],
+
+  make() {
+    const who = ['--member', this.person, '--id', this.id];
+    const args = ['--data-root', this.dataRoot, ...who, resolve(exported)];
+    execFileSync(join(programs, 'larkspur-import'), args, { stdio: ['ignore', 'inherit', 'inherit'] });
+    const roster = JSON.parse(readFileSync(join(this.dataRoot, 'members.json'), 'utf8'));
+    const { lastSyncAt = Date.now() / 1000 } = roster.members[0];
+    const date = new Date(lastSyncAt * 1000);
+    return new Date(date.getTime() - date.getTimezoneOffset() * 60_000).toISOString().slice(0, 10);
+  },
+};
+
+const household = exported ? imported : sample;
+const { dataRoot, person } = household;
 
 const languages = [
   { name: 'English', key: 'en', locale: 'en_US.UTF-8' },
   { name: '中文', key: 'zh', locale: 'zh_CN.UTF-8' },
 ];
 
-// The conversation, one step after the other: what a person wants to know, the request, how to show
-// the result. The lists of workouts name what the questions after them take up.
-const steps = [
-  ask('Who are you?', '你是谁?', 'initialize', handshake(), introduction),
-  ask('What can you do?', '你会什么?', 'tools/list', {}, toolList),
-  call('Who lives here?', '家里有谁?', 'list_persons', {}),
-  call('How is Ann?', 'Ann 怎么样?', 'get_overview', { person: 'Ann' }),
-  call('And Ben, in New York?', '在纽约的 Ben 呢?', 'get_overview', { person: 'Ben' }),
-  call('And 小美?', '小美呢?', 'get_overview', { person: '小美' }),
-  call("Ann's steps", 'Ann 的步数', 'get_trend', { person: 'Ann', metric: 'steps', ...fortnight }),
-  call("Ann's sleep", 'Ann 的睡眠', 'get_trend', { person: 'Ann', metric: 'sleep', ...fortnight }),
-  call("Ann's yesterday", 'Ann 的昨天', 'get_day', { person: 'Ann', date: day(1) }),
-  call('More steps than before?', '比之前走得多吗?', 'compare_periods', {
-    person: 'Ann',
-    metric: 'steps',
-    ...periods,
-  }),
-  call('How did Ann train?', 'Ann 练了什么?', 'get_workouts', {
-    person: 'Ann',
-    ...month,
-    limit: 2,
-  }),
-  call('Her favourite, oldest first', '最常练的,从最早的开始', 'get_workouts', ({ activity }) => ({
-    person: 'Ann',
-    ...month,
-    activity_type: activity,
-    order: 'asc',
-    limit: 1,
-  })),
-  call(
-    'Her heart during the workout above',
-    '上面那次训练的心率',
-    'get_workout_heart_rate',
-    ({ workoutId }) => ({ person: 'Ann', workout_id: workoutId, limit: 5 }),
-    outline,
-  ),
-  ask('What is there to read?', '有什么可读的?', 'resources/list', {}, resourceList),
-  ask('Read one', '读一份', 'resources/read', { uri: 'larkspur://ann-01/overview' }, beginning),
-  ask('What should I ask?', '我该问什么?', 'prompts/list', {}, promptList),
-  ask('Ask the first', '就问第一个', 'prompts/get', { name: 'how_am_i' }, promptText),
-  { ...call('How is Zoe?', 'Zoe 怎么样?', 'get_overview', { person: 'Zoe' }), refusal: -32602 },
-];
+/**
+ * The conversation, one step after the other: what a person wants to know, the request, how to show
+ * the result. The lists of workouts name what the questions after them take up; where there are
+ * none, those questions are left out. `today` is the last day that there is something to say about.
+ */
+function conversation(today) {
+  const day = (daysAgo) =>
+    new Date(Date.parse(today) - daysAgo * 24 * hour).toISOString().slice(0, 10);
+  const fortnight = { from: day(14), to: day(1) };
+  const month = { from: day(30), to: day(0) };
+  const periods = { a_from: day(30), a_to: day(1), b_from: day(60), b_to: day(31) };
+  const trend = (metric) => ({ person, metric, ...fortnight });
+
+  return [
+    ask('Who are you?', '你是谁?', 'initialize', handshake(), introduction),
+    ask('What can you do?', '你会什么?', 'tools/list', {}, toolList),
+    call('Who lives here?', '家里有谁?', 'list_persons', {}),
+    call(`How is ${person}?`, `${person} 怎么样?`, 'get_overview', { person }),
+    ...household.others,
+    call(`${person}: steps`, `${person} 的步数`, 'get_trend', trend('steps')),
+    call(`${person}: sleep`, `${person} 的睡眠`, 'get_trend', trend('sleep')),
+    call(`${person}: yesterday`, `${person} 的昨天`, 'get_day', { person, date: day(1) }),
+    call('More steps than before?', '比之前走得多吗?', 'compare_periods', {
+      person,
+      metric: 'steps',
+      ...periods,
+    }),
+    call('Which workouts?', '练了什么?', 'get_workouts', { person, ...month, limit: 2 }),
+    call('The favourite, oldest first', '最常练的,从最早的开始', 'get_workouts', ({ activity }) =>
+      activity && { person, ...month, activity_type: activity, order: 'asc', limit: 1 },
+    ),
+    call(
+      'The heart during the workout above',
+      '上面那次训练的心率',
+      'get_workout_heart_rate',
+      ({ workoutId }) => workoutId && { person, workout_id: workoutId, limit: 5 },
+      outline,
+    ),
+    ask('What is there to read?', '有什么可读的?', 'resources/list', {}, resourceList),
+    ask(
+      'Read one',
+      '读一份',
+      'resources/read',
+      { uri: `larkspur://${household.id}/overview` },
+      beginning,
+    ),
+    ask('What should I ask?', '我该问什么?', 'prompts/list', {}, promptList),
+    ask('Ask the first', '就问第一个', 'prompts/get', { name: 'how_am_i' }, promptText),
+    { ...call('How is Zoe?', 'Zoe 怎么样?', 'get_overview', { person: 'Zoe' }), refusal: -32602 },
+  ];
+}
 
 function ask(en, zh, method, params, show) {
   return { about: { en, zh }, method, params: () => params, show };
 }
 
-/** A tool call. `args` may be a function of what earlier answers named, see `remember`. */
+/**
+ * A tool call. `args` may be a function of what earlier answers named, see `remember`; it returns
+ * nothing where they did not name it, and the call is left out.
+ */
 function call(en, zh, name, args, show = (text) => text) {
   const argsFrom = typeof args === 'function' ? args : () => args;
   return {
     about: { en, zh },
     method: 'tools/call',
-    params: (known) => ({ name, arguments: argsFrom(known) }),
+    params: (known) => {
+      const values = argsFrom(known);
+      return values && { name, arguments: values };
+    },
     show: ({ content }) => show(content.map(({ text }) => text).join('\n')),
   };
 }
@@ -161,13 +208,12 @@ const dim = (text) => (process.stdout.isTTY ? `\x1b[2m${text}\x1b[0m` : text);
 const indented = (text) => text.replace(/^(?=.)/gm, '    ');
 const shortened = (text) => text.replace(new RegExp(`^(.{${longest}}).+$`, 'gmu'), '$1 …');
 
+/** Makes the household anew and returns the last day that there is something to say about. */
 function makeHousehold() {
-  // The household of the demo before goes first: the sample program spares what exists.
+  // That of the demo before goes first: the sample program spares what exists.
   rmSync(dataRoot, { recursive: true, force: true });
   mkdirSync(folder, { recursive: true });
-  const size = ['--members', '3', '--years', '2', '--records', '200000', '--seed', '1'];
-  const args = ['--out', dataRoot, ...size, '--today', day(0)];
-  execFileSync(join(programs, 'larkspur-sample'), args, { stdio: ['ignore', 'ignore', 'inherit'] });
+  return household.make();
 }
 
 /** The text to print for `reply`. Throws when it is not what `step` expects. */
@@ -182,11 +228,11 @@ function shown(step, reply) {
 }
 
 /** One server from its start to the end of its input, taken through all steps. */
-async function converse({ name, key, locale }) {
+async function converse(steps, { name, key, locale }) {
   console.log(`\n${bold(`==== ${name} (LANG=${locale}) ====`)}`);
   const { HOME, PATH, USER } = process.env;
   const server = spawn(join(resolve(programs), 'larkspur-mcp'), ['--data-root', dataRoot], {
-    env: { HOME, PATH, USER, LANG: locale, TZ: zone },
+    env: { HOME, PATH, USER, LANG: locale, ...household.environment },
     stdio: ['pipe', 'pipe', 'inherit'],
   });
   const closed = once(server, 'close');
@@ -196,6 +242,7 @@ async function converse({ name, key, locale }) {
   for (const [index, step] of steps.entries()) {
     const { method } = step;
     const params = step.params(known);
+    if (!params) continue;
     console.log(`\n${bold(step.about[key])}\n${dim(`→ ${method} ${JSON.stringify(params)}`)}`);
     server.stdin.write(`${JSON.stringify({ jsonrpc: '2.0', id: index + 1, method, params })}\n`);
 
@@ -212,8 +259,8 @@ async function converse({ name, key, locale }) {
 }
 
 try {
-  makeHousehold();
-  for (const language of languages) await converse(language);
+  const steps = conversation(makeHousehold());
+  for (const language of languages) await converse(steps, language);
 } catch (error) {
   console.error(`demo: ${error.message}`);
   process.exit(1);

@@ -38,19 +38,18 @@ public:
   std::int64_t samples = 0;
 };
 
-void tellDays(const Person& person, const HistoryContext& context, RecordSink& sink) {
-  int sessions = 0;
-  for (CivilDay date = context.first; date <= context.last;
-       date = AppleFormat::daysBefore(date, -1)) {
-    const Day day = dayOf(person, context, date, sessions);
-    tellMovement(day, sink);
-    tellPulse(day, sink);
-    tellMeasurements(day, sink);
-    tellWeighing(day, sink);
-    tellTraining(day, sink);
-    tellNight(day, sink);
-    if (day.session) ++sessions;
-  }
+/// Tells what happened on `date`, which `sessions` sessions of training came before; counts them
+/// on.
+void tellDay(const Person& person, const HistoryContext& context, CivilDay date, int& sessions,
+             RecordSink& sink) {
+  const Day day = dayOf(person, context, date, sessions);
+  tellMovement(day, sink);
+  tellPulse(day, sink);
+  tellMeasurements(day, sink);
+  tellWeighing(day, sink);
+  tellTraining(day, sink);
+  tellNight(day, sink);
+  if (day.session) ++sessions;
 }
 
 /// A weight that was typed in with a date nine days ahead.
@@ -69,7 +68,11 @@ std::int64_t samplesAt(double density, const Person& person, HistoryContext cont
   context.density = density;
   Counter counter;
   UntilSync untilSync(counter, sync);
-  tellDays(person, context, untilSync);
+  int sessions = 0;
+  for (CivilDay date = context.first; date <= context.last;
+       date = AppleFormat::daysBefore(date, -1)) {
+    tellDay(person, context, date, sessions, untilSync);
+  }
   return counter.samples;
 }
 
@@ -98,15 +101,32 @@ CivilDay firstDay(const Person& person, const HistoryRequest& request) {
 
 Stamp lastSync(CivilDay today) { return midnight(Zone::shanghai, today).after(7 * hour); }
 
-void tellHistory(const Person& person, const HistoryRequest& request, RecordSink& sink) {
-  if (person.kind == Person::Kind::justPaired) return;
-  HistoryContext context{.first = firstDay(person, request),
-                         .last = request.today,
-                         .density = 1,
-                         .seed = request.seed};
-  const Stamp sync = lastSync(request.today);
-  if (request.records) context.density = densityFor(*request.records, person, context, sync);
+History::History(const Person& person, const HistoryRequest& request)
+    : person(person),
+      context{.first = firstDay(person, request),
+              .last = request.today,
+              .density = 1,
+              .seed = request.seed},
+      sync(lastSync(request.today)),
+      date(context.first),
+      ended(person.kind == Person::Kind::justPaired) {
+  if (request.records && !ended) {
+    context.density = densityFor(*request.records, person, context, sync);
+  }
+}
+
+bool History::tellNextDay(RecordSink& sink) {
+  if (ended) return false;
   UntilSync untilSync(sink, sync);
-  tellDays(person, context, untilSync);
-  tellMisdated(person, request.today, sink);
+  tellDay(person, context, date, sessions, untilSync);
+  ended = date == context.last;
+  if (ended) tellMisdated(person, context.last, sink);
+  date = AppleFormat::daysBefore(date, -1);
+  return true;
+}
+
+void tellHistory(const Person& person, const HistoryRequest& request, RecordSink& sink) {
+  History history(person, request);
+  while (history.tellNextDay(sink)) {
+  }
 }

@@ -1,6 +1,7 @@
 #pragma once
 // A person's life as a stream of records, day after day.
 
+#include "sample/Day.h"
 #include "sample/Person.h"
 #include "sample/Sample.h"
 
@@ -20,8 +21,26 @@ CivilDay firstDay(const Person& person, const HistoryRequest& request);
 
 /// The household's last sync: seven o'clock in the morning of `today` in Shanghai, which is past on
 /// most machines whose clock says `today`. Nothing later is told, but for the one weight that
-/// people of Ben's kind typed in with a wrong date.
+/// some people typed in with a wrong date.
 Stamp lastSync(CivilDay today);
+
+/// A life that is told a day at a time, for who cannot take all of it at once.
+class History {
+public:
+  /// `person` outlives the history.
+  History(const Person& person, const HistoryRequest& request);
+
+  /// Tells `sink` the next day, oldest first; false after the last.
+  bool tellNextDay(RecordSink& sink);
+
+private:
+  const Person& person;
+  HistoryContext context;
+  Stamp sync;
+  CivilDay date;  ///< the next to tell
+  int sessions = 0;
+  bool ended;
+};
 
 /// Tells `sink` everything, oldest day first. The same request tells the same.
 void tellHistory(const Person& person, const HistoryRequest& request, RecordSink& sink);

@@ -2,12 +2,15 @@
 #include "platform/ControlProtocol.h"
 #include "platform/Locale.h"
 #include "sample/History.h"
+#include "sample/Imported.h"
 #include "sample/Person.h"
 #include "sample/RecordWriter.h"
 #include "sample/RosterWriter.h"
 #include "store/HealthStore.h"
 
 #include <filesystem>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace {
@@ -23,20 +26,56 @@ RecordWriter::Statistics statisticsOf(const Person& person) {
                                                  : RecordWriter::Statistics::built;
 }
 
-void writePerson(const Person& person, const HistoryRequest& request,
-                 const std::filesystem::path& database, std::ostream& report, Progress& progress,
-                 Logger& log) {
-  HealthStore store(database.string(), {.createIfMissing = true, .readOnly = false}, log);
-  RecordWriter writer(store, progress);
-  progress.begin(person.name);
-  tellHistory(person, request, writer);
-  writer.finish(statisticsOf(person));
-  progress.end();
-  report << person.name << " (" << person.id << "): " << grouped(writer.records(), DigitGrouping{})
-         << " records, " << grouped(writer.workouts(), DigitGrouping{}) << " workouts" << std::endl;
-}
+/// Writes people's databases, the way the options want it.
+class Writing {
+public:
+  Writing(std::ostream& report, Progress& progress, Logger& log)
+      : report(report), progress(progress), log(log) {}
+
+  /// As the receiver application leaves the database.
+  void received(const Person& person, const HistoryRequest& request,
+                const std::filesystem::path& database) {
+    write(person, database, [&](RecordWriter& writer) {
+      tellHistory(person, request, writer);
+      writer.finish(statisticsOf(person));
+    });
+  }
+
+  /// As an import of the person's export leaves it. Returns the history's first day, if any.
+  std::optional<std::string> imported(const Person& person, const HistoryRequest& request,
+                                      const std::filesystem::path& database) {
+    std::optional<std::string> first;
+    write(person, database, [&](RecordWriter& writer) {
+      Imported imported(writer);
+      tellHistory(person, request, imported);
+      writer.finish(RecordWriter::Statistics::built);
+      first = imported.firstDay();
+    });
+    return first;
+  }
+
+private:
+  template <typename Tell>
+  void write(const Person& person, const std::filesystem::path& database, Tell tell) {
+    HealthStore store(database.string(), {.createIfMissing = true, .readOnly = false}, log);
+    RecordWriter writer(store, progress);
+    progress.begin(person.name);
+    tell(writer);
+    progress.end();
+    report << memberReport(person, writer.records(), writer.workouts()) << std::endl;
+  }
+
+  std::ostream& report;
+  Progress& progress;
+  Logger& log;
+};
 
 }  // namespace
+
+std::string memberReport(const Person& person, std::int64_t records, std::int64_t workouts) {
+  return person.name + " (" + person.id + "): " + grouped(records, DigitGrouping{}) + " records, " +
+         grouped(workouts, DigitGrouping{}) + " workouts";
+}
 
 void writeHousehold(const Options& options, CivilDay today, std::ostream& report,
                     Progress& progress, Logger& log) {
@@ -48,11 +87,17 @@ void writeHousehold(const Options& options, CivilDay today, std::ostream& report
 
   HistoryRequest request{
       .today = today, .years = options.years, .seed = options.seed, .records = options.records};
+  Writing writing(report, progress, log);
   Roster::File roster{.version = 1, .members = {}};
   for (const Person& person : people) {
     const std::filesystem::path database = databasePath(root, person);
-    writePerson(person, request, database, report, progress, log);
-    roster.members.push_back(memberOf(person, roster.members.size(), request, database));
+    if (options.asImported) {
+      const std::optional<std::string> first = writing.imported(person, request, database);
+      roster.members.push_back(importedMemberOf(person, request, database, first));
+    } else {
+      writing.received(person, request, database);
+      roster.members.push_back(memberOf(person, roster.members.size(), request, database));
+    }
     request.records.reset();  // the wish is for the first member alone
   }
   writeRoster(rosterPath, roster);

@@ -3,9 +3,15 @@
 
 #include "platform/Logger.h"
 #include "sample/Options.h"
+#include "sample/Person.h"
 #include "sample/Progress.h"
 
+#include <cstdint>
 #include <ostream>
+#include <string>
+
+/// What was written of a member, in one line: "Ann (ann-01): 3,021 records, 85 workouts".
+std::string memberReport(const Person& person, std::int64_t records, std::int64_t workouts);
 
 /// Writes the household that `options` describe, on the day `today`, and one closing line per
 /// member to `report`. The roster comes last, so an interrupted run leaves no data root that looks

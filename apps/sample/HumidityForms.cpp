@@ -59,3 +59,19 @@ std::span<const HumidityForm> humidityForms() {
   }};
   return forms;
 }
+
+namespace {
+
+/// How many of the exported unit one of the reading's own is.
+double exportedScale(const WorkoutHumidity& reading) {
+  if (reading.encoding == "xml_percent") return 1;
+  return reading.encoding.find("fraction") == std::string::npos ? 100 : 10000;
+}
+
+}  // namespace
+
+std::optional<Decimal> exportedHumidity(const WorkoutEntry& workout) {
+  const std::optional<WorkoutHumidity> reading = workout.humidityReading();
+  if (!reading || !reading->raw_value) return std::nullopt;
+  return Decimal::nearest(*reading->raw_value * exportedScale(*reading), 0);
+}

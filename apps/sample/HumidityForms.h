@@ -1,6 +1,7 @@
 #pragma once
 // The ways in which a workout's humidity has reached databases over the years.
 
+#include "sample/Sample.h"
 #include "workouts/Workouts.h"
 
 #include <optional>
@@ -14,3 +15,7 @@ struct HumidityForm {
 
 /// Every way there is, each status of WorkoutHumidity among them.
 std::span<const HumidityForm> humidityForms();
+
+/// The workout's humidity as the Health app exports it, in hundredths of a percent: "5500" for 55
+/// percent. Absent without a number. What form it had in the database is lost on the way.
+std::optional<Decimal> exportedHumidity(const WorkoutEntry& workout);

@@ -1,9 +1,10 @@
-// larkspur-sample: writes a data root to try the server on. Reads the command line and the clock,
-// and leaves the rest to the household.
+// larkspur-sample: writes a data root to try the server on, or an export to try the import on.
+// Reads the command line and the clock, and leaves the rest to the household.
 
 #include "platform/AppleFormat.h"
 #include "platform/Clock.h"
 #include "platform/Logger.h"
+#include "sample/Export.h"
 #include "sample/Household.h"
 #include "sample/Options.h"
 #include "sample/Progress.h"
@@ -26,6 +27,10 @@ constexpr int misused = 2;
 int write(const Options& options) {
   const CivilDay today = options.today.value_or(AppleFormat::localTime(systemTime()).day);
   Progress progress(std::cerr, isatty(STDERR_FILENO) == 1, systemTime);
+  if (!options.exportTo.empty()) {
+    writeExport(options, today, std::cout, progress);
+    return succeeded;
+  }
   Logger log(std::nullopt, Logger::Level::error, true, systemTime);
   writeHousehold(options, today, std::cout, progress, log);
   return succeeded;

@@ -1,25 +1,34 @@
 #include "sample/Options.h"
+#include "sample/Person.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <string>
 #include <system_error>
 
 constinit const std::string_view usage =
     "larkspur-sample --out DIR [--members N] [--years Y] [--records N] [--seed S]\n"
-    "                [--today YYYY-MM-DD]\n"
+    "                [--today YYYY-MM-DD] [--as-imported]\n"
+    "larkspur-sample --export PATH [--member NAME] [the same options]\n"
     "\n"
-    "Writes a data root with a household that nobody lives in.\n"
+    "Writes a data root with a household that nobody lives in, or what one of its members\n"
+    "would export from the phone's Health app.\n"
     "\n"
     "  --out DIR           the data root to make; one that exists already is left alone\n"
+    "  --export PATH       the export to make: a zip when PATH ends in .zip, else the XML\n"
+    "                      alone; a file that exists already is left alone\n"
+    "  --member NAME       whose export, by name or identifier (default: Ann)\n"
     "  --members N         how many people, 1 to 99 (default 3)\n"
     "  --years Y           how long Ann's history is, 1 to 30 (default 3)\n"
-    "  --records N         about how many records Ann has, 1000 to 100000000 (default: as many\n"
-    "                      as a life leaves behind); no device writes a type more often than\n"
-    "                      every two seconds, however many are wanted\n"
+    "  --records N         about how many records Ann, or who exports, has, 1000 to 100000000\n"
+    "                      (default: as many as a life leaves behind); no device writes a\n"
+    "                      type more often than every two seconds, however many are wanted\n"
     "  --seed S            which household; the same seed and day write the same records\n"
     "                      (default 1)\n"
     "  --today YYYY-MM-DD  the day on whose morning the histories end, 1971 or later\n"
     "                      (default: today)\n"
+    "  --as-imported       the data root as larkspur-import makes it of everybody's export\n"
     "  --help              this text\n";
 
 namespace {
@@ -50,8 +59,13 @@ void set(Options& options, std::string_view option, std::string_view value) {
   if (option == "--out") {
     options.out = value;
     if (value.empty()) throw UsageError("--out wants a directory");
+  } else if (option == "--export") {
+    options.exportTo = value;
+    if (value.empty()) throw UsageError("--export wants a file");
+  } else if (option == "--member") {
+    options.member = value;
   } else if (option == "--members") {
-    options.members = numberOf(option, value, 1, 99);
+    options.members = numberOf(option, value, 1, largestHousehold);
   } else if (option == "--years") {
     options.years = numberOf(option, value, 1, 30);
   } else if (option == "--records") {
@@ -64,8 +78,25 @@ void set(Options& options, std::string_view option, std::string_view value) {
 }
 
 bool takesValue(std::string_view option) {
-  return option == "--out" || option == "--members" || option == "--years" ||
-         option == "--records" || option == "--seed" || option == "--today";
+  constexpr std::array<std::string_view, 8> all{
+      "--out", "--export", "--member", "--members", "--years", "--records", "--seed", "--today"};
+  return std::ranges::find(all, option) != all.end();
+}
+
+/// Refuses what belongs to the other of the program's two tasks.
+void check(const Options& options) {
+  if (options.out.empty() && options.exportTo.empty()) {
+    throw UsageError("--out or --export is missing");
+  }
+  if (!options.out.empty() && !options.exportTo.empty()) {
+    throw UsageError("--out and --export exclude each other");
+  }
+  if (options.member && options.exportTo.empty()) {
+    throw UsageError("--member belongs to --export");
+  }
+  if (options.asImported && options.out.empty()) {
+    throw UsageError("--as-imported belongs to --out");
+  }
 }
 
 }  // namespace
@@ -78,11 +109,16 @@ Options parsedOptions(std::span<const std::string_view> arguments) {
       options.help = true;
       return options;
     }
+    if (option == "--as-imported") {
+      options.asImported = true;
+      arguments = arguments.subspan(1);
+      continue;
+    }
     if (!takesValue(option)) throw UsageError("unknown argument: " + std::string(option));
     if (arguments.size() < 2) throw UsageError(std::string(option) + " wants a value");
     set(options, option, arguments[1]);
     arguments = arguments.subspan(2);
   }
-  if (options.out.empty()) throw UsageError("--out is missing");
+  check(options);
   return options;
 }

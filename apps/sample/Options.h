@@ -8,15 +8,19 @@
 #include <optional>
 #include <span>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 
 struct Options {
-  std::filesystem::path out;  ///< the data root to be made; set unless `help` is
+  std::filesystem::path out;            ///< the data root to be made
+  std::filesystem::path exportTo = {};  ///< or the export; one of the two is set unless `help` is
+  std::optional<std::string> member = {};  ///< who exports, by name or identifier; Ann when absent
   int members = 3;
   int years = 3;
-  std::optional<std::int64_t> records;  ///< of Ann, about; natural when absent
+  std::optional<std::int64_t> records;  ///< of Ann or who exports, about; natural when absent
   std::uint64_t seed = 1;
   std::optional<CivilDay> today;  ///< the machine's day when absent
+  bool asImported = false;        ///< the data root is as imports of the exports leave it
   bool help = false;              ///< nothing but the usage is wanted
 
   bool operator==(const Options&) const = default;
@@ -30,7 +34,8 @@ public:
 
 /// The options that `arguments` (without the program's name) spell. The last of a repeated option
 /// wins; arguments after "--help" are not looked at. Throws UsageError for an unknown option, a
-/// missing or unusable value, or when "--out" is missing.
+/// missing or unusable value, options that do not go together, or when both "--out" and "--export"
+/// are missing.
 Options parsedOptions(std::span<const std::string_view> arguments);
 
 /// How to call the program, several lines, ending in a line feed.

@@ -28,6 +28,7 @@ std::string idOf(std::string_view name, int number) {
 Source phoneNamed(std::string name) {
   return {.name = std::move(name),
           .device = "<<HKDevice: 0x2>, name:iPhone, model:iPhone, hardware:iPhone14,5>",
+          .version = "17.1",
           .delaySeconds = 240};
 }
 
@@ -44,13 +45,15 @@ Person withWatchAndPhone(std::string_view name, int number) {
       .name = std::move(watch),
       .device =
           "<<HKDevice: 0x1>, name:Apple Watch, model:Watch, hardware:Watch6,2, software:10.1>",
+      .version = "10.1",
       .delaySeconds = 35};
   person.devices.phone = phoneNamed("iPhone");
   person.devices.chestStrap =
-      Source{.name = "Chest Strap", .device = "<<HKDevice: 0x3>, name:CS1>"};
-  person.devices.scale = Source{.name = "Bathroom Scale", .device = "<<HKDevice: 0x4>, name:BS2>"};
+      Source{.name = "Chest Strap", .device = "<<HKDevice: 0x3>, name:CS1>", .version = "2.4"};
+  person.devices.scale =
+      Source{.name = "Bathroom Scale", .device = "<<HKDevice: 0x4>, name:BS2>", .version = "5"};
   person.devices.oldScale = Source{.name = "Old Scale", .device = ""};
-  person.devices.mealDiary = Source{.name = "Meal Diary", .device = ""};
+  person.devices.mealDiary = Source{.name = "Meal Diary", .device = "", .version = "6.2.1"};
   person.devices.kitchenScale = Source{.name = "Kitchen Scale", .device = ""};
   return person;
 }
@@ -62,21 +65,46 @@ Person withPhoneAlone(std::string_view name, int number) {
                 .home = Zone::newYork,
                 .usualBedtime = 24 * hour};
   person.devices.phone = phoneNamed(std::string(name).append(possessive).append("iPhone"));
-  person.devices.runningApp = Source{.name = "Pace Log", .device = "", .delaySeconds = 5};
-  person.devices.byHand = Source{.name = "Health", .device = ""};
+  person.devices.runningApp =
+      Source{.name = "Pace Log", .device = "", .version = "3.8", .delaySeconds = 5};
   return person;
 }
 
-constexpr std::array<std::string_view, 8> furtherNames{
-    "Clara", "David", "Emma", "Felix", "Grace", "Henry", "Ida", "Jonas"};
+constexpr std::array furtherNames = std::to_array<std::string_view>(
+    {"Clara",  "David",  "Emma",   "Felix", "Grace",  "Henry",  "Ida",    "Jonas",  "Karin",
+     "Liam",   "Mona",   "Noah",   "Olga",  "Paul",   "Rosa",   "Simon",  "Tessa",  "Victor",
+     "Wanda",  "Xavier", "Yara",   "Zeno",  "Alma",   "Boris",  "Celia",  "Diego",  "Edith",
+     "Frank",  "Greta",  "Hugo",   "Irene", "Jakob",  "Kira",   "Leon",   "Maria",  "Nils",
+     "Olive",  "Peter",  "Quinn",  "Robin", "Sofia",  "Thomas", "Ursula", "Vera",   "Walter",
+     "Xenia",  "Yusuf",  "Zara",   "Anton", "Bella",  "Carl",   "Daria",  "Emil",   "Flora",
+     "Georg",  "Hanna",  "Ivan",   "Julia", "Klaus",  "Lena",   "Marco",  "Nora",   "Oscar",
+     "Petra",  "Rahel",  "Stefan", "Tilda", "Ulrich", "Viola",  "Werner", "Yvonne", "Zoltan",
+     "Agnes",  "Bruno",  "Carmen", "Dora",  "Elias",  "Fiona",  "Gustav", "Helga",  "Ines",
+     "Jasper", "Kaja",   "Lukas",  "Mila",  "Nadia",  "Otto",   "Paula",  "Ralf",   "Selma",
+     "Tobias", "Uma",    "Vito",   "Willa", "Ximena", "Yannick"});
+static_assert(furtherNames.size() + 3 == largestHousehold, "everybody has a name of one's own");
+
+/// Ann leaves the nights to her watch: what two sources say of the same sleep is added up, and
+/// hers are to be believable.
+Person ann() {
+  Person person = withWatchAndPhone("Ann", 1);
+  person.phoneNoticesSleep = false;
+  return person;
+}
+
+Person furtherMember(int number) {
+  const std::string_view name = furtherNames.at(static_cast<std::size_t>(number - 4));
+  if (number % 2 == 0) return withWatchAndPhone(name, number);
+  Person person = withPhoneAlone(name, number);
+  person.devices.byHand = Source{.name = "Health", .device = "", .version = "17.1"};
+  return person;
+}
 
 Person member(int number) {
-  if (number == 1) return withWatchAndPhone("Ann", number);
+  if (number == 1) return ann();
   if (number == 2) return withPhoneAlone("Ben", number);
   if (number == 3) return {.id = "mei-03", .name = "小美"};
-  const std::string_view name =
-      furtherNames[static_cast<std::size_t>(number - 4) % furtherNames.size()];
-  return number % 2 == 0 ? withWatchAndPhone(name, number) : withPhoneAlone(name, number);
+  return furtherMember(number);
 }
 
 }  // namespace

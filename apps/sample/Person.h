@@ -18,7 +18,7 @@ struct Devices {
   std::optional<Source> mealDiary;
   std::optional<Source> kitchenScale;  ///< counts in kilojoules
   std::optional<Source> runningApp;    ///< for those who train without a watch
-  std::optional<Source> byHand;        ///< typed into Apple Health
+  std::optional<Source> byHand;        ///< typed into Apple Health, once with a wrong date
 };
 
 /// Names one of a person's devices.
@@ -37,10 +37,14 @@ struct Person {
   Devices devices = {};
   Zone home = Zone::shanghai;
   std::optional<Zone> journeys =
-      std::nullopt;      ///< where the person spends two weeks of every autumn
-  int usualBedtime = 0;  ///< seconds after the midnight before; may be beyond the next one
+      std::nullopt;               ///< where the person spends two weeks of every autumn
+  int usualBedtime = 0;           ///< seconds after the midnight before; may be beyond the next one
+  bool phoneNoticesSleep = true;  ///< false for who leaves the nights to the watch alone
 };
 
+constexpr int largestHousehold = 99;
+
 /// The first `count` members of the household: Ann with watch and phone, Ben with a phone, 小美 who
-/// was paired a moment ago, then others of the first two kinds by turns.
+/// was paired a moment ago, then others of the first two kinds by turns. Names and identifiers are
+/// all different. `count` is at most `largestHousehold`.
 std::vector<Person> household(int count);

@@ -132,6 +132,20 @@ Member memberOf(const Person& person, std::size_t position, const HistoryRequest
   return member;
 }
 
+Member importedMemberOf(const Person& person, const HistoryRequest& request,
+                        const std::filesystem::path& database,
+                        const std::optional<std::string>& firstDay) {
+  const auto exported = static_cast<double>(lastSync(request.today).moment);
+  return {.id = person.id,
+          .name = person.name,
+          .dbPath = database.string(),
+          .createdAt = exported,
+          .lastSyncAt = exported,
+          .devices = {},
+          .backfill = BackfillState{
+              .frontier = firstDay, .earliest = firstDay, .done = true, .completeFrom = firstDay}};
+}
+
 namespace {
 
 /// A file descriptor, closed by the destructor.

@@ -6,6 +6,8 @@
 #include "sample/Person.h"
 
 #include <filesystem>
+#include <optional>
+#include <string>
 
 /// Where the member's database lies under `dataRoot`.
 std::filesystem::path databasePath(const std::filesystem::path& dataRoot, const Person& person);
@@ -14,6 +16,12 @@ std::filesystem::path databasePath(const std::filesystem::path& dataRoot, const 
 /// `database`.
 Member memberOf(const Person& person, std::size_t position, const HistoryRequest& request,
                 const std::filesystem::path& database);
+
+/// The entry of somebody whose history came from an export alone: no device is paired, and the
+/// history is complete from `firstDay` on.
+Member importedMemberOf(const Person& person, const HistoryRequest& request,
+                        const std::filesystem::path& database,
+                        const std::optional<std::string>& firstDay);
 
 /// Writes the roster to `path`, readable by the owner alone, and complete or not at all. Fails with
 /// std::system_error or std::filesystem::filesystem_error.

@@ -12,8 +12,9 @@
 /// Where samples come from.
 struct Source {
   std::string name;
-  std::string device;    ///< the hardware as Apple Health spells it; "" when there is none
-  int delaySeconds = 0;  ///< how long after its end a sample is filed
+  std::string device;        ///< the hardware as Apple Health spells it; "" when there is none
+  std::string version = {};  ///< of its software; "" when it gives none
+  int delaySeconds = 0;      ///< how long after its end a sample is filed
 
   bool operator==(const Source&) const = default;
 };
@@ -48,6 +49,7 @@ struct Sample {
 /// a phone reported; one in `entry.humidity_pct` is the percentage that older imports kept.
 struct Workout {
   WorkoutEntry entry;
+  const Source* source = nullptr;  ///< of that name; outlives the workout
   Stamp start;
   Stamp end;
 };

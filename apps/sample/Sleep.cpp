@@ -58,13 +58,14 @@ void tellNight(const Day& day, RecordSink& sink) {
   const Source* watch = day.source(&Devices::watch);
   if (watch != nullptr) tellStages(day, *watch, random.fork("stages"), sink);
 
-  const Source* phone = day.source(&Devices::phone);
-  if (phone == nullptr) return;
+  const bool phoneNotices = day.person.phoneNoticesSleep;
+  const Source* bedside = phoneNotices ? day.source(&Devices::phone) : watch;
+  if (bedside == nullptr) return;
   const int lightsOut = day.bed - random.whole(5 * minute, 25 * minute);
   const int outOfBed = day.nextWake + random.whole(1 * minute, 12 * minute);
-  tell(day, *phone, inBed, lightsOut, outOfBed, sink);
-  if (watch == nullptr || random.chance(0.15)) {
+  tell(day, *bedside, inBed, lightsOut, outOfBed, sink);
+  if (phoneNotices && (watch == nullptr || random.chance(0.15))) {
     const int asleep = day.bed + random.whole(0, 10 * minute);
-    tell(day, *phone, unspecified, asleep, day.nextWake - random.whole(0, 9 * minute), sink);
+    tell(day, *bedside, unspecified, asleep, day.nextWake - random.whole(0, 9 * minute), sink);
   }
 }

@@ -5,5 +5,6 @@
 #include "sample/Sample.h"
 
 /// Tells the night: its stages from the watch, the time in bed from the phone, and now and then
-/// (always without a watch) the phone's own guess at the sleep, which overlaps the stages.
+/// (always without a watch) the phone's own guess at the sleep, which overlaps the stages. Where
+/// the phone does not notice sleep, the watch tells the time in bed too, and nobody guesses.
 void tellNight(const Day& day, RecordSink& sink);

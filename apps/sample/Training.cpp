@@ -65,6 +65,7 @@ HeartRates tellHeartRates(const Day& day, const Session& session, double target,
 Workout bareWorkout(const Day& day, const Session& session, const Activity& activity,
                     const Source& source) {
   Workout workout;
+  workout.source = &source;
   workout.start = day.at(session.from);
   workout.end = workout.start.after(session.to - session.from);
   workout.entry.activity_type = activity.code;

@@ -102,6 +102,18 @@ TEST(History, EndsWithTheSyncAndBeginsYearsBefore) {
   EXPECT_EQ(observer.sourcesOfDay.begin()->first.substr(0, 7), "2024-11");
 }
 
+TEST(History, IsTheSameADayAtATime) {
+  const Person person = ann();
+  Observer observer;
+  History history(person, requestOf(20000));
+  int days = 0;
+  while (history.tellNextDay(observer)) ++days;
+
+  EXPECT_EQ(days, 366);
+  EXPECT_EQ(observer.keys, told(person, requestOf(20000)).keys);
+  EXPECT_FALSE(history.tellNextDay(observer));
+}
+
 TEST(History, HasNothingOfThoseWhoWereJustPaired) {
   const Observer observer = told(household(3).at(2), requestOf(std::nullopt));
 
@@ -119,8 +131,14 @@ TEST(History, LeavesTheWatchAtHomeNowAndThenAndInRepairForAWeek) {
   EXPECT_LT(daysWithout, 40U);
 }
 
-TEST(History, OfAPhoneAloneIsShorterThanFourHundredDaysWithItsMisdatedSample) {
+TEST(History, HasNothingFromTheFutureOfTheFirstTwoMembers) {
   const Observer observer = told(ben(), requestOf(std::nullopt));
+
+  EXPECT_LE(observer.lastEnd, lastSync(today).moment);
+}
+
+TEST(History, OfAPhoneAloneIsShorterThanFourHundredDaysWithItsMisdatedSample) {
+  const Observer observer = told(household(5).at(4), requestOf(std::nullopt));
   const std::string& first = observer.sourcesOfDay.begin()->first;
   const std::string& last = observer.sourcesOfDay.rbegin()->first;
 

@@ -46,16 +46,18 @@ const std::vector<Shape> shapesOfAnn{
      "SELECT COUNT(DISTINCT source_name) = 2 FROM records WHERE type = 'DistanceWalkingRunning'"},
     {"energies overlap",
      "SELECT COUNT(DISTINCT source_name) = 2 FROM records WHERE type = 'ActiveEnergyBurned'"},
-    {"every sleep stage",
-     "SELECT COUNT(DISTINCT value) = 6 FROM records WHERE type = 'SleepAnalysis' AND value IN"
+    {"every sleep stage of a watch, and the time in bed",
+     "SELECT COUNT(DISTINCT value) = 5 FROM records WHERE type = 'SleepAnalysis' AND value IN"
      " ('HKCategoryValueSleepAnalysisInBed', 'HKCategoryValueSleepAnalysisAwake',"
      " 'HKCategoryValueSleepAnalysisAsleepCore', 'HKCategoryValueSleepAnalysisAsleepDeep',"
-     " 'HKCategoryValueSleepAnalysisAsleepREM', 'HKCategoryValueSleepAnalysisAsleepUnspecified')"},
-    {"sleep from two sources overlaps",
-     "SELECT COUNT(*) FROM records a JOIN records b ON b.type = a.type"
-     " AND b.start_day = a.start_day AND b.source_name <> a.source_name"
-     " WHERE a.type = 'SleepAnalysis' AND a.value LIKE '%AsleepUnspecified'"
-     " AND b.value LIKE '%AsleepCore' AND b.start_date BETWEEN a.start_date AND a.end_date"},
+     " 'HKCategoryValueSleepAnalysisAsleepREM')"},
+    {"sleep from one source alone",
+     "SELECT COUNT(DISTINCT source_name) = 1 FROM records WHERE type = 'SleepAnalysis'"},
+    {"nights of a believable length",
+     "SELECT MAX(minutes) < 660 FROM (SELECT SUM(unixepoch(substr(end_date, 1, 19))"
+     " - unixepoch(substr(start_date, 1, 19))) / 60 AS minutes FROM records"
+     " WHERE type = 'SleepAnalysis' AND value LIKE '%Asleep%'"
+     " GROUP BY date(substr(start_date, 1, 19), '-12 hours'))"},
     {"oxygen as a fraction",
      "SELECT MIN(value_num > 0.9 AND value_num <= 1 AND unit = '%') FROM records"
      " WHERE type = 'OxygenSaturation'"},
@@ -185,17 +187,45 @@ const std::vector<Shape> shapesOfBen{
     {"no watch", "SELECT COUNT(*) = 0 FROM records WHERE source_name LIKE '%Watch%'"},
     {"winter and summer time at home",
      "SELECT COUNT(DISTINCT substr(start_date, 21)) = 2 FROM records"},
-    {"a record from the future", "SELECT COUNT(*) FROM records WHERE start_day > '2026-11-20'"},
+    {"no record from the future",
+     "SELECT COUNT(*) = 0 FROM records WHERE start_day > '2026-11-20'"},
     {"statistics that were never built",
      "SELECT (SELECT COUNT(*) FROM stat_types) + (SELECT COUNT(*) FROM stat_sources)"
      " + (SELECT COUNT(*) FROM stat_meta) = 0"},
     {"bare workouts", "SELECT COUNT(*) FROM workouts WHERE hr_avg IS NULL"},
 };
 
+const std::vector<Shape> shapesOfClara{
+    {"every sleep stage",
+     "SELECT COUNT(DISTINCT value) = 6 FROM records WHERE type = 'SleepAnalysis' AND value IN"
+     " ('HKCategoryValueSleepAnalysisInBed', 'HKCategoryValueSleepAnalysisAwake',"
+     " 'HKCategoryValueSleepAnalysisAsleepCore', 'HKCategoryValueSleepAnalysisAsleepDeep',"
+     " 'HKCategoryValueSleepAnalysisAsleepREM', 'HKCategoryValueSleepAnalysisAsleepUnspecified')"},
+    {"sleep from two sources overlaps",
+     "SELECT COUNT(*) FROM records a JOIN records b ON b.type = a.type"
+     " AND b.start_day = a.start_day AND b.source_name <> a.source_name"
+     " WHERE a.type = 'SleepAnalysis' AND a.value LIKE '%AsleepUnspecified'"
+     " AND b.value LIKE '%AsleepCore' AND b.start_date BETWEEN a.start_date AND a.end_date"},
+};
+
+const std::vector<Shape> shapesOfDavid{
+    {"a record from the future", "SELECT COUNT(*) FROM records WHERE start_day > '2026-11-20'"},
+};
+
 TEST(SampleLife, GivesBenWhatAPhoneAloneLeavesBehind) {
   Options options = natural();
   options.records = 1000;  // Ann is not the subject
   expectShapes(WrittenHousehold(options), "ben-02", shapesOfBen);
+}
+
+TEST(SampleLife, GivesLaterMembersWhatTheFirstTwoAreSpared) {
+  Options options = natural();
+  options.records = 1000;
+  options.members = 5;
+  const WrittenHousehold household(options);
+
+  expectShapes(household, "clara-04", shapesOfClara);
+  expectShapes(household, "david-05", shapesOfDavid);
 }
 
 }  // namespace

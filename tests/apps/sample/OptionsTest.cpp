@@ -54,6 +54,17 @@ INSTANTIATE_TEST_SUITE_P(
                                    options.seed = UINT64_MAX;
                                    options.today = 2024y / 2 / 29;
                                  })},
+                    AcceptedCase{"AsImported",
+                                 {"--as-imported", "--out", "d"},
+                                 optionsWith([](Options& options) { options.asImported = true; })},
+                    AcceptedCase{"Export",
+                                 {"--export", "e.zip", "--member", "Ben", "--seed", "3"},
+                                 optionsWith([](Options& options) {
+                                   options.out.clear();
+                                   options.exportTo = "e.zip";
+                                   options.member = "Ben";
+                                   options.seed = 3;
+                                 })},
                     AcceptedCase{"TheLastOfARepeatedOptionWins",
                                  {"--out", "c", "--seed", "1", "--out", "d", "--seed", "2"},
                                  optionsWith([](Options& options) { options.seed = 2; })},
@@ -87,34 +98,51 @@ TEST_P(RejectedOptions, SayWhatIsWrong) {
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, RejectedOptions,
-    testing::Values(RejectedCase{"NoArguments", {}, "--out is missing"},
-                    RejectedCase{"EmptyDirectory", {"--out", ""}, "--out wants a directory"},
-                    RejectedCase{
-                        "Unknown", {"--out", "d", "--size", "3"}, "unknown argument: --size"},
-                    RejectedCase{"MissingValue", {"--out", "d", "--seed"}, "--seed wants a value"},
-                    RejectedCase{"NoMembers",
-                                 {"--out", "d", "--members", "0"},
-                                 "--members wants a whole number from 1 to 99"},
-                    RejectedCase{"FractionOfAYear",
-                                 {"--out", "d", "--years", "1.5"},
-                                 "--years wants a whole number from 1 to 30"},
-                    RejectedCase{"NegativeSeed",
-                                 {"--out", "d", "--seed", "-1"},
-                                 "--seed wants a whole number from 0 to 18446744073709551615"},
-                    RejectedCase{"TooManyRecords",
-                                 {"--out", "d", "--records", "99999999999999999999"},
-                                 "--records wants a whole number from 1000 to 100000000"},
-                    RejectedCase{"NoSuchDay",
-                                 {"--out", "d", "--today", "2023-02-29"},
-                                 "--today wants a day as YYYY-MM-DD, 1971 or later"},
-                    RejectedCase{"TooLongAgo",
-                                 {"--out", "d", "--today", "1970-12-31"},
-                                 "--today wants a day as YYYY-MM-DD, 1971 or later"}),
+    testing::Values(
+        RejectedCase{"NoArguments", {}, "--out or --export is missing"},
+        RejectedCase{"DataRootAndExport",
+                     {"--out", "d", "--export", "e.zip"},
+                     "--out and --export exclude each other"},
+        RejectedCase{
+            "MemberOfADataRoot", {"--out", "d", "--member", "Ann"}, "--member belongs to --export"},
+        RejectedCase{"ImportedExport",
+                     {"--export", "e.zip", "--as-imported"},
+                     "--as-imported belongs to --out"},
+        RejectedCase{"EmptyExport", {"--export", ""}, "--export wants a file"},
+        RejectedCase{"EmptyDirectory", {"--out", ""}, "--out wants a directory"},
+        RejectedCase{"Unknown", {"--out", "d", "--size", "3"}, "unknown argument: --size"},
+        RejectedCase{"MissingValue", {"--out", "d", "--seed"}, "--seed wants a value"},
+        RejectedCase{"NoMembers",
+                     {"--out", "d", "--members", "0"},
+                     "--members wants a whole number from 1 to 99"},
+        RejectedCase{"FractionOfAYear",
+                     {"--out", "d", "--years", "1.5"},
+                     "--years wants a whole number from 1 to 30"},
+        RejectedCase{"NegativeSeed",
+                     {"--out", "d", "--seed", "-1"},
+                     "--seed wants a whole number from 0 to 18446744073709551615"},
+        RejectedCase{"TooManyRecords",
+                     {"--out", "d", "--records", "99999999999999999999"},
+                     "--records wants a whole number from 1000 to 100000000"},
+        RejectedCase{"NoSuchDay",
+                     {"--out", "d", "--today", "2023-02-29"},
+                     "--today wants a day as YYYY-MM-DD, 1971 or later"},
+        RejectedCase{"TooLongAgo",
+                     {"--out", "d", "--today", "1970-12-31"},
+                     "--today wants a day as YYYY-MM-DD, 1971 or later"}),
     [](const auto& test) { return test.param.name; });
 
 TEST(Usage, NamesEveryOption) {
-  for (const char* option :
-       {"--out", "--members", "--years", "--records", "--seed", "--today", "--help"}) {
+  for (const char* option : {"--out",
+                             "--export",
+                             "--member NAME",
+                             "--members",
+                             "--years",
+                             "--records",
+                             "--seed",
+                             "--today",
+                             "--as-imported",
+                             "--help"}) {
     EXPECT_NE(usage.find(option), std::string_view::npos) << option;
   }
 }

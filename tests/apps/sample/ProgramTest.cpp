@@ -1,11 +1,13 @@
 // The built program from outside: its exit statuses and what it says.
 
+#include "platform/Files.h"
 #include "support/ChildProcess.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -28,6 +30,48 @@ TEST(SampleProgram, WritesAHouseholdAndOneLineAMember) {
                                     "小美 \\(mei-03\\): 0 records, 0 workouts\n"));
   EXPECT_EQ(ending.errors, "");
   EXPECT_TRUE(std::filesystem::exists(folder / "root/members.json"));
+}
+
+TEST(SampleProgram, ExportsOneMemberAndSaysHowMuch) {
+  const TemporaryFolder folder;
+  const std::vector<std::string> size{"--years", "1", "--records", "2000", "--today", "2026-11-20"};
+  const auto with = [&size](std::vector<std::string> arguments) {
+    arguments.insert(arguments.end(), size.begin(), size.end());
+    return arguments;
+  };
+
+  const ChildProcess::Ending household = run(with({"--out", "root", "--members", "1"}), folder);
+  const ChildProcess::Ending zip = run(with({"--export", "e.zip"}), folder);
+  const ChildProcess::Ending xml = run(with({"--export", "export.xml", "--member", "Ann"}), folder);
+
+  EXPECT_EQ(zip, household);
+  EXPECT_EQ(xml, household);
+  EXPECT_EQ(fileContents(folder / "e.zip").value().substr(0, 4), "PK\3\4");
+  EXPECT_THAT(fileContents(folder / "export.xml").value(), testing::StartsWith("<?xml "));
+  using std::filesystem::perms;
+  EXPECT_EQ(std::filesystem::status(folder / "e.zip").permissions(),
+            perms::owner_read | perms::owner_write);
+}
+
+TEST(SampleProgram, LeavesAnExistingExportAlone) {
+  const TemporaryFolder folder;
+  folder.write("e.zip", "precious");
+
+  const ChildProcess::Ending ending = run({"--export", "e.zip", "--years", "1"}, folder);
+
+  EXPECT_EQ(ending.status, 1);
+  EXPECT_THAT(ending.errors, testing::HasSubstr("e.zip: File exists"));
+  EXPECT_EQ(fileContents(folder / "e.zip"), "precious");
+}
+
+TEST(SampleProgram, ExplainsItselfWhenAskedForAStrangersExport) {
+  const TemporaryFolder folder;
+
+  const ChildProcess::Ending ending = run({"--export", "e.zip", "--member", "Zoe"}, folder);
+
+  EXPECT_EQ(ending.status, 2);
+  EXPECT_THAT(ending.errors, testing::HasSubstr("--member names nobody among the first 3: Zoe"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "e.zip"));
 }
 
 TEST(SampleProgram, TakesTheMachinesDayWhenNoneIsGiven) {

@@ -1,0 +1,65 @@
+#include "import/DurableFile.h"
+#include "platform/Files.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace {
+
+[[noreturn]] void fail(const std::filesystem::path& path) {
+  throw std::system_error(errno, std::generic_category(), path.string());
+}
+
+/// A descriptor, closed by the destructor.
+class Descriptor {
+public:
+  Descriptor(const std::filesystem::path& path, int flags)
+      : path(path), descriptor(open(path.c_str(), flags | O_CLOEXEC, 0600)) {
+    if (descriptor < 0) fail(path);
+  }
+  ~Descriptor() { close(descriptor); }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  void write(std::string_view bytes) const {
+    if (!writeAll(descriptor, bytes)) fail(path);
+  }
+
+  /// Waits until the disk itself has what was written.
+  void sync() const {
+#ifdef F_FULLFSYNC
+    // Where fsync stops at the drive's cache, this goes on; not every file system can.
+    if (fcntl(descriptor, F_FULLFSYNC) == 0) return;
+#endif
+    if (fsync(descriptor) != 0) fail(path);
+  }
+
+private:
+  const std::filesystem::path& path;  ///< outlives the descriptor
+  int descriptor;
+};
+
+std::filesystem::path withoutLinks(const std::filesystem::path& path) {
+  return std::filesystem::is_symlink(path) ? std::filesystem::weakly_canonical(path) : path;
+}
+
+}  // namespace
+
+void replaceDurably(const std::filesystem::path& path, std::string_view bytes) {
+  const std::filesystem::path target = withoutLinks(path);
+  std::filesystem::path unfinished = target;
+  unfinished += ".new";
+  std::filesystem::remove(unfinished);  // what an interrupted writer left
+  {
+    const Descriptor file(unfinished, O_WRONLY | O_CREAT | O_EXCL);
+    file.write(bytes);
+    file.sync();
+  }
+  std::filesystem::rename(unfinished, target);
+  syncFolder(target.has_parent_path() ? target.parent_path() : ".");  // the new name is its entry
+}
+
+void syncFolder(const std::filesystem::path& path) { Descriptor(path, O_RDONLY).sync(); }

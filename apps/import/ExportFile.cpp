@@ -1,0 +1,201 @@
+#include "import/ExportFile.h"
+#include "import/ImportError.h"
+#include "import/ZipArchive.h"
+#include "platform/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <functional>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace {
+
+namespace phrases {
+constexpr Phrase missing{.zh = "没有这个文件或文件夹:{0}",
+                         .en = "There is no such file or folder: {0}"};
+constexpr Phrase unreadable{.zh = "读不出来:{0}", .en = "Cannot be read: {0}"};
+constexpr Phrase noXml{.zh = "{0} 里没有健康 App 导出的 export.xml",
+                       .en = "There is no export.xml of the Health app in {0}"};
+constexpr Phrase noArchive{.zh = "{0} 不是 zip 文件", .en = "{0} is not a zip archive"};
+constexpr std::array all{missing, unreadable, noXml, noArchive};
+static_assert(std::ranges::all_of(all, inBothLanguages));
+}  // namespace phrases
+
+/// Enough to reach the name of the root, which the document type declaration gives at its start.
+constexpr std::size_t beginningSize = 64UL << 10;
+
+class PlainFile : public ByteSource {
+public:
+  explicit PlainFile(const std::filesystem::path& file)
+      : path(file), stream(file, std::ios::binary) {
+    if (!stream) throw ImportError(phrases::unreadable, {path.string()});
+  }
+
+  std::size_t read(std::span<char> buffer) override {
+    stream.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+    if (stream.bad()) throw ImportError(phrases::unreadable, {path.string()});
+    return static_cast<std::size_t>(stream.gcount());
+  }
+
+private:
+  std::filesystem::path path;
+  std::ifstream stream;
+};
+
+std::string beginning(const std::filesystem::path& path, std::size_t size) {
+  PlainFile file(path);
+  std::string bytes(size, '\0');
+  bytes.resize(file.read(bytes));  // a file gives all it has, so one read is enough
+  return bytes;
+}
+
+bool beginsLikeExport(std::string_view bytes) {
+  return bytes.find("<!DOCTYPE HealthData") != std::string_view::npos ||
+         bytes.find("<HealthData") != std::string_view::npos;
+}
+
+/// One file of an archive or folder.
+struct Listed {
+  std::string name;       ///< from the top, folders set apart by "/"
+  std::size_t depth = 0;  ///< folders that it lies in
+
+  std::string_view lastPart() const {
+    return std::string_view(name).substr(name.find_last_of('/') + 1);
+  }
+};
+
+/// The hidden twins that macOS adds to archives.
+bool isMacCompanion(const Listed& file) {
+  return file.name.starts_with("__MACOSX/") || file.lastPart().starts_with("._");
+}
+
+/// The position in `files` of the export's XML; their count when there is none. `begins` tells
+/// whether the file at a position begins like an export.
+std::size_t xmlAmong(const std::vector<Listed>& files,
+                     const std::function<bool(std::size_t)>& begins) {
+  std::size_t found = files.size();
+  for (std::size_t index = 0; index < files.size(); ++index) {
+    const Listed& file = files[index];
+    if (file.depth > 1 || lowerCased(file.lastPart()) != "export.xml") continue;
+    if (found == files.size() || file.depth < files[found].depth) found = index;
+  }
+  if (found != files.size()) return found;
+
+  for (std::size_t index = 0; index < files.size(); ++index) {
+    const std::string last = lowerCased(files[index].lastPart());
+    if (files[index].depth > 1 || !last.ends_with(".xml") || last == "export_cda.xml") continue;
+    if (!isMacCompanion(files[index]) && begins(index)) return index;
+  }
+  return files.size();
+}
+
+ExportContents contentsOf(const std::vector<Listed>& files, std::size_t xml) {
+  ExportContents contents;
+  for (std::size_t index = 0; index < files.size(); ++index) {
+    const std::string last = lowerCased(files[index].lastPart());
+    if (index == xml || last == "export_cda.xml" || isMacCompanion(files[index])) continue;
+    if (last.ends_with(".gpx")) {
+      ++contents.routes;
+    } else if (last.ends_with(".csv")) {
+      ++contents.ecgs;
+    } else if (last.ends_with(".json")) {
+      ++contents.clinicalRecords;
+    } else {
+      ++contents.others;
+    }
+  }
+  return contents;
+}
+
+Listed listed(std::string name) {
+  const auto depth = static_cast<std::size_t>(std::ranges::count(name, '/'));
+  return {.name = std::move(name), .depth = depth};
+}
+
+/// Exports have a folder for the routes and one for the ECGs, and no folder inside those.
+constexpr int deepestFolder = 4;
+
+/// The files of `folder` and the folders inside it down to `depth`, in order of their names.
+std::vector<Listed> filesIn(const std::filesystem::path& folder, int depth) {
+  using std::filesystem::recursive_directory_iterator;
+  std::vector<Listed> files;
+  std::error_code error;
+  recursive_directory_iterator entry(
+      folder, std::filesystem::directory_options::skip_permission_denied, error);
+  for (; !error && entry != recursive_directory_iterator(); entry.increment(error)) {
+    if (entry.depth() >= depth) entry.disable_recursion_pending();
+    std::error_code unknown;
+    if (entry->is_regular_file(unknown)) {
+      files.push_back(listed(entry->path().lexically_relative(folder).generic_string()));
+    }
+  }
+  if (error) throw ImportError(phrases::unreadable, {folder.string()});
+  std::ranges::sort(files, {}, &Listed::name);
+  return files;
+}
+
+}  // namespace
+
+ExportFile::ExportFile(const std::filesystem::path& path) {
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(path, error);
+  if (status.type() == std::filesystem::file_type::not_found) {
+    throw ImportError(phrases::missing, {path.string()});
+  }
+  if (error) throw ImportError(phrases::unreadable, {path.string()});
+  if (std::filesystem::is_directory(status)) {
+    openFolder(path);
+  } else if (std::filesystem::is_regular_file(status) && beginning(path, 2) == "PK") {
+    openArchive(path);
+  } else if (lowerCased(path.extension().string()) == ".zip") {
+    throw ImportError(phrases::noArchive, {path.string()});
+  } else {
+    openFile(path);
+  }
+}
+
+void ExportFile::openFile(const std::filesystem::path& path) {
+  source = std::make_unique<PlainFile>(path);
+  xmlName = path.string();
+  std::error_code error;
+  const std::uintmax_t count = std::filesystem::file_size(path, error);
+  if (!error) bytes = count;
+}
+
+void ExportFile::openFolder(const std::filesystem::path& path) {
+  // Two levels are all it takes to find the XML, however much lies below a folder named by mistake.
+  const std::vector<Listed> files = filesIn(path, 1);
+  const std::size_t xml = xmlAmong(files, [&](std::size_t index) {
+    return beginsLikeExport(beginning(path / files[index].name, beginningSize));
+  });
+  if (xml == files.size()) throw ImportError(phrases::noXml, {path.string()});
+
+  const std::filesystem::path xmlPath = path / files[xml].name;
+  openFile(xmlPath);
+  const std::vector<Listed> neighbours = filesIn(xmlPath.parent_path(), deepestFolder);
+  const auto itself = std::ranges::find(neighbours, files[xml].lastPart(), &Listed::name);
+  beside = contentsOf(neighbours, static_cast<std::size_t>(itself - neighbours.begin()));
+}
+
+void ExportFile::openArchive(const std::filesystem::path& path) {
+  ZipArchive archive(path);
+  std::vector<Listed> files;
+  std::vector<ZipEntry> entries;
+  for (const ZipEntry& entry : archive.entries()) {
+    if (entry.name.ends_with('/')) continue;
+    files.push_back(listed(entry.name));
+    entries.push_back(entry);
+  }
+  const std::size_t xml = xmlAmong(files, [&](std::size_t index) {
+    return beginsLikeExport(archive.beginning(entries[index], beginningSize));
+  });
+  if (xml == files.size()) throw ImportError(phrases::noXml, {path.string()});
+  beside = contentsOf(files, xml);
+  bytes = entries[xml].size;
+  xmlName = files[xml].name;
+  source = std::move(archive).opened(entries[xml]);
+}

@@ -1,0 +1,225 @@
+#include "import/ExportReader.h"
+#include "import/ImportError.h"
+#include "import/SkipReasons.h"
+#include "import/TypeNames.h"
+#include "import/Units.h"
+#include "platform/AppleFormat.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <utility>
+
+namespace {
+
+/// Exports nest five deep and know some thirty kinds of elements.
+constexpr int deepestElement = 64;
+constexpr std::size_t mostOtherNames = 1000;
+
+namespace phrases {
+constexpr Phrase noExport{.zh = "没有 HealthData 元素:这不是健康 App 的导出,或者文件开头就断了。",
+                          .en =
+                              "There is no HealthData element: this is no export of the Health "
+                              "app, or one cut off at its beginning."};
+constexpr Phrase tooDeep{.zh = "第 {0} 行的元素嵌套太深,这不是健康 App 的导出。",
+                         .en =
+                             "The elements in line {0} are nested too deeply; this is no export "
+                             "of the Health app."};
+constexpr Phrase tooManyNames{.zh = "第 {0} 行起元素的种类太多,这不是健康 App 的导出。",
+                              .en =
+                                  "Up to line {0} there are too many kinds of elements; this is "
+                                  "no export of the Health app."};
+constexpr std::array all{noExport, tooDeep, tooManyNames};
+static_assert(std::ranges::all_of(all, inBothLanguages));
+}  // namespace phrases
+
+}  // namespace
+
+ExportReader::ExportReader(ExportSink& target) : sink(target), parser(*this) {}
+
+void ExportReader::feed(std::string_view bytes) {
+  parser.parse(text.cleaned(prolog.passed(bytes)));
+}
+
+void ExportReader::finish() {
+  // Without a root the parser would say no more than that the file is empty.
+  if (!prolog.over()) throw ImportError(phrases::noExport);
+  parser.parse(text.rest());
+  parser.finish();
+}
+
+void ExportReader::startElement(std::string_view name, const Attributes& attributes) {
+  ++depth;
+  if (depth > deepestElement) {
+    throw ImportError(phrases::tooDeep, {std::to_string(parser.line())});
+  }
+  if (ignoredDepth != 0) return;
+  if (depth == 1) {
+    if (name != "HealthData") throw ImportError(phrases::noExport);
+  } else if (depth == 2) {
+    startTopElement(name, attributes);
+  } else {
+    startPart(name, attributes);
+  }
+}
+
+void ExportReader::endElement() {
+  if (ignoredDepth == depth) ignoredDepth = 0;
+  if (depth == 2 && workout) {
+    sink.add(std::move(*workout).finished());
+    workout.reset();
+  }
+  --depth;
+}
+
+/// An element of the root. The parts of those that are not stored, or cannot be, go with them; so
+/// do the records inside a Correlation, which stand at the top as well.
+void ExportReader::startTopElement(std::string_view name, const Attributes& attributes) {
+  bool partsMatter = false;
+  if (name == "Record") {
+    partsMatter = addRecord(attributes);
+  } else if (name == "Workout") {
+    partsMatter = startWorkout(attributes);
+  } else if (name == "ActivitySummary") {
+    addDay(attributes);
+  } else if (name == "ExportDate") {
+    if (const auto stamp = attributes.findFilled("value")) sink.exportedAt(*stamp);
+  } else {
+    tellNotStored(name);
+  }
+  if (!partsMatter) ignoredDepth = depth;
+}
+
+/// A part of a record or workout. What a part holds in turn belongs to it alone: the statistics of
+/// one activity of a workout are not the workout's.
+void ExportReader::startPart(std::string_view name, const Attributes& attributes) {
+  ignoredDepth = depth;
+  if (name == "MetadataEntry") {
+    // Details of a record have no column; counting millions of them would tell nobody anything.
+    if (workout) workout->addMetadata(attributes);
+  } else if (workout && name == "WorkoutStatistics") {
+    workout->addStatistics(attributes);
+  } else {
+    tellNotStored(name);
+  }
+}
+
+void ExportReader::tellNotStored(std::string_view name) {
+  if (!otherNames.contains(name)) {
+    otherNames.emplace(name);
+    if (otherNames.size() > mostOtherNames) {
+      throw ImportError(phrases::tooManyNames, {std::to_string(parser.line())});
+    }
+  }
+  sink.notStored(name);
+}
+
+/// Whether `stamp` begins with a day. The start of a stamp is all that is asked of it: phones with
+/// other clocks and calendars have written hours in several ways.
+bool ExportReader::isDay(std::string_view stamp) {
+  constexpr std::size_t length = 10;
+  const std::string_view day = stamp.substr(0, length);
+  if (day.size() < length) return false;
+  if (day == knownDay) return true;
+  if (!AppleFormat::dayParser.parse(day)) return false;
+  knownDay = day;
+  return true;
+}
+
+namespace {
+
+/// How the numbers of a type are stored; no conversion means as exported.
+struct StoredUnit {
+  std::optional<double> (*conversion)(const Quantity&) = nullptr;
+  std::string_view unit;
+};
+
+StoredUnit storedUnit(std::string_view type) {
+  if (type.starts_with("Distance")) return {Units::kilometres, "km"};
+  if (type.ends_with("EnergyBurned")) return {Units::kilocalories, "kcal"};
+  if (type == "BodyMass") return {Units::kilograms, "kg"};
+  return {};
+}
+
+/// Brings unit and number to the unit in which the type is stored.
+void convert(ExportedRecord& record) {
+  if (!record.unit || !record.number) return;
+  const StoredUnit stored = storedUnit(record.type);
+  if (stored.conversion == nullptr || *record.unit == stored.unit) return;
+  const std::optional<double> number =
+      stored.conversion({.number = *record.number, .unit = *record.unit});
+  if (!number) {
+    record.unknownUnit = true;
+    return;
+  }
+  record.number = number;
+  record.unit = stored.unit;
+  record.converted = true;
+}
+
+}  // namespace
+
+/// Whether the record was one; tells the sink either way.
+bool ExportReader::addRecord(const Attributes& attributes) {
+  ExportedRecord record;
+  record.type = TypeNames::ofRecord(attributes.find("type").value_or(std::string_view()));
+  record.startDate = attributes.find("startDate").value_or(std::string_view());
+  if (record.type.empty()) {
+    sink.skipped(SkipReasons::noType.en, parser.line());
+    return false;
+  }
+  if (!isDay(record.startDate)) {
+    const bool missing = record.startDate.empty();
+    sink.skipped((missing ? SkipReasons::noStart : SkipReasons::startIsNoDate).en, parser.line());
+    return false;
+  }
+  record.startDay = record.startDate.substr(0, 10);
+  record.endDate = attributes.find("endDate");
+  record.creationDate = attributes.find("creationDate");
+  record.sourceName = attributes.find("sourceName");
+  record.device = attributes.find("device");
+  record.unit = attributes.find("unit");
+  record.value = attributes.find("value");
+  if (record.value) record.number = Units::number(*record.value);
+  convert(record);
+  sink.add(record);
+  return true;
+}
+
+/// Whether the workout can be stored; tells the sink when not.
+bool ExportReader::startWorkout(const Attributes& attributes) {
+  const std::string_view start = attributes.find("startDate").value_or(std::string_view());
+  if (!isDay(start)) {
+    const bool missing = start.empty();
+    sink.skipped((missing ? SkipReasons::noStart : SkipReasons::startIsNoDate).en, parser.line());
+    return false;
+  }
+  workout.emplace(start, attributes);
+  return true;
+}
+
+void ExportReader::addDay(const Attributes& attributes) {
+  const std::string_view date = attributes.find("dateComponents").value_or(std::string_view());
+  if (date.size() != 10 || !isDay(date)) {
+    const bool missing = date.empty();
+    sink.skipped((missing ? SkipReasons::noDay : SkipReasons::dayIsNoDate).en, parser.line());
+    return;
+  }
+  const auto number = [&attributes](std::string_view name) {
+    const std::optional<std::string_view> value = attributes.find(name);
+    return value ? Units::number(*value) : std::nullopt;
+  };
+  const std::optional<std::string_view> unit = attributes.find("activeEnergyBurnedUnit");
+  sink.add(ExportedActivityDay{
+      .date = std::string(date),
+      .activeEnergy = number("activeEnergyBurned"),
+      .activeEnergyGoal = number("activeEnergyBurnedGoal"),
+      .activeEnergyUnit = unit ? std::optional<std::string>(*unit) : std::nullopt,
+      .moveTime = number("appleMoveTime"),
+      .moveTimeGoal = number("appleMoveTimeGoal"),
+      .exerciseTime = number("appleExerciseTime"),
+      .exerciseTimeGoal = number("appleExerciseTimeGoal"),
+      .standHours = number("appleStandHours"),
+      .standHoursGoal = number("appleStandHoursGoal"),
+  });
+}

@@ -1,0 +1,58 @@
+#pragma once
+// Reads the XML of an export and tells a sink what it holds.
+
+#include "import/Attributes.h"
+#include "import/ExportSink.h"
+#include "import/Prolog.h"
+#include "import/WorkoutParts.h"
+#include "import/XmlParser.h"
+#include "import/XmlText.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+/// Takes the bytes in pieces of any size and keeps no more of them than one element.
+///
+/// Elements that the XML is sound about but the database cannot take are told to the sink and left
+/// out. Broken XML throws ImportError with line and column; so does a file that is no Health
+/// export, and one nested deeper or of longer elements or more kinds of them than any export has,
+/// which only exists to exhaust memory. What the sink throws passes through. After an exception the
+/// reader is of no more use.
+class ExportReader : private XmlHandler {
+public:
+  explicit ExportReader(ExportSink& target);  ///< `target` outlives the reader
+
+  void feed(std::string_view bytes);
+  void finish();  ///< after the last byte
+
+  /// Characters that XML forbids, and references to them, dropped so far.
+  std::int64_t droppedCharacters() const { return text.droppedCharacters(); }
+  /// Ill-formed pieces of UTF-8 replaced by U+FFFD so far.
+  std::int64_t replacedSequences() const { return text.replacedSequences(); }
+
+private:
+  void startElement(std::string_view name, const Attributes& attributes) override;
+  void endElement() override;
+
+  void startTopElement(std::string_view name, const Attributes& attributes);
+  void startPart(std::string_view name, const Attributes& attributes);
+  bool addRecord(const Attributes& attributes);
+  bool startWorkout(const Attributes& attributes);
+  void addDay(const Attributes& attributes);
+  void tellNotStored(std::string_view name);
+  bool isDay(std::string_view stamp);
+
+  ExportSink& sink;
+  Prolog prolog;
+  XmlText text;
+  XmlParser parser;
+  int depth = 0;         ///< of the element that is open, the root being 1
+  int ignoredDepth = 0;  ///< of the element whose parts are of no interest; 0 is none
+  std::optional<WorkoutParts> workout;            ///< the one that is open
+  std::string knownDay;                           ///< the last text found to be a day
+  std::set<std::string, std::less<>> otherNames;  ///< told as not stored
+};

@@ -1,0 +1,152 @@
+#include "import/ImportCommandLine.h"
+#include "platform/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+namespace {
+
+namespace phrases {
+
+constexpr Phrase usage{
+    .zh = R"(larkspur-import —— 把 iPhone「健康」App 导出的数据导入 Larkspur
+
+  larkspur-import [--data-root <dir>] --member <name> [--id <id>] <export>
+
+  --data-root <dir>   数据目录(默认 ~/Library/Application Support/Larkspur)
+  --member <name>     数据属于谁;名册里没有这个名字时新增一位成员
+  --id <id>           成员的 id:用来区分同名的人,或给新成员指定 id
+  --help              显示这段说明
+  --version           显示版本
+
+<export> 是导出得到的 .zip、其中的 export.xml,或解压后的文件夹。
+同一份导出再导一次不会有变化;较新的导出只补上新的数据。
+)",
+    .en = R"(larkspur-import: brings what the iPhone's Health app exports into Larkspur
+
+  larkspur-import [--data-root <dir>] --member <name> [--id <id>] <export>
+
+  --data-root <dir>   data root (default ~/Library/Application Support/Larkspur)
+  --member <name>     whose data it is; a name that the roster lacks becomes a new member
+  --id <id>           the member's id: tells people of one name apart, or names a new member's
+  --help              this text
+  --version           the version
+
+<export> is the .zip that was exported, the export.xml inside it, or the unpacked folder.
+Importing the same export again changes nothing; a newer one adds what is new.
+)"};
+constexpr Phrase unknownArgument{.zh = "不认识的参数:{0}", .en = "unknown argument: {0}"};
+constexpr Phrase valueMissing{.zh = "{0} 少了一个值", .en = "{0} wants a value"};
+constexpr Phrase secondExport{.zh = "只能给一份导出,多出来的是:{0}",
+                              .en = "one export at a time, and this is a second: {0}"};
+constexpr Phrase exportMissing{.zh = "没有说要导入哪份导出", .en = "the export is missing"};
+constexpr Phrase memberMissing{.zh = "少了 --member", .en = "--member is missing"};
+constexpr Phrase nameUnusable{.zh = "--member 要一个 UTF-8 编码的非空名字",
+                              .en = "--member wants a name, in UTF-8 and not empty"};
+constexpr Phrase idUnusable{
+    .zh = "--id 只能由 1 到 64 个字母、数字、- 和 _ 组成",
+    .en = "--id wants 1 to 64 letters, digits, hyphens and underscores, nothing else"};
+constexpr std::array all{&usage,
+                         &unknownArgument,
+                         &valueMissing,
+                         &secondExport,
+                         &exportMissing,
+                         &memberMissing,
+                         &nameUnusable,
+                         &idUnusable};
+static_assert(std::ranges::all_of(all,
+                                  [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
+
+}  // namespace phrases
+
+constexpr int usageError = 2;
+
+/// An id is the name of a folder and a part of resource addresses, so it is kept to characters that
+/// mean nothing to either.
+bool usableID(std::string_view id) {
+  constexpr std::size_t longest = 64;
+  return !id.empty() && id.size() <= longest && std::ranges::all_of(id, [](char letter) {
+    return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') ||
+           (letter >= '0' && letter <= '9') || letter == '-' || letter == '_';
+  });
+}
+
+bool usableName(std::string_view name) {
+  return repaired(name) == name && !trimmedWhitespace(name).empty();
+}
+
+/// Collects the arguments of one command line.
+class Reading {
+public:
+  Reading(const std::filesystem::path& defaultDataRoot, SummaryLang lang)
+      : order{.dataRoot = defaultDataRoot, .name = {}, .id = {}, .source = {}}, lang(lang) {}
+
+  ImportCommandLine::Say refusal(const Phrase& phrase, std::string_view value = {}) const {
+    return {.text = "larkspur-import: " + filled(phrase.in(lang), {value}) + "\n\n" +
+                    std::string(phrases::usage.in(lang)),
+            .toStderr = true,
+            .status = usageError};
+  }
+
+  ImportCommandLine::Say answer(std::string text) const {
+    return {.text = std::move(text), .toStderr = false, .status = 0};
+  }
+
+  /// What is wrong with the value; `nullopt` when it was taken.
+  std::optional<ImportCommandLine::Say> take(std::string_view option, std::string_view value) {
+    if (option == "--data-root") {
+      order.dataRoot = value;
+    } else if (option == "--member") {
+      if (!usableName(value)) return refusal(phrases::nameUnusable);
+      order.name = value;
+    } else {
+      if (!usableID(value)) return refusal(phrases::idUnusable);
+      order.id = value;
+    }
+    return std::nullopt;
+  }
+
+  std::optional<ImportCommandLine::Say> takeExport(std::string_view path) {
+    if (!order.source.empty()) return refusal(phrases::secondExport, path);
+    order.source = path;
+    return std::nullopt;
+  }
+
+  std::variant<ImportOrder, ImportCommandLine::Say> finished() const {
+    if (order.name.empty()) return refusal(phrases::memberMissing);
+    if (order.source.empty()) return refusal(phrases::exportMissing);
+    return order;
+  }
+
+private:
+  ImportOrder order;
+  SummaryLang lang;
+};
+
+}  // namespace
+
+std::variant<ImportOrder, ImportCommandLine::Say> ImportCommandLine::parsed(
+    std::span<const char* const> arguments, const std::filesystem::path& defaultDataRoot,
+    SummaryLang lang) {
+  Reading reading(defaultDataRoot, lang);
+  for (std::size_t index = 0; index < arguments.size(); ++index) {
+    const std::string_view argument = arguments[index];
+    std::optional<Say> wrong;
+    if (argument == "-h" || argument == "--help") {
+      return reading.answer(std::string(phrases::usage.in(lang)));
+    }
+    if (argument == "--version") return reading.answer("larkspur-import " LARKSPUR_VERSION "\n");
+    if (argument == "--data-root" || argument == "--member" || argument == "--id") {
+      if (index + 1 == arguments.size()) return reading.refusal(phrases::valueMissing, argument);
+      wrong = reading.take(argument, arguments[++index]);
+    } else if (argument.starts_with("-") || argument.empty()) {
+      wrong = reading.refusal(phrases::unknownArgument, argument);
+    } else {
+      wrong = reading.takeExport(argument);
+    }
+    if (wrong) return *wrong;
+  }
+  return reading.finished();
+}

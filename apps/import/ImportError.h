@@ -1,0 +1,24 @@
+#pragma once
+// Why an import cannot go on, told in both languages.
+
+#include "summary/SummaryLang.h"
+
+#include <initializer_list>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+/// Ends the import; nothing of the run is kept. `what()` is the English text.
+class ImportError : public std::runtime_error {
+public:
+  /// `phrase` with its marks "{0}", "{1}", ... replaced by `values`.
+  explicit ImportError(const Phrase& phrase, std::initializer_list<std::string_view> values = {});
+
+  const std::string& text(SummaryLang lang) const noexcept;
+
+private:
+  // A pair of texts that copying cannot fail on would need sharing; an error that is thrown once
+  // and caught by reference is never copied.
+  std::string chinese;
+  std::string english;
+};

@@ -1,0 +1,27 @@
+#pragma once
+// What an import says when it has ended.
+
+#include "import/ExportFile.h"
+#include "import/ImportTally.h"
+#include "summary/SummaryLang.h"
+
+#include <cstdint>
+#include <string>
+
+/// A run that has ended well.
+struct ImportReport {
+  std::string name;  ///< the member's
+  std::string id;    ///< the member's
+  bool newMember = false;
+  std::string source;  ///< as named on the command line
+  ImportTally tally;
+  std::int64_t droppedCharacters = 0;
+  std::int64_t replacedSequences = 0;
+  ExportContents beside;
+  double seconds = 0;  ///< that it took
+
+  bool operator==(const ImportReport&) const = default;
+};
+
+/// The report for a person to read, in lines with their last line feed.
+std::string reportText(const ImportReport& report, SummaryLang lang);

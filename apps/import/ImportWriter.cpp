@@ -1,0 +1,199 @@
+#include "import/ImportWriter.h"
+#include "import/ImportStatistics.h"
+#include "platform/AppleFormat.h"
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+void run(Database& database, const std::string& sql) { database.prepare(sql, "").run(); }
+
+/// 0 when there are no records.
+std::int64_t lastRow(const Database& database) {
+  Statement query = database.prepare("SELECT MAX(rowid) FROM records", "");
+  const std::optional<Row> row = query.next();
+  return row ? row->find<std::int64_t>(0).value_or(0) : 0;
+}
+
+/// Settings for one long transaction, then its beginning; returns the last rowid of the records.
+std::int64_t begun(Database& database, const ImportWriter::Setting& setting) {
+  // The roster is written after the commit and says that the data is there: the commit has to be on
+  // the disk by then, not on its way.
+  run(database, "PRAGMA synchronous=EXTRA");
+  run(database, "PRAGMA fullfsync=ON");  // where fsync alone stops at the drive's cache
+  run(database, "PRAGMA checkpoint_fullfsync=ON");
+  run(database, "PRAGMA cache_size=-" + std::to_string(setting.cacheKibibytes));
+  // A database that nobody can know of yet gets a rollback journal: it holds what pages were
+  // before, which is nothing for those that are new, while a write-ahead log would take every page
+  // several times over. One that somebody may read keeps its log, so that readers go on meanwhile
+  // and find a whole database even after this process was killed.
+  // The store turns the log on again when it next opens the file for writing.
+  if (!setting.inUse) run(database, "PRAGMA journal_mode=DELETE");
+  run(database, "BEGIN IMMEDIATE");
+  return lastRow(database);
+}
+
+constexpr const char* recordSearch =
+    "SELECT 1 FROM records WHERE type = ? AND source_name IS ? AND start_date = ?"
+    " AND end_date IS ? AND value IS ?";
+constexpr const char* recordInsertion =
+    "INSERT OR IGNORE INTO records (type, source_name, device, unit, start_date, start_day,"
+    " end_date, creation_date, value, value_num) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
+// Every text of a workout's key may be missing, and for the constraint a NULL equals nothing.
+constexpr const char* workoutInsertion =
+    "INSERT INTO workouts (activity_type, source_name, start_date, end_date, duration_min,"
+    " start_day, creation_date, distance_km, active_energy_kcal, basal_energy_kcal, hr_avg, hr_min,"
+    " hr_max, elevation_m, avg_mets, indoor, temp_c, humidity_pct)"
+    " SELECT ?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16, ?17, ?18"
+    " WHERE NOT EXISTS (SELECT 1 FROM workouts WHERE activity_type IS ?1 AND source_name IS ?2"
+    " AND start_date = ?3 AND end_date IS ?4) RETURNING 1";
+constexpr const char* humidityInsertion =
+    "INSERT OR REPLACE INTO workout_humidity (workout_id, data) VALUES (?, ?)";
+constexpr const char* dayInsertion =
+    "INSERT INTO activity_summary (date, active_energy, active_energy_goal, active_energy_unit,"
+    " move_time, move_time_goal, exercise_time, exercise_time_goal, stand_hours, stand_hours_goal)"
+    " VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT (date) DO ";
+constexpr const char* dayReplacement =
+    "UPDATE SET active_energy = excluded.active_energy,"
+    " active_energy_goal = excluded.active_energy_goal,"
+    " active_energy_unit = excluded.active_energy_unit, move_time = excluded.move_time,"
+    " move_time_goal = excluded.move_time_goal, exercise_time = excluded.exercise_time,"
+    " exercise_time_goal = excluded.exercise_time_goal, stand_hours = excluded.stand_hours,"
+    " stand_hours_goal = excluded.stand_hours_goal"
+    " WHERE (active_energy, active_energy_goal, active_energy_unit, move_time, move_time_goal,"
+    " exercise_time, exercise_time_goal, stand_hours, stand_hours_goal) IS NOT"
+    " (excluded.active_energy, excluded.active_energy_goal, excluded.active_energy_unit,"
+    " excluded.move_time, excluded.move_time_goal, excluded.exercise_time,"
+    " excluded.exercise_time_goal, excluded.stand_hours, excluded.stand_hours_goal)";
+
+/// Runs a statement that returns a row when it changed one.
+bool changed(Statement& statement) {
+  bool any = false;
+  while (statement.next()) any = true;
+  statement.reset();
+  return any;
+}
+
+std::optional<std::string_view> unlessEmpty(std::string_view text) {
+  if (text.empty()) return std::nullopt;
+  return text;
+}
+
+}  // namespace
+
+ImportWriter::ImportWriter(Database& database, Setting setting)
+    : database(database),
+      setting(setting),
+      lastRowBefore(begun(database, setting)),
+      findRecord(database.prepare(recordSearch, "")),
+      insertRecord(database.prepare(recordInsertion, "")),
+      insertWorkout(database.prepare(workoutInsertion, "")),
+      insertHumidity(database.prepare(humidityInsertion, "")),
+      upsertDay(database.prepare(std::string(dayInsertion) + dayReplacement + " RETURNING 1", "")),
+      insertDay(database.prepare(std::string(dayInsertion) + "NOTHING RETURNING 1", "")) {}
+
+void ImportWriter::exportedAt(std::string_view stamp) {
+  counts.exportedAt = stamp;
+  const std::optional<std::int64_t> moment = AppleFormat::stampParser.parse(stamp);
+  olderExport = moment && setting.lastSyncAt && static_cast<double>(*moment) < *setting.lastSyncAt;
+}
+
+/// Binds only what differs from the row before; most of a row's texts are the same as its
+/// neighbour's, and binding copies.
+void ImportWriter::bindIfChanged(std::size_t position, std::optional<std::string_view> text) {
+  std::optional<std::string>& present = bound[position - 1];
+  if (text ? present && *present == *text : !present) return;
+  if (text) {
+    present = *text;
+  } else {
+    present.reset();
+  }
+  insertRecord.bind(static_cast<int>(position), text);
+}
+
+bool ImportWriter::isStored(const ExportedRecord& record) {
+  findRecord.bind(1, record.type).bind(2, record.sourceName).bind(3, record.startDate);
+  findRecord.bind(4, record.endDate).bind(5, record.value);
+  return changed(findRecord);
+}
+
+void ImportWriter::add(const ExportedRecord& record) {
+  ++counts.records.read;
+  if (record.converted) ++counts.converted;
+  if (record.unknownUnit) ++counts.unknownUnits;
+  if (record.startDay) counts.met(*record.startDay);
+
+  // For the table's constraint a NULL equals nothing, so such a row would come again every time.
+  const bool comparable = record.sourceName && record.endDate && record.value;
+  if (!comparable && isStored(record)) return;
+  bindIfChanged(1, record.type);
+  bindIfChanged(2, record.sourceName);
+  bindIfChanged(3, record.device);
+  bindIfChanged(4, record.unit);
+  insertRecord.bind(5, record.startDate).bind(6, record.startDay).bind(7, record.endDate);
+  insertRecord.bind(8, record.creationDate).bind(9, record.value).bind(10, record.number);
+  insertRecord.run();
+}
+
+void ImportWriter::add(const ExportedWorkout& workout) {
+  const WorkoutEntry& entry = workout.entry;
+  const std::string day = entry.start.substr(0, 10);
+  ++counts.workouts.read;
+  if (workout.converted) ++counts.converted;
+  if (workout.unknownUnit) ++counts.unknownUnits;
+  counts.met(day);
+
+  insertWorkout.bind(1, unlessEmpty(entry.activity_type)).bind(2, unlessEmpty(entry.source));
+  insertWorkout.bind(3, entry.start).bind(4, unlessEmpty(entry.end)).bind(5, entry.duration_min);
+  insertWorkout.bind(6, day).bind(7, workout.creationDate).bind(8, entry.distance_km);
+  insertWorkout.bind(9, entry.active_energy_kcal).bind(10, entry.basal_energy_kcal);
+  insertWorkout.bind(11, entry.hr_avg).bind(12, entry.hr_min).bind(13, entry.hr_max);
+  insertWorkout.bind(14, entry.elevation_m).bind(15, entry.avg_mets);
+  insertWorkout.bind(
+      16, entry.indoor ? std::optional<std::int64_t>(*entry.indoor ? 1 : 0) : std::nullopt);
+  insertWorkout.bind(17, entry.temp_c).bind(18, entry.humidity_pct);
+  if (!changed(insertWorkout)) return;
+  ++counts.workouts.added;
+  if (entry.humidity) addHumidity(entry);
+}
+
+void ImportWriter::addHumidity(const WorkoutEntry& entry) {
+  const std::string data = nlohmann::ordered_json(*entry.humidity).dump();
+  insertHumidity.bind(1, entry.workout_id()).bind(2, data).run();
+}
+
+void ImportWriter::add(const ExportedActivityDay& day) {
+  ++counts.activityDays.read;
+  Statement& statement = olderExport ? insertDay : upsertDay;
+  statement.bind(1, day.date).bind(2, day.activeEnergy).bind(3, day.activeEnergyGoal);
+  statement.bind(4, day.activeEnergyUnit).bind(5, day.moveTime).bind(6, day.moveTimeGoal);
+  statement.bind(7, day.exerciseTime).bind(8, day.exerciseTimeGoal);
+  statement.bind(9, day.standHours).bind(10, day.standHoursGoal);
+  if (changed(statement)) ++counts.activityDays.added;
+}
+
+void ImportWriter::notStored(std::string_view element) { counts.count(element); }
+
+void ImportWriter::skipped(std::string_view reason, long long line) { counts.skip(reason, line); }
+
+void ImportWriter::insertRun(const Origin& origin) {
+  Statement insert = database.prepare(
+      "INSERT INTO imports (imported_at, source_file, source_bytes, n_records, n_workouts,"
+      " n_summary, n_ecg, n_routes) VALUES (?, ?, ?, ?, ?, ?, 0, 0)",
+      "");
+  insert.bind(1, origin.importedAt).bind(2, origin.sourceFile).bind(3, origin.sourceBytes);
+  insert.bind(4, counts.records.added).bind(5, counts.workouts.added);
+  insert.bind(6, counts.activityDays.added).run();
+}
+
+void ImportWriter::finish(const Origin& origin) {
+  // A row that is ignored takes no rowid, and a new one always that after the last.
+  counts.records.added = lastRow(database) - lastRowBefore;
+  if (counts.records.added > 0 || !ImportStatistics::built(database)) {
+    ImportStatistics::rebuild(database);
+  }
+  counts.sources = ImportStatistics::sources(database);
+  firstStored = ImportStatistics::firstDay(database);
+  insertRun(origin);
+  run(database, "COMMIT");
+}

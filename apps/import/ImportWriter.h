@@ -1,0 +1,78 @@
+#pragma once
+// Puts an export into a member's database.
+
+#include "import/ExportSink.h"
+#include "import/ImportTally.h"
+#include "store/Database.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Writes in one transaction, which `finish` commits: a run that ends in any other way, the death
+/// of the process and a power failure included, leaves the database as it was. What is stored
+/// already stays as it is, but for the rings of a day, which a newer export knows better. Failures
+/// leave as ReceiverError with SQLite's own message, mostly.
+class ImportWriter final : public ExportSink {
+public:
+  struct Setting {
+    /// The roster names the member, so somebody may be reading the database meanwhile.
+    bool inUse = true;
+    /// Moment of the last export or sync that the database holds, seconds since 1970. The rings of
+    /// an older export replace none.
+    std::optional<double> lastSyncAt = std::nullopt;
+    /// Memory for pages. What does not fit is written early, inside the transaction.
+    int cacheKibibytes = 24576;
+  };
+
+  /// What the table of imports keeps of the run.
+  struct Origin {
+    std::string importedAt;        ///< stamp
+    std::string sourceFile;        ///< the export's name
+    std::int64_t sourceBytes = 0;  ///< of XML
+  };
+
+  /// Begins. `database` has the present schema, may be written, has no open transaction, and
+  /// outlives the writer.
+  ImportWriter(Database& database, Setting setting);
+
+  void exportedAt(std::string_view stamp) override;
+  void add(const ExportedRecord& record) override;
+  void add(const ExportedWorkout& workout) override;
+  void add(const ExportedActivityDay& day) override;
+  void notStored(std::string_view element) override;
+  void skipped(std::string_view reason, long long line) override;
+
+  /// Brings the statistics up to date and commits. The writer takes nothing more.
+  void finish(const Origin& origin);
+
+  /// Complete after `finish`.
+  const ImportTally& tally() const { return counts; }
+
+  /// The first day of all records in the database, after `finish`; absent without records.
+  const std::optional<std::string>& firstStoredDay() const { return firstStored; }
+
+private:
+  bool isStored(const ExportedRecord& record);
+  void bindIfChanged(std::size_t position, std::optional<std::string_view> text);
+  void addHumidity(const WorkoutEntry& entry);
+  void insertRun(const Origin& origin);
+
+  Database& database;
+  Setting setting;
+  std::int64_t lastRowBefore;
+  Statement findRecord;
+  Statement insertRecord;
+  Statement insertWorkout;
+  Statement insertHumidity;
+  Statement upsertDay;
+  Statement insertDay;
+  /// What the first four positions of `insertRecord` are bound to: neighbours share most of it.
+  std::array<std::optional<std::string>, 4> bound;
+  bool olderExport = false;
+  ImportTally counts;
+  std::optional<std::string> firstStored;
+};

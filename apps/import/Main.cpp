@@ -1,0 +1,63 @@
+// larkspur-import: start-up. Reads the command line and the machine's language, and leaves the rest
+// to the import.
+
+#include "import/Import.h"
+#include "import/ImportError.h"
+#include "platform/AppLanguage.h"
+#include "platform/Clock.h"
+#include "platform/ControlProtocol.h"
+#include "platform/Files.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstddef>
+#include <exception>
+#include <iostream>
+#include <span>
+#include <string>
+#include <variant>
+
+namespace {
+
+constexpr int succeeded = 0;
+constexpr int failed = 1;
+
+int fail(const std::string& message) {
+  writeAll(STDERR_FILENO, "larkspur-import: " + message + "\n");
+  return failed;
+}
+
+int say(const ImportCommandLine::Say& order) {
+  const bool said = writeAll(order.toStderr ? STDERR_FILENO : STDOUT_FILENO, order.text);
+  return said ? order.status : failed;
+}
+
+int bringIn(const ImportOrder& order, SummaryLang lang) {
+  const auto kind =
+      isatty(STDERR_FILENO) == 1 ? ImportProgress::Kind::terminal : ImportProgress::Kind::log;
+  const ImportReport report = runImport(
+      order, {.progress = std::cerr, .progressKind = kind, .lang = lang, .clock = systemTime});
+  return writeAll(STDOUT_FILENO, reportText(report, lang)) ? succeeded : failed;
+}
+
+}  // namespace
+
+int main(int count, char* words[]) {
+  // Health data is its owner's alone, and so is every file made here.
+  umask(077);
+  SummaryLang lang = SummaryLang::en;
+  try {
+    reserveStandardStreams();
+    lang = AppLanguage::isChinese() ? SummaryLang::zh : SummaryLang::en;
+    const std::span arguments(words + 1, static_cast<std::size_t>(count > 0 ? count - 1 : 0));
+    const auto order =
+        ImportCommandLine::parsed(arguments, ControlProtocol::defaultDataRoot(), lang);
+    if (const auto* saying = std::get_if<ImportCommandLine::Say>(&order)) return say(*saying);
+    return bringIn(std::get<ImportOrder>(order), lang);
+  } catch (const ImportError& error) {
+    return fail(error.text(lang));
+  } catch (const std::exception& error) {
+    return fail(error.what());
+  }
+}

@@ -1,0 +1,86 @@
+#include "import/MemberFolder.h"
+#include "import/DurableFile.h"
+#include "import/ImportError.h"
+#include "platform/Files.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <random>
+#include <system_error>
+
+namespace {
+
+constexpr Phrase occupied{
+    .zh = "{0} 里已经有一个库,名册却没有这位成员;把它移走,或换一个 --id",
+    .en =
+        "{0} holds a database already, but the roster names no such member; move it away, or "
+        "choose another --id"};
+static_assert(inBothLanguages(occupied));
+
+std::filesystem::path noteIn(const std::filesystem::path& folder) {
+  return folder / "import-unfinished";
+}
+
+/// The id of the unfinished import of that name; `nullopt` when there is none.
+std::optional<std::string> unfinishedID(const std::filesystem::path& members,
+                                        const std::string& name,
+                                        const std::vector<std::string>& known) {
+  std::error_code missing;
+  for (const auto& entry : std::filesystem::directory_iterator(members, missing)) {
+    const std::string id = entry.path().filename().string();
+    if (std::ranges::find(known, id) == known.end() && fileContents(noteIn(entry.path())) == name) {
+      return id;
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+MemberFolder::MemberFolder(const std::filesystem::path& dataRoot, const std::string& name,
+                           const std::optional<std::string>& id,
+                           const std::vector<std::string>& known,
+                           const std::function<std::string()>& newID) {
+  const std::filesystem::path members = dataRoot / "members";
+  const std::optional<std::string> chosen = id ? id : unfinishedID(members, name, known);
+  memberID = chosen ? *chosen : newID();
+  folder = members / memberID;
+  // Some file systems take "Ann" and "ann" for one folder: the database decides, not the id alone.
+  if (std::filesystem::exists(database()) && !std::filesystem::exists(noteIn(folder))) {
+    throw ImportError(occupied, {folder.string()});
+  }
+  fresh = std::filesystem::create_directories(folder);
+  replaceDurably(noteIn(folder), name);
+  // The roster must not outlive a power failure that its member's folder does not.
+  syncFolder(members);
+  syncFolder(dataRoot);
+}
+
+void MemberFolder::finish() const { std::filesystem::remove(noteIn(folder)); }
+
+void MemberFolder::abandon() const {
+  std::error_code ignored;
+  if (fresh) std::filesystem::remove_all(folder, ignored);
+}
+
+std::string randomID() {
+  std::random_device device;
+  std::array<std::uint32_t, 4> words{};
+  for (std::uint32_t& word : words) word = device();
+  // Version 4, variant 1: the form that says of itself that it is random.
+  words[1] = (words[1] & 0xffff0fffU) | 0x00004000U;
+  words[2] = (words[2] & 0x3fffffffU) | 0x80000000U;
+  char text[40];
+  std::snprintf(text,
+                sizeof text,
+                "%08x-%04x-%04x-%04x-%04x%08x",
+                words[0],
+                words[1] >> 16U,
+                words[1] & 0xffffU,
+                words[2] >> 16U,
+                words[2] & 0xffffU,
+                words[3]);
+  return text;
+}

@@ -1,0 +1,58 @@
+#include "import/Recipient.h"
+#include "import/ImportError.h"
+#include "platform/Text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+namespace phrases {
+
+constexpr Phrase otherName{
+    .zh = "id {0} 属于「{1}」,不是「{2}」;名字和 id 要指同一个人,否则两个人的数据会混在一起",
+    .en =
+        "the id {0} is {1}'s, not {2}'s; name and id must mean the same person, or the data of "
+        "two would mix"};
+constexpr Phrase ambiguous{.zh = "名册里有 {0} 个叫「{1}」的成员,用 --id 说明是哪一位:{2}",
+                           .en = "the roster has {0} members named {1}; say which with --id: {2}"};
+constexpr Phrase paired{
+    .zh = "「{0}」有配对的手机,数据由接收端写入,不能再导入;可以换一个名字导入成另一位成员",
+    .en =
+        "{0} has a paired phone, so the receiver writes that data and an import may not; an "
+        "import under another name makes a member of its own"};
+constexpr std::array all{&otherName, &ambiguous, &paired};
+static_assert(std::ranges::all_of(all,
+                                  [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
+
+}  // namespace phrases
+
+std::optional<Member> memberOfID(const std::vector<Member>& members, const std::string& name,
+                                 const std::string& id) {
+  const auto found = std::ranges::find(members, id, &Member::id);
+  if (found == members.end()) return std::nullopt;
+  if (found->name != name) throw ImportError(phrases::otherName, {id, found->name, name});
+  return *found;
+}
+
+std::optional<Member> memberOfName(const std::vector<Member>& members, const std::string& name) {
+  std::vector<Member> found;
+  std::ranges::copy_if(members, std::back_inserter(found), [&name](const Member& member) {
+    return member.name == name;
+  });
+  if (found.size() > 1) {
+    const std::string ids = joined(found, ", ", &Member::id);
+    throw ImportError(phrases::ambiguous, {std::to_string(found.size()), name, ids});
+  }
+  if (found.empty()) return std::nullopt;
+  return found.front();
+}
+
+}  // namespace
+
+std::optional<Member> recipient(const std::vector<Member>& members, const std::string& name,
+                                const std::optional<std::string>& id) {
+  std::optional<Member> member = id ? memberOfID(members, name, *id) : memberOfName(members, name);
+  if (member && !member->devices.empty()) throw ImportError(phrases::paired, {name});
+  return member;
+}

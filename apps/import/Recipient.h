@@ -1,0 +1,19 @@
+#pragma once
+// Whose data an export is.
+
+#include "roster/Roster.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// The member that `name`, and `id` where it is given, mean among `members`; `nullopt` when it
+/// would be a new one.
+///
+/// One person's data must never end up in another's database, where nothing could tell the two
+/// apart again. So an id decides alone, and refuses a name that is not that member's; without an
+/// id, a name that several members have is refused. An id that nobody has is a new member, whose
+/// name may repeat. A member with a paired phone is refused too: the receiver writes that database.
+/// Refusals are ImportErrors.
+std::optional<Member> recipient(const std::vector<Member>& members, const std::string& name,
+                                const std::optional<std::string>& id);

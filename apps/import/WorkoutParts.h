@@ -1,0 +1,49 @@
+#pragma once
+// A workout under way: its own attributes, then what its parts add.
+
+#include "import/Attributes.h"
+#include "import/ExportSink.h"
+#include "import/Units.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Collects one workout. A figure whose unit is missing or unknown is left out, never guessed.
+class WorkoutParts {
+public:
+  /// From the attributes of a Workout; `startDate` is one of them, found to be there.
+  WorkoutParts(std::string_view startDate, const Attributes& attributes);
+
+  /// A WorkoutStatistics of the workout itself, not of one of its activities.
+  void addStatistics(const Attributes& attributes);
+
+  /// A MetadataEntry of the workout itself, not of its route or its events.
+  void addMetadata(const Attributes& attributes);
+
+  /// The whole, once the last part is in. The statistics stand before the totals, figure by figure;
+  /// only older exports have the totals, and they round them.
+  ExportedWorkout finished() &&;
+
+private:
+  /// A total as exported. It is converted when it turns out to be needed, not to count a conversion
+  /// of, or a doubt about, what is not stored.
+  struct Total {
+    std::optional<std::string> number;
+    std::optional<std::string> unit;
+  };
+
+  using Conversion = std::optional<double> (*)(const Quantity&);
+
+  std::optional<double> converted(std::optional<std::string_view> number,
+                                  std::optional<std::string_view> unit, Conversion conversion,
+                                  std::string_view target);
+  std::optional<double> converted(const Quantity& quantity, Conversion conversion,
+                                  std::string_view target);
+  void setHumidity(std::string_view value);
+
+  ExportedWorkout workout;
+  std::optional<std::string> sourceVersion;
+  Total distance;
+  Total energy;
+};

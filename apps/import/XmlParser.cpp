@@ -1,0 +1,154 @@
+#include "import/XmlParser.h"
+#include "import/ImportError.h"
+#include "platform/Text.h"
+
+#include <expat.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <new>
+#include <string>
+
+namespace {
+
+/// An element of an export takes a few hundred bytes. The parser keeps an unfinished one whole, so
+/// an endless one would take all memory there is.
+constexpr long long longestElement = 4LL << 20;
+
+/// Small enough for the parser's lengths, whose type is int, and for the check above to come soon.
+constexpr std::size_t pieceSize = 256UL << 10;
+
+namespace phrases {
+constexpr Phrase broken{.zh = "XML 在第 {0} 行第 {1} 列坏了:{2}。什么都没有导入。",
+                        .en =
+                            "The XML is broken in line {0}, column {1}: {2}. Nothing was "
+                            "imported."};
+constexpr Phrase tooLong{.zh = "第 {0} 行的一个元素超过 4 MiB,这不是健康 App 的导出。",
+                         .en =
+                             "An element in line {0} is longer than 4 MiB; this is no export of "
+                             "the Health app."};
+
+constexpr Phrase badCharacter{.zh = "有 XML 不允许的写法", .en = "not well-formed"};
+constexpr Phrase endsInTag{.zh = "文件在标签中间断了", .en = "the file ends inside a tag"};
+constexpr Phrase endsEarly{.zh = "文件没有写完就断了", .en = "the file ends too early"};
+constexpr Phrase otherTag{.zh = "结束标签和开始标签不配对",
+                          .en = "an end tag does not match its start tag"};
+constexpr Phrase attributeTwice{.zh = "同一个属性写了两次", .en = "an attribute stands twice"};
+constexpr Phrase entity{.zh = "用了没有定义的实体", .en = "an entity is not defined"};
+constexpr Phrase noReference{.zh = "字符引用不对",
+                             .en = "a character reference names no character"};
+constexpr Phrase afterRoot{.zh = "根元素结束以后还有内容",
+                           .en = "something follows the end of the root element"};
+constexpr std::array all{broken,
+                         tooLong,
+                         badCharacter,
+                         endsInTag,
+                         endsEarly,
+                         otherTag,
+                         attributeTwice,
+                         entity,
+                         noReference,
+                         afterRoot};
+static_assert(std::ranges::all_of(all, inBothLanguages));
+}  // namespace phrases
+
+/// What is wrong, for what goes wrong with exports; the parser's own words for all else.
+Phrase reasonOf(XML_Error error) {
+  switch (error) {
+    case XML_ERROR_SYNTAX:
+    case XML_ERROR_INVALID_TOKEN:
+      return phrases::badCharacter;
+    case XML_ERROR_UNCLOSED_TOKEN:
+    case XML_ERROR_PARTIAL_CHAR:
+      return phrases::endsInTag;
+    case XML_ERROR_NO_ELEMENTS:
+    case XML_ERROR_UNCLOSED_CDATA_SECTION:
+      return phrases::endsEarly;
+    case XML_ERROR_TAG_MISMATCH:
+      return phrases::otherTag;
+    case XML_ERROR_DUPLICATE_ATTRIBUTE:
+      return phrases::attributeTwice;
+    case XML_ERROR_UNDEFINED_ENTITY:
+      return phrases::entity;
+    case XML_ERROR_BAD_CHAR_REF:
+      return phrases::noReference;
+    case XML_ERROR_JUNK_AFTER_DOC_ELEMENT:
+      return phrases::afterRoot;
+    default: {
+      const char* const words = XML_ErrorString(error);
+      const std::string_view text = words == nullptr ? "?" : words;
+      return {.zh = text, .en = text};
+    }
+  }
+}
+
+}  // namespace
+
+/// The parser is C: no exception may cross it.
+struct XmlCallbacks {
+  template <typename Call>
+  static void guarded(void* self, Call call) {
+    auto& parser = *static_cast<XmlParser*>(self);
+    if (parser.thrown) return;  // a stopped parser still ends the element that it began
+    try {
+      call(parser.handler);
+    } catch (...) {
+      parser.thrown = std::current_exception();
+      XML_StopParser(parser.parser.get(), XML_FALSE);
+    }
+  }
+
+  static void start(void* self, const char* name, const char** attributes) {
+    guarded(self, [&](XmlHandler& handler) { handler.startElement(name, Attributes(attributes)); });
+  }
+
+  static void end(void* self, const char* /*name*/) {
+    guarded(self, [](XmlHandler& handler) { handler.endElement(); });
+  }
+};
+
+void XmlParser::Releaser::operator()(XML_ParserStruct* handle) const { XML_ParserFree(handle); }
+
+// The encoding is given, so what the file says about its own is not heeded: it may be UTF-8 by the
+// repair alone.
+XmlParser::XmlParser(XmlHandler& target) : handler(target), parser(XML_ParserCreate("UTF-8")) {
+  if (!parser) throw std::bad_alloc();
+  XML_SetUserData(parser.get(), this);
+  XML_SetElementHandler(parser.get(), XmlCallbacks::start, XmlCallbacks::end);
+}
+
+void XmlParser::parse(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const std::string_view piece = bytes.substr(0, pieceSize);
+    bytes.remove_prefix(piece.size());
+    parsePiece(piece, false);
+  }
+}
+
+void XmlParser::finish() { parsePiece({}, true); }
+
+void XmlParser::parsePiece(std::string_view piece, bool last) {
+  const XML_Status status =
+      XML_Parse(parser.get(), piece.data(), static_cast<int>(piece.size()), last ? 1 : 0);
+  if (thrown) std::rethrow_exception(thrown);
+  if (status != XML_STATUS_OK) fail();
+  fed += static_cast<long long>(piece.size());
+  if (fed - XML_GetCurrentByteIndex(parser.get()) > longestElement) {
+    throw ImportError(phrases::tooLong, {std::to_string(line())});
+  }
+}
+
+long long XmlParser::line() const {
+  return static_cast<long long>(XML_GetCurrentLineNumber(parser.get()));
+}
+
+void XmlParser::fail() const {
+  const Phrase reason = reasonOf(XML_GetErrorCode(parser.get()));
+  const std::string column = std::to_string(XML_GetCurrentColumnNumber(parser.get()) + 1);
+  // The reason depends on the language as the sentence around it does.
+  const std::string lineText = std::to_string(line());
+  const std::string chinese = filled(phrases::broken.zh, {lineText, column, reason.zh});
+  const std::string english = filled(phrases::broken.en, {lineText, column, reason.en});
+  throw ImportError({.zh = chinese, .en = english});
+}

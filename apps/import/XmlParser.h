@@ -1,0 +1,47 @@
+#pragma once
+// The XML parser's handle, and elements instead of its callbacks.
+
+#include "import/Attributes.h"
+
+#include <exception>
+#include <memory>
+#include <string_view>
+
+struct XML_ParserStruct;
+
+/// Takes the elements in the order of the file. What it throws leaves XmlParser::parse unchanged.
+class XmlHandler {
+public:
+  virtual ~XmlHandler() = default;
+
+  virtual void startElement(std::string_view name, const Attributes& attributes) = 0;
+  virtual void endElement() = 0;
+};
+
+/// Parses UTF-8 without a document type declaration, in pieces. Broken XML throws ImportError with
+/// line and column, counted from 1. Text between the tags is of no interest.
+class XmlParser {
+public:
+  explicit XmlParser(XmlHandler& target);  ///< `target` outlives the parser
+
+  void parse(std::string_view bytes);
+  void finish();  ///< after the last byte
+
+  /// Where the element begins that the handler is being told of.
+  long long line() const;
+
+private:
+  friend struct XmlCallbacks;
+
+  struct Releaser {
+    void operator()(XML_ParserStruct* handle) const;
+  };
+
+  void parsePiece(std::string_view piece, bool last);
+  [[noreturn]] void fail() const;
+
+  XmlHandler& handler;
+  std::unique_ptr<XML_ParserStruct, Releaser> parser;
+  std::exception_ptr thrown;  ///< by the handler; waits until the parser's C code has returned
+  long long fed = 0;          ///< bytes
+};

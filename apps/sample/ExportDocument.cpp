@@ -1,0 +1,22 @@
+#include "sample/ExportDocument.h"
+
+#include <cstddef>
+
+ExportDocument::ExportDocument(const Person& person, const HistoryRequest& request,
+                               Progress& progress)
+    : history(person, request), writer(person, progress) {
+  // The export is made when the last record has arrived, on the clock of the person's home.
+  writer.open(stampIn(person.home, lastSync(request.today).moment));
+}
+
+std::string_view ExportDocument::nextPiece() {
+  constexpr std::size_t worthwhile = 65536;
+  // The opening waits for the first call; every later one begins a new piece.
+  if (taken) writer.clear();
+  taken = true;
+  while (!closed && writer.text().size() < worthwhile) {
+    closed = !history.tellNextDay(writer);
+    if (closed) writer.close();
+  }
+  return writer.text();
+}

@@ -1,0 +1,45 @@
+#pragma once
+// Writes a life down as the Health app does when it exports everything: "export.xml".
+
+#include "sample/ActivityRings.h"
+#include "sample/Person.h"
+#include "sample/Progress.h"
+#include "sample/Sample.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// Makes the text of an export, piece by piece: `open` first, `close` last. Records come in the
+/// order in which they are told; workouts and the days' rings follow them, and are kept until then.
+class ExportWriter final : public RecordSink {
+public:
+  /// `person` owns the devices that the samples come from. Both outlive the writer.
+  ExportWriter(const Person& person, Progress& progress) : person(person), progress(progress) {}
+
+  void open(Stamp exported);  ///< when the export is made
+  void add(const Sample& sample) override;
+  void add(const Workout& workout) override;
+  void close();
+
+  /// What was written since the last `clear`.
+  std::string_view text() const { return written; }
+  void clear() { written.clear(); }
+
+  std::int64_t records() const { return recordCount; }
+  std::int64_t workouts() const { return workoutCount; }
+
+private:
+  void appendChildren(const Sample& sample);
+  const std::string& attributesOf(const Source& source);
+
+  const Person& person;
+  Progress& progress;
+  std::string written;
+  std::string keptWorkouts;
+  ActivityRings rings;
+  const Source* lastSource = nullptr;  ///< whose attributes follow: neighbours share a source
+  std::string sourceAttributes;
+  std::int64_t recordCount = 0;
+  std::int64_t workoutCount = 0;
+};

@@ -1,0 +1,139 @@
+// An export that is written and brought in again: the tools must not tell it from data that came
+// without the detour.
+
+#include "platform/Logger.h"
+#include "roster/Roster.h"
+#include "support/ChildProcess.h"
+#include "support/TemporaryFolder.h"
+#include "support/ZoneGuard.h"
+#include "tools/Tools.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace {
+
+using nlohmann::json;
+
+constexpr double now = 1795147200;  // 2026-11-20 08:00 in Shanghai
+
+/// The tools on one data root.
+class Answers {
+public:
+  explicit Answers(const std::filesystem::path& dataRoot)
+      : log(std::nullopt, Logger::Level::error, false, clock),
+        roster(dataRoot / "members.json", log, clock) {
+    roster.load();
+  }
+
+  std::string operator()(const std::string& tool, const json& arguments) {
+    return Tools::answer(tool, {arguments, roster, log, SummaryLang::en, clock});
+  }
+
+private:
+  Clock clock = [] { return now; };
+  Logger log;
+  Roster roster;
+};
+
+/// The same household twice in one folder: written directly, and exported and imported.
+class RoundTrip : public testing::Test {
+protected:
+  RoundTrip() {
+    // The number of records is a wish for Ann's history alone.
+    run(LARKSPUR_SAMPLE_PROGRAM,
+        withSize({"--out", "direct", "--as-imported", "--records", "15000"}));
+    for (const auto& [name, id] : {std::pair("Ann", "ann-01"), std::pair("Ben", "ben-02")}) {
+      const std::string file = std::string(name) + ".zip";
+      std::vector<std::string> exporting = withSize({"--export", file, "--member", name});
+      if (id == std::string("ann-01")) exporting.insert(exporting.end(), {"--records", "15000"});
+      run(LARKSPUR_SAMPLE_PROGRAM, exporting);
+      run(LARKSPUR_IMPORT_PROGRAM, {"--data-root", "imported", "--member", name, "--id", id, file});
+    }
+  }
+
+  static std::vector<std::string> withSize(std::vector<std::string> arguments) {
+    for (const char* word : {"--members", "2", "--years", "1", "--seed", "5", "--today"}) {
+      arguments.emplace_back(word);
+    }
+    arguments.emplace_back("2026-11-20");
+    return arguments;
+  }
+
+  void run(const char* program, const std::vector<std::string>& arguments) const {
+    const ChildProcess::Ending ending = ChildProcess(program, arguments, folder.path()).finished();
+    ASSERT_EQ(ending.status, 0) << program << ": " << ending.errors;
+  }
+
+  ZoneGuard zone{"Asia/Shanghai"};
+  TemporaryFolder folder;
+};
+
+/// Every question to one person that has no page of its own.
+std::vector<std::pair<std::string, json>> questions(const std::string& person) {
+  std::vector<std::pair<std::string, json>> asked{{"get_overview", {{"person", person}}}};
+  for (const char* metric : {"steps",
+                             "distance",
+                             "flights",
+                             "active_energy",
+                             "resting_heart_rate",
+                             "heart_rate",
+                             "hrv",
+                             "respiratory_rate",
+                             "oxygen_saturation",
+                             "vo2max",
+                             "weight",
+                             "bmi",
+                             "body_fat",
+                             "exercise_minutes",
+                             "stand_minutes",
+                             "sleep"}) {
+    json arguments{{"person", person}, {"metric", metric}};
+    arguments["from"] = "2025-11-01";
+    asked.emplace_back("get_trend", arguments);
+  }
+  for (int day = 1; day <= 20; ++day) {
+    const std::string date = "2026-11-" + std::string(day < 10 ? "0" : "") + std::to_string(day);
+    asked.emplace_back("get_day", json{{"person", person}, {"date", date}});
+  }
+  asked.emplace_back("compare_periods",
+                     json{{"person", person},
+                          {"metric", "steps"},
+                          {"a_from", "2026-10-01"},
+                          {"a_to", "2026-10-31"},
+                          {"b_from", "2026-09-01"},
+                          {"b_to", "2026-09-30"}});
+  for (const char* format : {"text", "json"}) {
+    asked.emplace_back("get_workouts",
+                       json{{"person", person}, {"from", "2025-11-01"}, {"format", format}});
+  }
+  return asked;
+}
+
+TEST_F(RoundTrip, AnswersEveryToolAsTheDataThatWasWrittenDirectly) {
+  Answers direct(folder / "direct");
+  Answers imported(folder / "imported");
+
+  EXPECT_EQ(imported("list_persons", json::object()), direct("list_persons", json::object()));
+  for (const char* person : {"Ann", "Ben"}) {
+    for (const auto& [tool, arguments] : questions(person)) {
+      EXPECT_EQ(imported(tool, arguments), direct(tool, arguments)) << tool << arguments;
+    }
+  }
+
+  const json arguments{
+      {"person", "Ann"}, {"from", "2026-08-01"}, {"format", "json"}, {"limit", 100}};
+  const json workouts = json::parse(direct("get_workouts", arguments)).at("workouts");
+  ASSERT_GT(workouts.size(), 5U);
+  for (const json& workout : workouts) {
+    const json page{{"person", "Ann"}, {"workout_id", workout.at("workout_id")}};
+    EXPECT_EQ(imported("get_workout_heart_rate", page), direct("get_workout_heart_rate", page));
+  }
+}
+
+}  // namespace

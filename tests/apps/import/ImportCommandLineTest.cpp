@@ -1,0 +1,110 @@
+#include "import/ImportCommandLine.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <variant>
+#include <vector>
+
+namespace {
+
+using ImportCommandLine::Say;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+std::variant<ImportOrder, Say> parsed(const std::vector<const char*>& arguments,
+                                      SummaryLang lang = SummaryLang::en) {
+  return ImportCommandLine::parsed(arguments, "/default", lang);
+}
+
+TEST(ImportCommandLine, TakesAMemberAndAnExport) {
+  EXPECT_EQ(
+      std::get<ImportOrder>(parsed({"--member", "Ann", "export.zip"})),
+      (ImportOrder{
+          .dataRoot = "/default", .name = "Ann", .id = std::nullopt, .source = "export.zip"}));
+}
+
+TEST(ImportCommandLine, TakesOptionsInAnyOrderAndTheLastOfARepeatedOne) {
+  EXPECT_EQ(
+      std::get<ImportOrder>(parsed({"export.zip",
+                                    "--id",
+                                    "first",
+                                    "--data-root",
+                                    "~/root",
+                                    "--member",
+                                    "小美",
+                                    "--id",
+                                    "mei-03"})),
+      (ImportOrder{.dataRoot = "~/root", .name = "小美", .id = "mei-03", .source = "export.zip"}));
+}
+
+TEST(ImportCommandLine, HelpsWhereverItIsAsked) {
+  for (const char* word : {"-h", "--help"}) {
+    const auto say = std::get<Say>(parsed({"--member", "Ann", word, "--unknown"}));
+    EXPECT_EQ(say.status, 0);
+    EXPECT_FALSE(say.toStderr);
+    EXPECT_THAT(say.text, StartsWith("larkspur-import: brings what"));
+  }
+}
+
+TEST(ImportCommandLine, HelpsInChinese) {
+  const auto say = std::get<Say>(parsed({"--help"}, SummaryLang::zh));
+
+  EXPECT_THAT(say.text, StartsWith("larkspur-import —— 把 iPhone「健康」App 导出的数据"));
+}
+
+TEST(ImportCommandLine, TellsItsVersion) {
+  const auto say = std::get<Say>(parsed({"--version"}));
+
+  EXPECT_EQ(say.status, 0);
+  EXPECT_FALSE(say.toStderr);
+  EXPECT_THAT(say.text, testing::MatchesRegex("larkspur-import [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+struct MisuseCase {
+  std::string name;
+  std::vector<const char*> arguments;
+  std::string complaint;
+};
+
+class ImportMisuse : public testing::TestWithParam<MisuseCase> {};
+
+TEST_P(ImportMisuse, IsExplainedOnStandardErrorWithStatusTwo) {
+  const auto say = std::get<Say>(parsed(GetParam().arguments));
+
+  EXPECT_EQ(say.status, 2);
+  EXPECT_TRUE(say.toStderr);
+  EXPECT_THAT(say.text, StartsWith("larkspur-import: " + GetParam().complaint + "\n\n"));
+  EXPECT_THAT(say.text, HasSubstr("--data-root <dir>"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, ImportMisuse,
+    testing::Values(
+        MisuseCase{"Nothing", {}, "--member is missing"},
+        MisuseCase{"NoMember", {"export.zip"}, "--member is missing"},
+        MisuseCase{"NoExport", {"--member", "Ann"}, "the export is missing"},
+        MisuseCase{"TwoExports",
+                   {"--member", "Ann", "a.zip", "b.zip"},
+                   "one export at a time, and this is a second: b.zip"},
+        MisuseCase{"NoValue", {"a.zip", "--member"}, "--member wants a value"},
+        MisuseCase{"Unknown", {"--name", "Ann"}, "unknown argument: --name"},
+        MisuseCase{"EmptyArgument", {""}, "unknown argument: "},
+        MisuseCase{"BlankName",
+                   {"--member", " \u00a0", "a.zip"},
+                   "--member wants a name, in UTF-8 and not empty"},
+        MisuseCase{"NameInAnotherCharacterSet",
+                   {"--member", "Ren\xe9", "a.zip"},
+                   "--member wants a name, in UTF-8 and not empty"},
+        MisuseCase{"EmptyID",
+                   {"--id", ""},
+                   "--id wants 1 to 64 letters, digits, hyphens and underscores, nothing else"},
+        MisuseCase{"IDThatLeadsElsewhere",
+                   {"--id", ".."},
+                   "--id wants 1 to 64 letters, digits, hyphens and underscores, nothing else"},
+        MisuseCase{"IDWithAFolder",
+                   {"--id", "a/b"},
+                   "--id wants 1 to 64 letters, digits, hyphens and underscores, nothing else"}),
+    [](const auto& test) { return test.param.name; });
+
+}  // namespace

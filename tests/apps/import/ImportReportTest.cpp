@@ -1,0 +1,94 @@
+#include "import/ImportReport.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+ImportReport fullReport() {
+  ImportReport report;
+  report.name = "Ann";
+  report.id = "ann-01";
+  report.newMember = true;
+  report.source = "export.zip";
+  report.tally.records = {.read = 900, .added = 850};
+  report.tally.workouts = {.read = 12, .added = 3};
+  report.tally.activityDays = {.read = 40, .added = 2};
+  report.tally.converted = 77;
+  report.tally.unknownUnits = 4;
+  report.tally.sources = 5;
+  report.tally.firstDay = "2018-09-01";
+  report.tally.lastDay = "2026-11-20";
+  report.tally.skipped = {{"no startDate", {.count = 2, .firstLine = 1234}},
+                          {"no type", {.count = 1, .firstLine = 9}}};
+  report.tally.notStored = {{"ClinicalRecord", 6}, {"WorkoutRoute", 8}};
+  report.tally.others = 1;
+  report.droppedCharacters = 3;
+  report.replacedSequences = 2;
+  report.beside = {.routes = 8, .ecgs = 4, .clinicalRecords = 6, .others = 1};
+  report.seconds = 12.34;
+  return report;
+}
+
+TEST(ImportReport, TellsEverything) {
+  EXPECT_EQ(reportText(fullReport(), SummaryLang::en),
+            "export.zip -> Ann (new member, id ann-01)\n"
+            "  records: 900, 850 of them new\n"
+            "  workouts: 12, 3 of them new\n"
+            "  days of activity rings: 40, 2 of them new or newer\n"
+            "  span: 2018-09-01 to 2026-11-20\n"
+            "  sources: 5 in the database\n"
+            "  converted units: 77\n"
+            "  unknown units: 4 (records are kept as exported, a workout's figure is left out)\n"
+            "  forbidden characters dropped: 3\n"
+            "  invalid UTF-8 replaced by U+FFFD: 2\n"
+            "  skipped 2: no startDate (the first in line 1234)\n"
+            "  skipped 1: no type (the first in line 9)\n"
+            "  not stored: ClinicalRecord 6, WorkoutRoute 8, other elements 1, route files 8, ECG "
+            "files 4, clinical record files 6, other files 1\n"
+            "  time: 12.3 s\n");
+}
+
+TEST(ImportReport, TellsEverythingInChinese) {
+  EXPECT_EQ(reportText(fullReport(), SummaryLang::zh),
+            "export.zip → Ann(新成员,id ann-01)\n"
+            "  记录:900 条,其中新增 850\n"
+            "  运动:12 次,其中新增 3\n"
+            "  圆环日:40 天,其中新增或更新 2\n"
+            "  日期:2018-09-01 至 2026-11-20\n"
+            "  来源:库里现有 5 个\n"
+            "  换算了单位:77\n"
+            "  单位不认识:4(记录照原样保存,运动里的该项留空)\n"
+            "  去掉的非法字符:3\n"
+            "  替换为 U+FFFD 的非法 UTF-8:2\n"
+            "  跳过 2 个:没有 startDate(第一个在第 1234 行)\n"
+            "  跳过 1 个:没有 type(第一个在第 9 行)\n"
+            "  没有导入:ClinicalRecord 6 个、WorkoutRoute 8 个、其他元素 1 个、路线文件 8 个、"
+            "心电图文件 4 个、临床记录文件 6 个、其他文件 1 个\n"
+            "  用时:12.3 秒\n");
+}
+
+TEST(ImportReport, IsShortWhenThereIsLittleToTell) {
+  ImportReport report;
+  report.name = "Ann";
+  report.id = "ann-01";
+  report.source = "export.xml";
+
+  EXPECT_EQ(reportText(report, SummaryLang::en),
+            "export.xml -> Ann (id ann-01)\n"
+            "  records: 0, 0 of them new\n"
+            "  workouts: 0, 0 of them new\n"
+            "  days of activity rings: 0, 0 of them new or newer\n"
+            "  sources: 0 in the database\n"
+            "  time: 0.0 s\n"
+            "Nothing new: the data is as it was.\n");
+}
+
+TEST(ImportReport, CallsAnExportThatOnlyRenewsRingsNews) {
+  ImportReport report = fullReport();
+  report.tally.records.added = report.tally.workouts.added = 0;
+
+  EXPECT_THAT(reportText(report, SummaryLang::en), testing::Not(testing::HasSubstr("Nothing new")));
+}
+
+}  // namespace

@@ -1,0 +1,122 @@
+#include "import/ImportError.h"
+#include "import/ImportLock.h"
+#include "import/MemberFolder.h"
+#include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace {
+
+std::string fixedID() { return "new-id"; }
+
+TEST(MemberFolder, IsMadeForAnIDOfItsOwn) {
+  const TemporaryFolder root;
+
+  const MemberFolder folder(root.path(), "Ann", std::nullopt, {}, fixedID);
+
+  EXPECT_EQ(folder.id(), "new-id");
+  EXPECT_EQ(folder.database(), root / "members/new-id/health.db");
+  EXPECT_TRUE(std::filesystem::is_directory(root / "members/new-id"));
+}
+
+TEST(MemberFolder, IsMadeForTheIDThatIsGiven) {
+  const TemporaryFolder root;
+
+  EXPECT_EQ(MemberFolder(root.path(), "Ann", "ann", {}, fixedID).id(), "ann");
+}
+
+TEST(MemberFolder, OfAnUnfinishedImportIsTakenUpByTheNextOfThatName) {
+  const TemporaryFolder root;
+  const MemberFolder killed(root.path(), "Ann", "first", {}, fixedID);
+  root.write("members/first/health.db", "data");
+
+  const MemberFolder next(root.path(), "Ann", std::nullopt, {}, fixedID);
+  const MemberFolder byID(root.path(), "Ann", "first", {}, fixedID);
+
+  EXPECT_EQ(next.id(), "first");
+  EXPECT_EQ(byID.id(), "first");
+}
+
+TEST(MemberFolder, OfAnUnfinishedImportIsNotForAnotherName) {
+  const TemporaryFolder root;
+  const MemberFolder killed(root.path(), "Ann", "first", {}, fixedID);
+
+  EXPECT_EQ(MemberFolder(root.path(), "Ben", std::nullopt, {}, fixedID).id(), "new-id");
+}
+
+TEST(MemberFolder, ThatTheRosterNamesIsNotTakenUp) {
+  const TemporaryFolder root;
+  const MemberFolder killedAfterTheRoster(root.path(), "Ann", "first", {}, fixedID);
+
+  EXPECT_EQ(MemberFolder(root.path(), "Ann", std::nullopt, {"first"}, fixedID).id(), "new-id");
+}
+
+TEST(MemberFolder, ThatIsFinishedIsNotTakenUp) {
+  const TemporaryFolder root;
+  MemberFolder(root.path(), "Ann", "first", {}, fixedID).finish();
+
+  EXPECT_EQ(MemberFolder(root.path(), "Ann", std::nullopt, {}, fixedID).id(), "new-id");
+}
+
+TEST(MemberFolder, WithADatabaseThatNobodyLeftUnfinishedIsRefused) {
+  const TemporaryFolder root;
+  root.write("members/old/health.db", "somebody's");
+
+  EXPECT_THROW(MemberFolder(root.path(), "Ann", "old", {}, fixedID), ImportError);
+}
+
+TEST(MemberFolder, IsGoneWhenAbandonedByTheImportThatMadeIt) {
+  const TemporaryFolder root;
+  const MemberFolder folder(root.path(), "Ann", "ann", {}, fixedID);
+  root.write("members/ann/health.db", "half");
+
+  folder.abandon();
+
+  EXPECT_FALSE(std::filesystem::exists(root / "members/ann"));
+}
+
+TEST(MemberFolder, StaysWhenAbandonedByAnImportThatOnlyTookItUp) {
+  const TemporaryFolder root;
+  const MemberFolder killed(root.path(), "Ann", "ann", {}, fixedID);
+  root.write("members/ann/health.db", "complete");
+  const MemberFolder next(root.path(), "Ann", std::nullopt, {}, fixedID);
+
+  next.abandon();
+
+  EXPECT_TRUE(std::filesystem::exists(root / "members/ann/health.db"));
+}
+
+TEST(RandomID, LooksLikeItsKindAndDiffers) {
+  const std::string first = randomID();
+
+  EXPECT_THAT(first,
+              testing::MatchesRegex("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-"
+                                    "[0-9a-f]{12}"));
+  EXPECT_NE(first, randomID());
+}
+
+TEST(ImportLock, IsHadByOneAtATime) {
+  const TemporaryFolder root;
+  {
+    const ImportLock first(root.path());
+    try {
+      const ImportLock second(root.path());
+      ADD_FAILURE() << "two have it";
+    } catch (const ImportError& error) {
+      EXPECT_EQ(error.text(SummaryLang::en),
+                "another import is running; try again when it has ended");
+    }
+  }
+  EXPECT_NO_THROW(ImportLock(root.path()));
+}
+
+TEST(ImportLock, FailsWhereThereIsNoDataRoot) {
+  const TemporaryFolder root;
+
+  EXPECT_THROW(ImportLock(root / "missing"), std::system_error);
+}
+
+}  // namespace

@@ -1,0 +1,73 @@
+#include "import/ImportError.h"
+#include "import/Recipient.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using testing::HasSubstr;
+
+Member member(const std::string& id, const std::string& name) {
+  Member made;
+  made.id = id;
+  made.name = name;
+  return made;
+}
+
+Member paired(const std::string& id, const std::string& name) {
+  Member made = member(id, name);
+  made.devices.push_back({.token = "t",
+                          .model = {},
+                          .deviceName = {},
+                          .pairedAt = 1,
+                          .lastSeenAt = {},
+                          .history = {},
+                          .key = {}});
+  return made;
+}
+
+const std::vector<Member> family{
+    member("a-1", "Ann"), paired("b-2", "Ben"), member("m-3", "小美"), member("m-4", "小美")};
+
+/// What the refusal says, in English.
+std::string refusal(const std::string& name, const std::optional<std::string>& id) {
+  try {
+    recipient(family, name, id);
+    return "none";
+  } catch (const ImportError& error) {
+    return error.text(SummaryLang::en);
+  }
+}
+
+TEST(Recipient, IsTheOneMemberOfThatName) {
+  EXPECT_EQ(recipient(family, "Ann", std::nullopt), family[0]);
+}
+
+TEST(Recipient, IsNewWhenNobodyHasTheName) {
+  EXPECT_EQ(recipient(family, "ann", std::nullopt), std::nullopt);
+}
+
+TEST(Recipient, IsTheMemberOfThatIDWhenNamesRepeat) {
+  EXPECT_EQ(recipient(family, "小美", "m-4"), family[3]);
+}
+
+TEST(Recipient, IsNewWhenNobodyHasTheIDEvenIfTheNameRepeats) {
+  EXPECT_EQ(recipient(family, "Ann", "a-9"), std::nullopt);
+}
+
+TEST(Recipient, IsRefusedWhenSeveralHaveTheName) {
+  EXPECT_EQ(refusal("小美", std::nullopt),
+            "the roster has 2 members named 小美; say which with --id: m-3, m-4");
+}
+
+TEST(Recipient, IsRefusedWhenTheIDIsSomebodyElses) {
+  EXPECT_THAT(refusal("Ann", "m-3"), HasSubstr("the id m-3 is 小美's, not Ann's"));
+}
+
+TEST(Recipient, IsRefusedWhenPairedByNameAndByID) {
+  EXPECT_THAT(refusal("Ben", std::nullopt), HasSubstr("Ben has a paired phone"));
+  EXPECT_THAT(refusal("Ben", "b-2"), HasSubstr("Ben has a paired phone"));
+}
+
+}  // namespace

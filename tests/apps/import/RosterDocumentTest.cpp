@@ -1,0 +1,193 @@
+#include "import/ImportError.h"
+#include "import/RosterDocument.h"
+#include "platform/Files.h"
+#include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+
+namespace {
+
+using nlohmann::json;
+using std::filesystem::perms;
+
+const ImportedMember ann{.id = "a-1",
+                         .name = "Ann",
+                         .database = "/root/members/a-1/health.db",
+                         .now = 1710676800.5,
+                         .exportedAt = 1710670000.0,
+                         .firstDay = "2019-05-02"};
+
+json written(const TemporaryFolder& folder) {
+  return json::parse(fileContents(folder / "members.json").value());
+}
+
+/// The roster file `text` after `member` was put into it.
+json updated(const std::string& text, const ImportedMember& member) {
+  const TemporaryFolder folder;
+  folder.write("members.json", text);
+  RosterDocument roster(folder / "members.json");
+  roster.put(member);
+  roster.write();
+  return written(folder);
+}
+
+TEST(RosterDocument, BeginsANewRosterWhichTheServerReads) {
+  const TemporaryFolder folder;
+  RosterDocument roster(folder / "members.json");
+
+  roster.put(ann);
+  roster.write();
+
+  const std::vector<Member> members = RosterDocument(folder / "members.json").members();
+  ASSERT_EQ(members.size(), 1U);
+  EXPECT_EQ(members[0],
+            (Member{.id = "a-1",
+                    .name = "Ann",
+                    .dbPath = "/root/members/a-1/health.db",
+                    .createdAt = 1710676800.5,
+                    .lastSyncAt = 1710670000.0,
+                    .devices = {},
+                    .backfill = BackfillState{.frontier = "2019-05-02",
+                                              .earliest = "2019-05-02",
+                                              .done = true,
+                                              .completeFrom = "2019-05-02"}}));
+}
+
+TEST(RosterDocument, IsItsOwnersAloneAndLeavesNothingBeside) {
+  const TemporaryFolder folder;
+  folder.write("members.json", R"({"version":1,"members":[]})");
+  folder.write("members.json.new", "left by an interrupted run");
+  std::filesystem::permissions(folder / "members.json", perms::all);
+
+  RosterDocument(folder / "members.json").write();
+
+  EXPECT_EQ(std::filesystem::status(folder / "members.json").permissions(),
+            perms::owner_read | perms::owner_write);
+  EXPECT_FALSE(std::filesystem::exists(folder / "members.json.new"));
+}
+
+TEST(RosterDocument, ReplacesWhatALinkLeadsTo) {
+  const TemporaryFolder folder;
+  folder.write("elsewhere/roster.json", R"({"version":1,"members":[]})");
+  std::filesystem::create_symlink("elsewhere/roster.json", folder / "members.json");
+  RosterDocument roster(folder / "members.json");
+
+  roster.put(ann);
+  roster.write();
+
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "members.json"));
+  EXPECT_EQ(RosterDocument(folder / "elsewhere/roster.json").members().size(), 1U);
+}
+
+TEST(RosterDocument, KeepsEverythingItDoesNotKnow) {
+  const std::string before = R"({"future":{"a":[1,2]},"version":3,"members":[
+    {"zodiac":"ox","id":"a-1","name":"Ann","dbPath":"/elsewhere/ann.db","createdAt":5,
+     "devices":[],"backfill":{"done":false,"speed":7},"lastSyncAt":6},
+    {"id":"b-2","name":"Ben","dbPath":"/b.db","createdAt":7.25,"pet":null,
+     "devices":[{"token":"t","pairedAt":8,"colour":"red"}]}]})";
+
+  json after = updated(before, ann);
+
+  json expected = json::parse(before);
+  expected["members"][0]["lastSyncAt"] = 1710670000.0;
+  expected["members"][0]["backfill"] = {{"done", true},
+                                        {"speed", 7},
+                                        {"frontier", "2019-05-02"},
+                                        {"earliest", "2019-05-02"},
+                                        {"completeFrom", "2019-05-02"}};
+  EXPECT_EQ(after, expected);
+}
+
+TEST(RosterDocument, KeepsTheOrderOfTheKeys) {
+  const TemporaryFolder folder;
+  folder.write("members.json", R"({"zebra":1,"version":1,"members":[],"ape":2})");
+
+  RosterDocument(folder / "members.json").write();
+
+  const std::string text = fileContents(folder / "members.json").value();
+  EXPECT_LT(text.find("zebra"), text.find("version"));
+  EXPECT_LT(text.find("members"), text.find("ape"));
+}
+
+TEST(RosterDocument, AddsAMemberBehindTheOthers) {
+  const json after = updated(
+      R"({"version":1,"members":[{"id":"b","name":"Ann","dbPath":"x","createdAt":1,"devices":[]}]})",
+      ann);
+
+  ASSERT_EQ(after["members"].size(), 2U);
+  EXPECT_EQ(after["members"][0]["id"], "b");
+  EXPECT_EQ(after["members"][1]["id"], "a-1");
+  EXPECT_EQ(after["members"][1]["devices"], json::array());
+}
+
+TEST(RosterDocument, NeverMovesTheLastSyncBack) {
+  const std::string before =
+      R"({"version":1,"members":[{"id":"a-1","name":"Ann","dbPath":"x","createdAt":1,"devices":[],
+          "lastSyncAt":1710670001}]})";
+
+  EXPECT_EQ(updated(before, ann)["members"][0]["lastSyncAt"], 1710670001);
+}
+
+TEST(RosterDocument, SaysNothingOfADateOrDayThatIsNotKnown) {
+  ImportedMember empty = ann;
+  empty.exportedAt.reset();
+  empty.firstDay.reset();
+
+  const json entry = updated(R"({"version":1,"members":[]})", empty)["members"][0];
+
+  EXPECT_FALSE(entry.contains("lastSyncAt"));
+  EXPECT_EQ(entry["backfill"], (json{{"done", true}}));
+}
+
+struct UnreadableCase {
+  std::string name;
+  std::string text;
+};
+
+class UnreadableRoster : public testing::TestWithParam<UnreadableCase> {};
+
+TEST_P(UnreadableRoster, IsRefusedAndLeftAlone) {
+  const TemporaryFolder folder;
+  folder.write("members.json", GetParam().text);
+
+  EXPECT_THROW(RosterDocument(folder / "members.json"), ImportError);
+
+  EXPECT_EQ(fileContents(folder / "members.json"), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, UnreadableRoster,
+    testing::Values(UnreadableCase{"Empty", ""},
+                    UnreadableCase{"Torn", R"({"version":1,"members":[{"id)"},
+                    UnreadableCase{"NoObject", "[]"},
+                    UnreadableCase{"NoMembers", R"({"version":1})"},
+                    UnreadableCase{"MemberWithoutDevices",
+                                   R"({"version":1,"members":[{"id":"a","name":"A","dbPath":"x",
+                                       "createdAt":1}]})"},
+                    UnreadableCase{"InvalidText", "{\"version\":1,\"members\":[],\"a\":\"\xff\"}"}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(RosterDocument, RefusesAFolderInItsPlace) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "members.json");
+
+  EXPECT_THROW(RosterDocument(folder / "members.json"), ImportError);
+}
+
+TEST(RosterDocument, FailsWhereItCannotWrite) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "members.json.new");
+  folder.write("members.json.new/occupied", "");
+  RosterDocument roster(folder / "members.json");
+  roster.put(ann);
+
+  EXPECT_THROW(roster.write(), std::system_error);
+
+  EXPECT_FALSE(std::filesystem::exists(folder / "members.json"));
+}
+
+}  // namespace

@@ -1,0 +1,180 @@
+// What real exports are like.
+
+#include "CollectingSink.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using testing::HasSubstr;
+
+constexpr std::string_view record = "<Record type=\"a\" startDate=\"2024-03-01\"/>";
+
+TEST(UncleanExport, MayHaveABrokenDocumentType) {
+  const CollectingSink sink = sinkOf(
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+      "<!DOCTYPE HealthData [\n"
+      "<!-- HealthKit Export Version: 12 -->\n"
+      "<!ELEMENT HealthData (ExportDate,Me,(Record|Workout)*)>\n"
+      "<!ATTLIST Record\n"
+      "  type CDATA #REQUIRED\n"
+      "  unit CDATA #IMPLIED\n"
+      "<!ELEMENT Workout EMPTY>\n"
+      "  startDate   CDATA #REQUIRED\n"
+      ">\n"
+      "]>\n"
+      "<HealthData locale=\"en_GB\">\n"
+      "<Record type=\"a\" startDate=\"2024-03-01\"/>\n"
+      "<Record type=\"a\"/>\n"
+      "</HealthData>\n");
+
+  EXPECT_EQ(sink.records.size(), 1U);
+  ASSERT_EQ(sink.skips.size(), 1U);
+  EXPECT_EQ(sink.skips.front().second, 14);  // the lines of the document type count
+}
+
+TEST(UncleanExport, MayHaveADocumentTypeOfAnyLengthItIsCutIn) {
+  std::string document = "<!DOCTYPE HealthData [\n";
+  for (int line = 0; line < 5000; ++line) document += "<!ATTLIST Record unit CDATA #IMPLIED>\n";
+  document.append("]>\n<HealthData>\n<Record/>").append(record).append("</HealthData>");
+  CollectingSink sink;
+
+  readInto(sink, document, 1000);
+
+  EXPECT_EQ(sink.records.size(), 1U);
+  ASSERT_EQ(sink.skips.size(), 1U);
+  EXPECT_EQ(sink.skips.front().second, 5004);
+}
+
+TEST(UncleanExport, NeverExpandsAnEntity) {
+  const std::string document =
+      "<!DOCTYPE HealthData [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;\">]>\n"
+      "<HealthData><Record type=\"&b;\" startDate=\"2024-03-01\"/></HealthData>";
+
+  EXPECT_THAT(errorOf(document), HasSubstr("line 2, column"));
+  EXPECT_THAT(errorOf(document), HasSubstr("an entity is not defined"));
+}
+
+TEST(UncleanExport, LosesForbiddenCharactersAndCountsThem) {
+  CollectingSink sink;
+  ExportReader reader(sink);
+
+  reader.feed(
+      exportOf(std::string("<Record type=\"a\v\" startDate=\"2024-03-01\""
+                           " sourceName=\"A&#11;n&#x0B;n\x01\"/>\x02")));
+  reader.finish();
+
+  ASSERT_EQ(sink.records.size(), 1U);
+  EXPECT_EQ(sink.records.front().type, "a");
+  EXPECT_EQ(sink.records.front().sourceName, "Ann");
+  EXPECT_EQ(reader.droppedCharacters(), 5);
+  EXPECT_EQ(reader.replacedSequences(), 0);
+}
+
+TEST(UncleanExport, HasIllFormedTextReplaced) {
+  CollectingSink sink;
+  ExportReader reader(sink);
+
+  reader.feed(
+      exportOf("<Record type=\"a\" startDate=\"2024-03-01\" sourceName=\"A\xC3nn\xED\xA0\"/>"));
+  reader.finish();
+
+  ASSERT_EQ(sink.records.size(), 1U);
+  EXPECT_EQ(sink.records.front().sourceName, "A\uFFFDnn\uFFFD\uFFFD");
+  EXPECT_EQ(reader.replacedSequences(), 3);
+}
+
+TEST(UncleanExport, KeepsQuotesBlanksAndCommasOfNames) {
+  const KeptRecord found = recordOf(
+      "type=\"a\" startDate=\"2024-03-01\" sourceName=\"Zoë’s “big”\u00A0Watch\""
+      " device=\"&lt;&lt;HKDevice: 0x1&gt;, name:Apple Watch, hardware:Watch6,1&gt;\"");
+
+  EXPECT_EQ(found.sourceName, "Zoë’s “big”\u00A0Watch");
+  EXPECT_EQ(found.device, "<<HKDevice: 0x1>, name:Apple Watch, hardware:Watch6,1>");
+}
+
+TEST(UncleanExport, ReadsTheSameHoweverItIsCut) {
+  const std::string document =
+      "\xEF\xBB\xBF<!DOCTYPE HealthData [<!ATTLIST a]>" +
+      exportOf("<Record type=\"a\" startDate=\"2024-03-01\" sourceName=\"Zoë’s 手表\v&#11;\"/>")
+          .substr(39);
+  const CollectingSink whole = sinkOf(document);
+  ASSERT_EQ(whole.records.size(), 1U);
+  ASSERT_EQ(whole.records.front().sourceName, "Zoë’s 手表");
+
+  for (std::size_t size = 1; size < document.size(); ++size) {
+    CollectingSink sink;
+    readInto(sink, document, size);
+    EXPECT_EQ(sink.records, whole.records) << size;
+  }
+}
+
+TEST(BrokenExport, IsRefusedWithLineAndColumn) {
+  const std::string document =
+      exportOf("<Record type=\"a\" startDate=\"2024-03-01\"/>\n  <Record <");
+
+  EXPECT_EQ(errorOf(document),
+            "The XML is broken in line 4, column 11: not well-formed. Nothing was imported.");
+  EXPECT_EQ(errorOf(document, SummaryLang::zh),
+            "XML 在第 4 行第 11 列坏了:有 XML 不允许的写法。什么都没有导入。");
+}
+
+TEST(BrokenExport, IsRefusedWhereverItEndsEarly) {
+  const std::string document = exportOf("<Record type=\"a\" startDate=\"2024-03-01\"/>\n");
+  const std::size_t end = document.find("</HealthData>") + std::string("</HealthData>").size();
+
+  ASSERT_EQ(errorOf(document.substr(0, end)), "");
+  for (std::size_t size = 0; size < end; ++size) {
+    EXPECT_NE(errorOf(document.substr(0, size)), "") << size;
+  }
+}
+
+TEST(BrokenExport, TellsThatItEndsTooEarly) {
+  const std::string document = exportOf(record);
+
+  EXPECT_THAT(errorOf(document.substr(0, document.find("</HealthData>"))),
+              HasSubstr("line 4, column 1: the file ends too early"));
+}
+
+struct BrokenCase {
+  std::string name;
+  std::string elements;
+  std::string reason;
+};
+
+void PrintTo(const BrokenCase& value, std::ostream* out) { *out << value.name; }
+
+class BrokenElements : public testing::TestWithParam<BrokenCase> {};
+
+TEST_P(BrokenElements, AreRefusedWithTheirReason) {
+  EXPECT_THAT(errorOf(exportOf(GetParam().elements)), HasSubstr(GetParam().reason));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, BrokenElements,
+    testing::Values(
+        BrokenCase{"OtherEndTag", "<Me></You>", "an end tag does not match its start tag"},
+        BrokenCase{"AttributeTwice", "<Me a='1' a='2'/>", "an attribute stands twice"},
+        BrokenCase{
+            "NoCharacter",
+            "<Me a='&#x110000000000000000000000000000000000000000000000000000000000000000;'/>",
+            "a character reference names no character"},
+        BrokenCase{"Junk", "</HealthData><Me/>", "something follows the end of the root element"},
+        BrokenCase{"DocumentTypeInside", "<!DOCTYPE HealthData []>", "not well-formed"},
+        BrokenCase{"BareAmpersand", "<Me a='you & me'/>", "not well-formed"}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(BrokenExport, IsToldFromAnotherKindOfFile) {
+  for (const std::string_view document : {"",
+                                          "<?xml version=\"1.0\"?>\n<ClinicalDocument/>",
+                                          "<!DOCTYPE HealthData [\n<!ELEMENT Health"}) {
+    EXPECT_THAT(errorOf(document), HasSubstr("There is no HealthData element")) << document;
+  }
+}
+
+}  // namespace

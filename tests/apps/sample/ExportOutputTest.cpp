@@ -1,0 +1,196 @@
+#include "platform/Files.h"
+#include "sample/ExportOutput.h"
+#include "support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <zip.h>
+
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <iterator>
+#include <memory>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr CivilDay day = 2026y / 11 / 20;
+
+/// `count` pieces of a thousand letters, then the end or, where `fails`, an exception.
+ExportOutput::Pieces piecesOf(int count, bool fails = false) {
+  return [count, fails, piece = std::string()]() mutable -> std::string_view {
+    if (count == 0 && fails) throw std::runtime_error("no more of that");
+    if (count == 0) return {};
+    piece.assign(1000, static_cast<char>('a' + --count % 26));
+    return piece;
+  };
+}
+
+std::string textOf(const ExportOutput::Pieces& pieces) {
+  std::string text;
+  for (std::string_view piece = pieces(); !piece.empty(); piece = pieces()) text += piece;
+  return text;
+}
+
+struct Discard {
+  void operator()(zip_t* archive) const { zip_discard(archive); }
+};
+
+/// The names and texts in an archive.
+std::vector<std::pair<std::string, std::string>> entriesOf(const std::filesystem::path& path) {
+  const std::unique_ptr<zip_t, Discard> archive(zip_open(path.c_str(), ZIP_CHECKCONS, nullptr));
+  if (!archive) return {};
+  std::vector<std::pair<std::string, std::string>> entries;
+  for (zip_int64_t index = 0; index < zip_get_num_entries(archive.get(), 0); ++index) {
+    zip_stat_t stat;
+    zip_stat_index(archive.get(), static_cast<zip_uint64_t>(index), 0, &stat);
+    std::string text(stat.size, '\0');
+    zip_file_t* file = zip_fopen_index(archive.get(), static_cast<zip_uint64_t>(index), 0);
+    text.resize(static_cast<std::size_t>(zip_fread(file, text.data(), text.size())));
+    zip_fclose(file);
+    entries.emplace_back(stat.name, std::move(text));
+  }
+  return entries;
+}
+
+std::size_t filesIn(const TemporaryFolder& folder) {
+  const std::filesystem::directory_iterator files(folder.path());
+  return static_cast<std::size_t>(std::distance(begin(files), end(files)));
+}
+
+TEST(ExportOutput, WritesTheTextToAFile) {
+  const TemporaryFolder folder;
+
+  ExportOutput::writeFile(folder / "export.xml", piecesOf(300));
+
+  EXPECT_EQ(fileContents(folder / "export.xml"), textOf(piecesOf(300)));
+  EXPECT_EQ(filesIn(folder), 1U);
+}
+
+TEST(ExportOutput, WritesTheTextAsTheOnlyEntryOfAZip) {
+  const TemporaryFolder folder;
+
+  ExportOutput::writeZip(folder / "e.zip", "folder/export.xml", day, piecesOf(300));
+
+  EXPECT_THAT(entriesOf(folder / "e.zip"),
+              testing::ElementsAre(testing::Pair("folder/export.xml", textOf(piecesOf(300)))));
+  EXPECT_LT(std::filesystem::file_size(folder / "e.zip"), 30000U);
+  EXPECT_EQ(filesIn(folder), 1U);
+}
+
+TEST(ExportOutput, WritesTheSameZipForTheSameText) {
+  const TemporaryFolder folder;
+
+  ExportOutput::writeZip(folder / "1.zip", "export.xml", day, piecesOf(30));
+  ExportOutput::writeZip(folder / "2.zip", "export.xml", day, piecesOf(30));
+
+  EXPECT_EQ(fileContents(folder / "1.zip"), fileContents(folder / "2.zip"));
+}
+
+TEST(ExportOutput, DatesAZipFromBeforeThereWereAnyWithItsFirstYear) {
+  const TemporaryFolder folder;
+
+  ExportOutput::writeZip(folder / "old.zip", "export.xml", 1971y / 11 / 20, piecesOf(1));
+  ExportOutput::writeZip(folder / "first.zip", "export.xml", 1980y / 11 / 20, piecesOf(1));
+
+  EXPECT_EQ(fileContents(folder / "old.zip"), fileContents(folder / "first.zip"));
+}
+
+using Write = void (*)(const std::filesystem::path&, const ExportOutput::Pieces&);
+
+struct OutputCase {
+  std::string name;
+  Write write;
+};
+
+void PrintTo(const OutputCase& value, std::ostream* out) { *out << value.name; }
+
+class EveryExportOutput : public testing::TestWithParam<OutputCase> {};
+
+TEST_P(EveryExportOutput, LeavesAnExistingFileAlone) {
+  const TemporaryFolder folder;
+  const std::filesystem::path path = folder.write("e", "precious");
+
+  EXPECT_THROW(GetParam().write(path, piecesOf(3)), std::system_error);
+  EXPECT_EQ(fileContents(path), "precious");
+  EXPECT_EQ(filesIn(folder), 1U);
+}
+
+TEST_P(EveryExportOutput, LeavesNothingBehindWhenTheTextFails) {
+  const TemporaryFolder folder;
+
+  EXPECT_THROW(GetParam().write(folder / "e", piecesOf(300, true)), std::runtime_error);
+  EXPECT_EQ(filesIn(folder), 0U);
+}
+
+/// No file grows beyond `size` bytes while this lives, as on a disk that is full.
+class FullDisk {
+public:
+  explicit FullDisk(rlim_t size) : handler(std::signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &before);
+    rlimit limited = before;
+    limited.rlim_cur = size;
+    setrlimit(RLIMIT_FSIZE, &limited);
+  }
+  ~FullDisk() {
+    setrlimit(RLIMIT_FSIZE, &before);
+    static_cast<void>(std::signal(SIGXFSZ, handler));
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+  void (*handler)(int);
+  rlimit before{};
+};
+
+TEST_P(EveryExportOutput, LeavesNothingBehindOnAFullDisk) {
+  const TemporaryFolder folder;
+  std::error_code failure;
+  {
+    const FullDisk disk(512);
+    try {
+      GetParam().write(folder / "e", piecesOf(300));
+    } catch (const std::system_error& error) {
+      failure = error.code();
+    }
+  }
+
+  EXPECT_EQ(failure, std::errc::file_too_large);
+  EXPECT_EQ(filesIn(folder), 0U);
+}
+
+TEST_P(EveryExportOutput, NamesThePlaceWhereItCannotWrite) {
+  const TemporaryFolder folder;
+
+  try {
+    GetParam().write(folder / "missing" / "e", piecesOf(3));
+    FAIL() << "written";
+  } catch (const std::system_error& error) {
+    EXPECT_THAT(error.what(), testing::HasSubstr("missing/e"));
+    EXPECT_EQ(error.code(), std::errc::no_such_file_or_directory);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, EveryExportOutput,
+                         testing::Values(OutputCase{"File",
+                                                    [](const auto& path, const auto& pieces) {
+                                                      ExportOutput::writeFile(path, pieces);
+                                                    }},
+                                         OutputCase{"Zip",
+                                                    [](const auto& path, const auto& pieces) {
+                                                      ExportOutput::writeZip(
+                                                          path, "export.xml", day, pieces);
+                                                    }}),
+                         [](const auto& test) { return test.param.name; });
+
+}  // namespace

@@ -1,0 +1,268 @@
+// What the sample exports, read by an XML parser that is not ours and held against the household
+// that it writes into databases.
+
+#include "apps/sample/ReadExport.h"
+#include "apps/sample/WrittenHousehold.h"
+#include "platform/Files.h"
+#include "sample/Export.h"
+#include "store/HealthStore.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <iomanip>
+#include <optional>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using testing::ElementsAre;
+
+Options optionsOf(const std::string& member = "Ann", std::uint64_t seed = 1) {
+  return {.out = {},
+          .exportTo = {},
+          .member = member,
+          .members = 3,
+          .years = 1,
+          .records = 20000,
+          .seed = seed,
+          .today = {},
+          .asImported = false};
+}
+
+/// The export as text.
+std::string exported(Options options) {
+  const TemporaryFolder folder;
+  options.exportTo = folder / "export.xml";
+  std::ostringstream unseen;
+  Progress progress(unseen, false, [] { return 0.0; });
+  writeExport(options, sampleDay, unseen, progress);
+  return fileContents(options.exportTo).value();
+}
+
+/// Ann's export, written and read once for all tests.
+const ReadExport& annsExport() {
+  static const ReadExport read(exported(optionsOf()));
+  return read;
+}
+
+/// The household of Ann alone, as her devices or as an import of her export leave it.
+WrittenHousehold annsHousehold(bool asImported = false) {
+  Options options = optionsOf();
+  options.member.reset();
+  options.members = 1;
+  options.asImported = asImported;
+  return WrittenHousehold(options);
+}
+
+std::string withoutPrefix(const std::string& type) {
+  for (const std::string prefix :
+       {"HKQuantityTypeIdentifier", "HKCategoryTypeIdentifier", "HKWorkoutActivityType"}) {
+    if (type.starts_with(prefix)) return type.substr(prefix.size());
+  }
+  return "no prefix: " + type;
+}
+
+TEST(Export, IsWellFormedAndHoldsWhatItsTypeSays) {
+  const ReadExport& read = annsExport();
+
+  EXPECT_EQ(read.error, "");
+  EXPECT_EQ(read.documentType, "HealthData");
+  EXPECT_EQ(read.root.name, "HealthData");
+  EXPECT_EQ(read.root.text("locale"), "zh_CN");
+  ASSERT_GT(read.root.children.size(), 2U);
+  EXPECT_EQ(read.root.children[0].name, "ExportDate");
+  EXPECT_EQ(read.root.children[0].text("value"), "2026-11-20 07:00:00 +0800");
+  EXPECT_EQ(read.root.children[1].name, "Me");
+}
+
+TEST(Export, HoldsEveryRecordOfTheHouseholdInTheSameOrder) {
+  const WrittenHousehold household = annsHousehold();
+  std::vector<std::string> lines;
+  for (const ExportElement& record : annsExport().root.all("Record")) {
+    lines.push_back(withoutPrefix(record.text("type")) + '|' + record.text("sourceName") + '|' +
+                    record.text("device") + '|' + record.text("unit") + '|' +
+                    record.text("startDate") + '|' + record.text("endDate") + '|' +
+                    record.text("creationDate") + '|' + record.text("value"));
+  }
+
+  EXPECT_EQ(lines,
+            household.texts("ann-01",
+                            "SELECT type || '|' || source_name || '|' || ifnull(device, '') || '|'"
+                            " || ifnull(unit, '') || '|' || start_date || '|' || end_date || '|'"
+                            " || creation_date || '|' || value FROM records ORDER BY rowid"));
+}
+
+/// The sum or the attribute `what` of a workout's statistics of a type that begins with `type`.
+std::optional<double> statistic(const ExportElement& workout, const std::string& type,
+                                const std::string& what) {
+  for (const ExportElement& statistics : workout.all("WorkoutStatistics")) {
+    if (!withoutPrefix(statistics.text("type")).starts_with(type)) continue;
+    const std::string text = statistics.text(what);
+    if (!text.empty()) return std::strtod(text.c_str(), nullptr);
+  }
+  return std::nullopt;
+}
+
+/// The number in the entry `key` of a workout, `divisor` of its unit to one.
+std::optional<double> entry(const ExportElement& workout, const std::string& key,
+                            const std::string& unit, double divisor = 1) {
+  for (const ExportElement& each : workout.all("MetadataEntry")) {
+    if (each.text("key") != key) continue;
+    char* end = nullptr;
+    const std::string value = each.text("value");
+    const double number = std::strtod(value.c_str(), &end);
+    EXPECT_EQ(std::string(end), unit) << key;
+    return number / divisor;
+  }
+  return std::nullopt;
+}
+
+WorkoutEntry entryOf(const ExportElement& workout) {
+  WorkoutEntry read;
+  read.activity_type = withoutPrefix(workout.text("workoutActivityType"));
+  read.start = workout.text("startDate");
+  read.end = workout.text("endDate");
+  read.source = workout.text("sourceName");
+  EXPECT_EQ(workout.text("durationUnit"), "min");
+  read.duration_min = std::strtod(workout.text("duration").c_str(), nullptr);
+  read.distance_km = statistic(workout, "Distance", "sum");
+  read.active_energy_kcal = statistic(workout, "ActiveEnergyBurned", "sum");
+  read.basal_energy_kcal = statistic(workout, "BasalEnergyBurned", "sum");
+  read.hr_avg = statistic(workout, "HeartRate", "average");
+  read.hr_min = statistic(workout, "HeartRate", "minimum");
+  read.hr_max = statistic(workout, "HeartRate", "maximum");
+  read.elevation_m = entry(workout, "HKElevationAscended", " cm", 100);
+  read.avg_mets = entry(workout, "HKAverageMETs", " kcal/hr·kg");
+  if (const auto indoor = entry(workout, "HKIndoorWorkout", "")) read.indoor = *indoor == 1;
+  read.temp_c = entry(workout, "HKWeatherTemperature", " degC");
+  if (const auto humidity = entry(workout, "HKWeatherHumidity", " %")) {
+    read.humidity.emplace().raw_value = humidity;
+    read.humidity->raw_unit = "%";
+    read.humidity->encoding = "xml_percent";
+    read.humidity->source_version = workout.text("sourceVersion");
+  }
+  return read;
+}
+
+TEST(Export, HoldsEveryWorkoutWithFiguresThatComeBackAsTheyWere) {
+  const WrittenHousehold household = annsHousehold(true);
+  Logger quiet(std::nullopt, Logger::Level::error, false, [] { return 0.0; });
+  const std::vector<WorkoutEntry> stored =
+      HealthStore(household.database("ann-01"), {}, quiet).workoutDetails({}, {});
+  std::vector<WorkoutEntry> read;
+  for (const ExportElement& workout : annsExport().root.all("Workout")) {
+    read.push_back(entryOf(workout));
+  }
+
+  EXPECT_GT(read.size(), 50U);
+  EXPECT_THAT(read, testing::UnorderedElementsAreArray(stored));
+}
+
+TEST(Export, SaysOfEveryWorkoutThatItIsOneSegment) {
+  for (const ExportElement& workout : annsExport().root.all("Workout")) {
+    const std::vector<ExportElement> events = workout.all("WorkoutEvent");
+    ASSERT_EQ(events.size(), 1U);
+    EXPECT_EQ(events[0].text("type"), "HKWorkoutEventTypeSegment");
+    EXPECT_EQ(events[0].text("date"), workout.text("startDate"));
+  }
+}
+
+TEST(Export, GivesEveryVariabilityTheBeatsItWasMeasuredOn) {
+  std::size_t variabilities = 0;
+  for (const ExportElement& record : annsExport().root.all("Record")) {
+    const std::vector<ExportElement> lists = record.all("HeartRateVariabilityMetadataList");
+    const bool isVariability = withoutPrefix(record.text("type")) == "HeartRateVariabilitySDNN";
+    ASSERT_EQ(lists.size(), isVariability ? 1U : 0U);
+    if (!isVariability) continue;
+    ++variabilities;
+    EXPECT_GT(lists[0].children.size(), 30U);
+    for (const ExportElement& beat : lists[0].children) {
+      EXPECT_THAT(beat.text("time"),
+                  testing::MatchesRegex("1?[0-9]:[0-5][0-9]:[0-5][0-9]\\.[0-9][0-9] [AP]M"));
+    }
+  }
+  EXPECT_GT(variabilities, 100U);
+}
+
+TEST(Export, TellsWhereSomebodySlept) {
+  std::set<std::string> zones;
+  for (const ExportElement& record : annsExport().root.all("Record")) {
+    if (withoutPrefix(record.text("type")) != "SleepAnalysis") continue;
+    ASSERT_EQ(record.children.size(), 1U);
+    EXPECT_EQ(record.children[0].text("key"), "HKTimeZone");
+    zones.insert(record.children[0].text("value"));
+  }
+
+  EXPECT_THAT(zones, ElementsAre("America/New_York", "Asia/Shanghai"));
+}
+
+TEST(Export, SumsUpTheRingsOfEveryDayFromTheWatch) {
+  const WrittenHousehold household = annsHousehold();
+  std::vector<std::string> rings;
+  for (const ExportElement& day : annsExport().root.all("ActivitySummary")) {
+    EXPECT_EQ(day.text("activeEnergyBurnedUnit"), "kcal");
+    std::ostringstream line;
+    line << std::fixed << std::setprecision(3) << day.text("dateComponents") << ' '
+         << std::stod(day.text("activeEnergyBurned")) << ' ' << day.text("appleExerciseTime") << ' '
+         << day.text("appleStandHours");
+    rings.push_back(line.str());
+  }
+
+  EXPECT_GT(rings.size(), 300U);
+  EXPECT_EQ(
+      rings,
+      household.texts(
+          "ann-01",
+          "SELECT printf('%s %.3f %d %d', start_day,"
+          " ifnull(sum(value_num) FILTER (WHERE type = 'ActiveEnergyBurned'), 0),"
+          " ifnull(sum(value_num) FILTER (WHERE type = 'AppleExerciseTime'), 0),"
+          " count(*) FILTER (WHERE value LIKE '%AppleStandHourStood')) FROM records"
+          " WHERE source_name LIKE '%Watch' AND type IN ('ActiveEnergyBurned', 'AppleExerciseTime',"
+          " 'AppleStandHour') GROUP BY start_day ORDER BY start_day"));
+}
+
+TEST(Export, IsTheSameForTheSameSeed) {
+  EXPECT_EQ(exported(optionsOf("Ben")), exported(optionsOf("Ben")));
+  EXPECT_NE(exported(optionsOf("Ben")), exported(optionsOf("Ben", 2)));
+}
+
+TEST(Export, OfAPhoneAloneHasNoRingsAndAnotherLocale) {
+  const ReadExport read(exported(optionsOf("ben-02")));
+
+  EXPECT_EQ(read.error, "");
+  EXPECT_EQ(read.root.text("locale"), "en_US");
+  EXPECT_GT(read.root.all("Record").size(), 1000U);
+  EXPECT_THAT(read.root.all("ActivitySummary"), testing::IsEmpty());
+}
+
+TEST(Export, OfNobodysLifeIsADocumentAllTheSame) {
+  const ReadExport read(exported(optionsOf("小美")));
+
+  EXPECT_EQ(read.error, "");
+  EXPECT_EQ(read.root.children.size(), 2U);
+}
+
+TEST(Export, MarksWhatWasTypedIn) {
+  Options options = optionsOf("David");
+  options.members = 5;
+  const ReadExport read(exported(options));
+  std::vector<ExportElement> typed;
+  for (const ExportElement& record : read.root.all("Record")) {
+    if (record.text("sourceName") == "Health") typed.push_back(record);
+  }
+
+  ASSERT_EQ(typed.size(), 1U);
+  EXPECT_EQ(typed[0].text("startDate").substr(0, 10), "2026-11-29");
+  EXPECT_EQ(typed[0].text("device"), "");
+  ASSERT_EQ(typed[0].children.size(), 1U);
+  EXPECT_EQ(typed[0].children[0].text("key"), "HKWasUserEntered");
+}
+
+TEST(Export, RefusesAStranger) { EXPECT_THROW(exported(optionsOf("Zoe")), UsageError); }
+
+}  // namespace

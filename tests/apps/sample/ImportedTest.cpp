@@ -1,0 +1,171 @@
+// What a life is after an export and an import, and what a household written that way holds.
+
+#include "apps/sample/WrittenHousehold.h"
+#include "roster/Roster.h"
+#include "sample/Imported.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+/// Keeps what it is told.
+class Notebook final : public RecordSink {
+public:
+  void add(const Sample& sample) override { samples.push_back(sample); }
+  void add(const Workout& workout) override { workouts.push_back(workout); }
+
+  std::vector<Sample> samples;
+  std::vector<Workout> workouts;
+};
+
+const Source watch{.name = "Watch", .device = "", .version = "10.1"};
+
+Sample sampleOf(std::string_view type, std::string_view unit, Decimal value) {
+  return {.type = type,
+          .source = &watch,
+          .unit = unit,
+          .start = {1700000000, 0},
+          .end = {1700000060, 0},
+          .value = value};
+}
+
+Sample imported(const Sample& sample) {
+  Notebook notebook;
+  Imported(notebook).add(sample);
+  return notebook.samples.at(0);
+}
+
+TEST(Imported, ConvertsTheLengthsOfDistancesToKilometres) {
+  const Sample swum = imported(sampleOf("DistanceSwimming", "m", {850, 0}));
+
+  EXPECT_EQ(swum.unit, "km");
+  EXPECT_EQ(std::get<Decimal>(swum.value).number(), 0.85);
+}
+
+TEST(Imported, LeavesOtherMetresAlone) {
+  const Sample walked = imported(sampleOf("SixMinuteWalkTestDistance", "m", {540, 0}));
+
+  EXPECT_EQ(walked.unit, "m");
+  EXPECT_EQ(std::get<Decimal>(walked.value).number(), 540);
+}
+
+TEST(Imported, GivesEveryRecordItsDay) {
+  Sample undated = sampleOf("BodyMass", "kg", {675, 1});
+  undated.dated = false;
+
+  EXPECT_TRUE(imported(undated).dated);
+}
+
+TEST(Imported, KnowsTheFirstDayWhateverTheOrder) {
+  Notebook notebook;
+  Imported sink(notebook);
+  EXPECT_EQ(sink.firstDay(), std::nullopt);
+
+  sink.add(sampleOf("StepCount", "count", {1, 0}));
+  Sample earlier = sampleOf("StepCount", "count", {2, 0});
+  earlier.start = {1699900000, 0};
+  sink.add(earlier);
+  sink.add(sampleOf("StepCount", "count", {3, 0}));
+
+  EXPECT_EQ(sink.firstDay(), "2023-11-13");
+}
+
+struct HumidityCase {
+  std::string name;
+  std::optional<double> value;
+  std::string encoding;  ///< "" for the old column
+  std::optional<double> expected;
+};
+
+void PrintTo(const HumidityCase& value, std::ostream* out) { *out << value.name; }
+
+class ImportedHumidity : public testing::TestWithParam<HumidityCase> {};
+
+TEST_P(ImportedHumidity, IsWhatTheExportWroteInHundredthsOfAPercent) {
+  const HumidityCase& given = GetParam();
+  Workout workout;
+  workout.source = &watch;
+  if (given.encoding.empty()) {
+    workout.entry.humidity_pct = given.value;
+  } else {
+    workout.entry.humidity.emplace().raw_value = given.value;
+    workout.entry.humidity->encoding = given.encoding;
+  }
+  Notebook notebook;
+
+  Imported(notebook).add(workout);
+
+  const WorkoutEntry& entry = notebook.workouts.at(0).entry;
+  EXPECT_EQ(entry.humidity_pct, std::nullopt);
+  ASSERT_EQ(entry.humidity.has_value(), given.expected.has_value());
+  if (!given.expected) return;
+  EXPECT_EQ(entry.humidity,
+            (WorkoutHumidity{.raw_value = given.expected,
+                             .raw_unit = "%",
+                             .raw_text = {},
+                             .encoding = "xml_percent",
+                             .source_bundle_id = {},
+                             .source_version = "10.1"}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, ImportedHumidity,
+                         testing::Values(HumidityCase{"Percent", 71.5, "healthkit_percent", 7150},
+                                         HumidityCase{"Fraction", 0.54, "healthkit_fraction", 5400},
+                                         HumidityCase{"AlreadyExported", 5400, "xml_percent", 5400},
+                                         HumidityCase{"OldColumn", 66, "", 6600},
+                                         HumidityCase{"WithoutNumber", {}, "healthkit_value", {}},
+                                         HumidityCase{"NoneAtAll", {}, "", {}}),
+                         [](const auto& test) { return test.param.name; });
+
+Options importedOptions() {
+  return {.out = {},
+          .exportTo = {},
+          .member = {},
+          .members = 3,
+          .years = 1,
+          .records = 20000,
+          .seed = 1,
+          .today = {},
+          .asImported = true};
+}
+
+TEST(ImportedHousehold, HasTheRecordsOfTheOtherEachWithItsDay) {
+  Options direct = importedOptions();
+  direct.members = 2;
+  direct.asImported = false;
+  const WrittenHousehold received(direct);
+  const WrittenHousehold household(importedOptions());
+  constexpr const char* everyRecord =
+      "SELECT type || source_name || start_date || end_date || ifnull(value_num, value)"
+      " FROM records WHERE type NOT LIKE 'Distance%' ORDER BY rowid";
+
+  EXPECT_EQ(household.texts("ann-01", everyRecord), received.texts("ann-01", everyRecord));
+  EXPECT_EQ(household.texts("ann-01", "SELECT COUNT(*) FROM records WHERE start_day IS NULL"),
+            std::vector<std::string>{"0"});
+  EXPECT_EQ(household.texts("ann-01",
+                            "SELECT DISTINCT unit FROM records"
+                            " WHERE type LIKE 'Distance%'"),
+            std::vector<std::string>{"km"});
+  EXPECT_EQ(household.texts("ben-02", "SELECT v FROM stat_meta"), std::vector<std::string>{"1"});
+}
+
+TEST(ImportedHousehold, IsNamedInARosterWithoutDevices) {
+  WrittenHousehold household(importedOptions());
+  Roster roster(household.folder / "root/members.json", household.quiet, [] { return 0.0; });
+
+  roster.load();
+
+  const std::vector<Member> members = roster.members();
+  ASSERT_EQ(members.size(), 3U);
+  for (const Member& member : members) {
+    EXPECT_TRUE(member.devices.empty()) << member.id;
+    ASSERT_TRUE(member.backfill) << member.id;
+    EXPECT_TRUE(member.backfill->done) << member.id;
+    EXPECT_EQ(member.lastSyncAt, 1795129200.0) << member.id;  // 2026-11-20 07:00 +0800
+  }
+}
+
+}  // namespace
