@@ -1,19 +1,28 @@
 #pragma once
-// What the program asks of the system it runs on. One source file per system; this one contract.
+// What the program asks of the system it runs on. One contract; SystemPosix.cpp keeps what all
+// systems have in common, SystemLinux.cpp or SystemMac.cpp the rest.
 
 #include "platform/Locale.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace System {
+
+/// The value of an environment variable; an empty one counts as not set.
+std::optional<std::string> environment(const char* name);
+
+/// The tags of a LANGUAGE value, "zh_CN:en", in its order; empty ones are left out.
+std::vector<std::string> languageTags(std::string_view list);
 
 /// The home directory of the user, absolute.
 std::filesystem::path homeDirectory();
 
 /// The languages the user prefers, best first, as tags ("zh-Hans-CN", "en_US.UTF-8"). May be empty.
-/// `etc` is where the machine-wide settings lie.
+/// `etc` is where the machine-wide settings lie, on systems that keep them in files.
 std::vector<std::string> preferredLanguages(const std::filesystem::path& etc = "/etc");
 
 /// The localisations of the application bundle this program lies in; empty without a bundle.

@@ -1,41 +1,29 @@
-// Linux and its kin: the environment, the password database and the locale's own files.
+// What macOS shares with Linux and its kin: the environment and the password database.
 
-#include "platform/Files.h"
 #include "platform/System.h"
-#include "platform/Text.h"
 
-#include <locale.h>
 #include <pwd.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdlib>
-#include <cwchar>
-#include <initializer_list>
-#include <memory>
-#include <optional>
-#include <string_view>
-#include <type_traits>
 
-namespace {
-
-/// The value of an environment variable; an empty one counts as not set.
-std::optional<std::string> environment(const char* name) {
+std::optional<std::string> System::environment(const char* name) {
   const char* value = std::getenv(name);
   if (value == nullptr || *value == '\0') return std::nullopt;
   return value;
 }
 
-std::optional<std::string> firstSet(std::initializer_list<const char*> names) {
-  for (const char* name : names) {
-    if (std::optional<std::string> value = environment(name)) return value;
+std::vector<std::string> System::languageTags(std::string_view list) {
+  std::vector<std::string> tags;
+  while (!list.empty()) {
+    const std::string_view tag = list.substr(0, list.find(':'));
+    if (!tag.empty()) tags.emplace_back(tag);
+    list.remove_prefix(std::min(list.size(), tag.size() + 1));
   }
-  return std::nullopt;
+  return tags;
 }
-
-}  // namespace
 
 std::filesystem::path System::homeDirectory() {
   if (const std::optional<std::string> home = environment("HOME")) {
@@ -48,97 +36,4 @@ std::filesystem::path System::homeDirectory() {
     buffer.resize(2 * buffer.size());
   }
   return found != nullptr && *found->pw_dir == '/' ? found->pw_dir : "/";
-}
-
-namespace {
-
-/// Appends the tags of a LANGUAGE value, which lists them with colons.
-void appendTags(std::string_view list, std::vector<std::string>& tags) {
-  while (!list.empty()) {
-    const std::string_view tag = list.substr(0, list.find(':'));
-    if (!tag.empty()) tags.emplace_back(tag);
-    list.remove_prefix(std::min(list.size(), tag.size() + 1));
-  }
-}
-
-/// The value of the last line "NAME=value" or "NAME="value"" of a settings file; "" when there is
-/// none.
-std::string setting(std::string_view file, std::string_view name) {
-  std::string_view value;
-  while (!file.empty()) {
-    std::string_view line = file.substr(0, file.find('\n'));
-    file.remove_prefix(std::min(file.size(), line.size() + 1));
-    if (!line.starts_with(name) || !line.substr(name.size()).starts_with("=")) continue;
-    line.remove_prefix(name.size() + 1);
-    const bool quoted = line.size() >= 2 && (line.front() == '"' || line.front() == '\'') &&
-                        line.back() == line.front();
-    value = quoted ? line.substr(1, line.size() - 2) : line;
-  }
-  return std::string(value);
-}
-
-std::vector<std::string> languagesIn(const std::filesystem::path& file) {
-  const std::string contents = fileContents(file).value_or("");
-  std::vector<std::string> tags;
-  appendTags(setting(contents, "LANGUAGE"), tags);
-  const std::string lang = setting(contents, "LANG");
-  if (!lang.empty()) tags.push_back(lang);
-  return tags;
-}
-
-/// What the machine-wide settings say, in the place of newer systems or else that of older ones.
-std::vector<std::string> machineLanguages(const std::filesystem::path& etc) {
-  std::vector<std::string> tags = languagesIn(etc / "locale.conf");
-  return tags.empty() ? languagesIn(etc / "default" / "locale") : tags;
-}
-
-}  // namespace
-
-std::vector<std::string> System::preferredLanguages(const std::filesystem::path& etc) {
-  const std::optional<std::string> list = environment("LANGUAGE");
-  const std::optional<std::string> locale = firstSet({"LC_ALL", "LC_MESSAGES", "LANG"});
-  if (!list && !locale) return machineLanguages(etc);
-  std::vector<std::string> tags;
-  if (list) appendTags(*list, tags);
-  if (locale) tags.push_back(*locale);
-  return tags;
-}
-
-std::vector<std::string> System::bundleLocalizations() { return {}; }
-
-std::vector<std::string> System::bundlePreferredLocalizations() { return {}; }
-
-namespace {
-
-using Locale = std::unique_ptr<std::remove_pointer_t<locale_t>, decltype(&freelocale)>;
-
-/// `text` of the thread's present locale as UTF-8. A separator is a character or two, mostly a
-/// no-break space that older character sets encode in a byte of their own.
-std::string separatorAsUTF8(std::string_view text) {
-  std::string converted;
-  std::mbstate_t state{};
-  while (!text.empty()) {
-    wchar_t character = 0;
-    const std::size_t length = std::mbrtowc(&character, text.data(), text.size(), &state);
-    if (length == 0 || length > text.size()) return ",";
-    converted += utf8(static_cast<char32_t>(character));
-    text.remove_prefix(length);
-  }
-  return converted;
-}
-
-}  // namespace
-
-DigitGrouping System::digitGrouping() {
-  const std::string name = firstSet({"LC_ALL", "LC_NUMERIC", "LANG"}).value_or("C");
-  if (name == "C" || name == "POSIX" || name.starts_with("C.")) return {};
-  // A locale object of our own: the process keeps the C locale, so printf keeps its decimal point.
-  const Locale locale(newlocale(LC_NUMERIC_MASK | LC_CTYPE_MASK, name.c_str(), locale_t{}),
-                      &freelocale);
-  if (!locale) return {};
-  const locale_t previous = uselocale(locale.get());
-  const lconv* conventions = localeconv();
-  DigitGrouping grouping{separatorAsUTF8(conventions->thousands_sep), conventions->grouping};
-  uselocale(previous);
-  return grouping;
 }

@@ -1,0 +1,32 @@
+// What a program's file tells of the defences that it was built with.
+
+import assert from 'node:assert/strict';
+import { readFileSync } from 'node:fs';
+
+import { build, output, source } from './support.mjs';
+
+/** Fails unless the program in the file `program` has every defence of a release. */
+export function assertHardened(program) {
+  const read = (...what) => output('readelf', ['--wide', ...what, program]);
+  const header = read('--file-header');
+  const segments = read('--program-headers');
+  const dynamic = read('--dynamic');
+  const symbols = read('--dyn-syms');
+
+  assert.match(header, /Type: +DYN/, `${program} is position-independent`);
+  assert.match(dynamic, /\(FLAGS_1\).*\bPIE\b/, `${program} is a program and no library`);
+  assert.match(segments, /GNU_RELRO/, `${program} has relocations that become read-only`);
+  assert.match(dynamic, /\(FLAGS(_1)?\).*\b(BIND_)?NOW\b/, `${program} resolves all at its start`);
+  assert.match(segments, /GNU_STACK.* RW +0x/, `${program} has a stack that cannot be executed`);
+  assert.match(symbols, /\b__stack_chk_fail\b/, `${program} guards its stack`);
+  assert.match(symbols, /\b__\w+_chk\b(?<!__stack_chk)/, `${program} checks lengths`);
+  assert.doesNotMatch(dynamic, /\((TEXTREL|RPATH|RUNPATH)\)/, `${program} is complete`);
+}
+
+/** Fails when the file `program` names a folder of the machine that it was built on. */
+export function assertNamesNoBuildFolder(program) {
+  const bytes = readFileSync(program, 'latin1');
+  for (const folder of [`${source}/src/`, `${source}/apps/`, `${build}/`]) {
+    assert.ok(!bytes.includes(folder), `${program} names ${folder}`);
+  }
+}
