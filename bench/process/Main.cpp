@@ -1,0 +1,56 @@
+// Measures the built server from outside:
+//
+//   larkspur_process_bench start|round-trip|memory <folder of the programs> <data root>
+//
+// Prints a JSON array of measurements. The round trip wants both programs and this one pinned to
+// one processor, which is for whoever starts it to do.
+
+#include "process/Delays.h"
+#include "process/Memory.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+constexpr std::array<std::string_view, 3> subjects{"start", "round-trip", "memory"};
+
+std::vector<Measurement> measured(std::string_view subject, const Programs& programs) {
+  if (subject == "start") return {Delays::start(programs)};
+  if (subject == "round-trip") return {Delays::roundTrip(programs)};
+  return Memory::peaks(programs.server);
+}
+
+}  // namespace
+
+int main(int count, char* words[]) {
+  const std::string_view subject = count == 4 ? words[1] : "";
+  if (std::ranges::find(subjects, subject) == subjects.end()) {
+    std::fputs(
+        "usage: larkspur_process_bench start|round-trip|memory <folder of the programs>"
+        " <data root>\n",
+        stderr);
+    return 2;
+  }
+  // A program that ends too soon is an error of the write, not the end of this one.
+  std::signal(SIGPIPE, SIG_IGN);
+  try {
+    const std::filesystem::path folder = words[2];
+    const Programs programs{.server = {folder / "larkspur-mcp", "--data-root", words[3]},
+                            .echo = {folder / "larkspur_echo"}};
+    std::cout << nlohmann::ordered_json(measured(subject, programs)).dump(2) << '\n';
+    return 0;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "larkspur_process_bench: %s\n", error.what());
+    return 1;
+  }
+}

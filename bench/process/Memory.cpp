@@ -1,0 +1,97 @@
+#include "process/Memory.h"
+#include "Days.h"
+#include "process/Child.h"
+#include "process/Requests.h"
+
+#include <nlohmann/json.hpp>
+
+#include <optional>
+#include <span>
+#include <stdexcept>
+
+namespace {
+
+using Json = nlohmann::json;
+
+struct Request {
+  std::string what;
+  std::string line;
+};
+
+Json only(std::string_view reply, const char* list) {
+  return Requests::resultOf(reply).at(list).at(0);
+}
+
+/// The identifier of the long workout, as a client learns it.
+std::string longWorkout(const std::vector<std::string>& server) {
+  Child child(server);
+  const std::string request = Requests::call(
+      "get_workouts",
+      {{"from", Days::ofLongWorkout}, {"to", Days::ofLongWorkout}, {"format", "json"}});
+  const std::string text = only(child.answer(request), "content").at("text");
+  child.finish();
+  const Json workouts = Json::parse(text).at("workouts");
+  if (workouts.empty()) throw std::runtime_error("larkspur_bench has not been run on this data");
+  return workouts.at(0).at("workout_id");
+}
+
+std::string overviewURI(const std::vector<std::string>& server) {
+  Child child(server);
+  const std::string uri =
+      only(child.answer(Requests::line("resources/list", Json::object())), "resources").at("uri");
+  child.finish();
+  return uri;
+}
+
+/// One call of each tool, and the resource, with the most to read and to answer; but of the heart
+/// rate only as much as a page has when nothing else is asked for.
+std::vector<Request> requests(const std::string& workoutID, const std::string& uri) {
+  const auto tool = [](const char* name, const Json& arguments) {
+    return Request{name, Requests::call(name, arguments)};
+  };
+  return {
+      tool("list_persons", Json::object()),
+      tool("get_overview", Json::object()),
+      tool("get_trend", {{"metric", "heart_rate"}, {"from", Days::beforeAll}, {"to", Days::last}}),
+      tool("compare_periods",
+           {{"metric", "heart_rate"},
+            {"a_from", Days::beforeAll},
+            {"a_to", "2022-12-31"},
+            {"b_from", "2023-01-01"},
+            {"b_to", Days::last}}),
+      tool("get_day", {{"date", Days::ordinary}}),
+      tool("get_workouts",
+           {{"from", Days::beforeAll}, {"to", Days::last}, {"limit", 200}, {"format", "json"}}),
+      tool("get_workout_heart_rate", {{"workout_id", workoutID}}),
+      {"resources/read", Requests::line("resources/read", {{"uri", uri}})}};
+}
+
+Measurement peak(const std::string& what, const std::vector<std::string>& server,
+                 std::span<const Request> asked, std::optional<double> target) {
+  constexpr double mebibyte = 1024 * 1024;
+  Child child(server);
+  for (const Request& request : asked) Requests::resultOf(child.answer(request.line));
+  return {.what = "memory, " + what,
+          .ours = static_cast<double>(child.finish()) / mebibyte,
+          .floor = std::nullopt,
+          .target = target,
+          .unit = "MiB"};
+}
+
+}  // namespace
+
+std::vector<Measurement> Memory::peaks(const std::vector<std::string>& server) {
+  constexpr double target = 24;
+  const std::string workoutID = longWorkout(server);
+  const std::vector<Request> all = requests(workoutID, overviewURI(server));
+  std::vector<Measurement> measurements;
+  for (const Request& request : all) {
+    measurements.push_back(peak(request.what, server, {&request, 1}, target));
+  }
+  measurements.push_back(peak("all of these in one process", server, all, target));
+  const Request largest{
+      "get_workout_heart_rate, a page of 5000 out of 20000",
+      Requests::call("get_workout_heart_rate", {{"workout_id", workoutID}, {"limit", 5000}})};
+  measurements.push_back(peak(largest.what, server, {&largest, 1}, std::nullopt));
+  return measurements;
+}
