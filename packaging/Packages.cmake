@@ -70,6 +70,7 @@ endfunction()
 set(bundle_documents doc)
 string(REGEX MATCH "^[0-9]+" compiler ${CMAKE_CXX_COMPILER_VERSION})
 larkspur_terms(nlohmann-json nlohmann-json3-dev debian ${CMAKE_INSTALL_DOCDIR})
+larkspur_terms(libstdc++ libstdc++-${compiler}-dev debian ${CMAKE_INSTALL_DOCDIR})
 foreach(library_and_package IN ITEMS
     "nlohmann-json;nlohmann-json3-dev"
     "libsodium;libsodium-dev"

@@ -3,11 +3,12 @@
 #include "import/ImportError.h"
 #include "platform/Files.h"
 
+#include <sodium.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
-#include <random>
 #include <system_error>
 
 namespace {
@@ -66,9 +67,8 @@ void MemberFolder::abandon() const {
 }
 
 std::string randomID() {
-  std::random_device device;
   std::array<std::uint32_t, 4> words{};
-  for (std::uint32_t& word : words) word = device();
+  randombytes_buf(words.data(), sizeof words);
   // Version 4, variant 1: the form that says of itself that it is random.
   words[1] = (words[1] & 0xffff0fffU) | 0x00004000U;
   words[2] = (words[2] & 0x3fffffffU) | 0x80000000U;
