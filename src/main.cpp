@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstddef>
 #include <exception>
 #include <span>
@@ -49,6 +50,8 @@ int say(const CommandLine::Say& order) {
 int main(int count, char* words[]) {
   // What this process creates is its owner's alone.
   umask(077);
+  // A client that has gone is an error of a write, not the end in the middle of it.
+  std::signal(SIGPIPE, SIG_IGN);
   try {
     reserveStandardStreams();
     const std::span arguments(words + 1, static_cast<std::size_t>(count > 0 ? count - 1 : 0));

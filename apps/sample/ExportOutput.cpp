@@ -2,10 +2,8 @@
 
 #include <zip.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <cstring>
 #include <exception>
 #include <fstream>
 #include <memory>
@@ -74,8 +72,7 @@ struct PiecesSource {
       zip_error_set(&error, ZIP_ER_INTERNAL, 0);
       return -1;
     }
-    const std::size_t count = std::min(size, rest.size());
-    std::memcpy(place, rest.data(), count);
+    const std::size_t count = rest.copy(place, size);
     rest.remove_prefix(count);
     return static_cast<zip_int64_t>(count);
   }

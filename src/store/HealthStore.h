@@ -105,8 +105,13 @@ private:
   void addColumnIfMissing(const std::string& table, const std::string& column,
                           const std::string& type);
   bool hasTable(std::string_view name) const;
+  bool hasDayIndex() const;
+  std::map<std::string, double> dailyTotalsInOnePass(std::string_view type, std::string_view from,
+                                                     std::string_view to) const;
   std::vector<DailyValue> medianSeries(std::string_view type, std::string_view from,
                                        std::string_view to) const;
+  std::vector<DailyValue> medianSeriesInOnePass(std::string_view type, std::string_view from,
+                                                std::string_view to) const;
   std::int64_t recordCount() const;
   std::vector<std::string> sourceNames() const;
   WorkoutEntry workoutNamed(const std::string& workoutID) const;

@@ -63,10 +63,10 @@ TEST_P(LongLine, IsRefusedInBoundedMemoryAndTheNextIsServed) {
   EXPECT_EQ(program.nextLine(), pong);
 
   // Where the system does not tell, the rest holds all the same. Sixteen mebibytes are kept, and
-  // as much again while they are moved.
+  // for a moment copied to a larger place: less than the line would take.
   if (const std::optional<std::size_t> after = program.peakMemory()) {
     RecordProperty("MebibytesMore", static_cast<int>((*after - before.value()) / mebibyte));
-    EXPECT_LT(*after - before.value(), 40 * mebibyte);
+    EXPECT_LT(*after - before.value(), 64 * mebibyte);
   }
   const ChildProcess::Ending ending = program.finished();
   EXPECT_EQ(ending.status, 0);
@@ -102,22 +102,8 @@ TEST(Client, ThatReadsLateGetsEveryReply) {
   EXPECT_EQ(program.finished(), (ChildProcess::Ending{0, "", ""}));
 }
 
-/// By the signal of a broken pipe, or by itself where that is ignored: nobody is left to answer.
-const auto endedForWantOfAReader = testing::AnyOf(1, 128 + SIGPIPE);
-
 TEST(Client, ThatStopsReadingEndsTheProgram) {
   const Household household;
-  ChildProcess program = serving(household);
-
-  program.stopReading();
-  program.write(ping);
-
-  EXPECT_THAT(program.finished().status, endedForWantOfAReader);
-}
-
-TEST(Client, ThatStopsReadingEndsAProgramStartedToIgnoreBrokenPipes) {
-  const Household household;
-  const BrokenPipesIgnored inherited;
   ChildProcess program = serving(household);
 
   program.stopReading();
@@ -178,7 +164,7 @@ TEST(HalfLine, OfAClientThatIsGoneEndsTheProgramInPeace) {
   program.write(R"({"jsonrpc":"2.0","id":1,"method":"ping)");
 
   // Its complaint finds no reader either.
-  EXPECT_THAT(program.finished().status, testing::AnyOf(0, 128 + SIGPIPE));
+  EXPECT_EQ(program.finished().status, 0);
 }
 
 TEST(Client, ThatWritesByteByByteIsServed) {

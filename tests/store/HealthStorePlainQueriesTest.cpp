@@ -125,6 +125,18 @@ TEST_P(PlainQueries, GiveTheSameMedians) {
   EXPECT_EQ(store.series(HealthMetric::heartRate, first, last), series);
 }
 
+TEST_P(PlainQueries, GiveTheSameWithoutTheIndexOnTypeAndDay) {
+  const std::map<std::string, double> totals =
+      database.open().dailyTotals("StepCount", first, last);
+  const std::vector<DailyValue> medians =
+      database.open().series(HealthMetric::heartRate, first, last);
+
+  database.run("DROP INDEX ix_rec_type_day");
+
+  EXPECT_EQ(database.open().dailyTotals("StepCount", first, last), totals);
+  EXPECT_EQ(database.open().series(HealthMetric::heartRate, first, last), medians);
+}
+
 TEST_P(PlainQueries, GiveTheSameValues) {
   const HealthStore store = database.open();
   std::vector<double> values;

@@ -57,7 +57,8 @@ std::set<std::string> statementsOn(const TestDatabase& database) {
 
 /// Each step of the plan of `sql`.
 std::vector<std::string> planOf(const TestDatabase& database, const std::string& sql) {
-  Statement explain = database.open().prepare("EXPLAIN QUERY PLAN " + sql);
+  const HealthStore store = database.open();
+  Statement explain = store.prepare("EXPLAIN QUERY PLAN " + sql);
   return explain.readAll([](const Row& row) { return row.text(3); });
 }
 
