@@ -4,9 +4,9 @@
 //   node scripts/bench-report.mjs growth <result>...
 //
 // `table` joins files of measurements, either Google Benchmark's own output or an array of rows
-// { what, ours, floor, target, unit }, to one result and prints it. `growth` prints the ratios of
-// results of several sizes side by side. Both print Markdown and end with status 0 whatever was
-// measured: they report, they do not judge a build.
+// { what, ours, floor, target, unit, elapsed? }, to one result and prints it. `growth` prints the
+// ratios of results of several sizes side by side. Both print Markdown and end with status 0
+// whatever was measured: they report, they do not judge a build.
 
 import { readFileSync, writeFileSync } from 'node:fs';
 

@@ -114,6 +114,32 @@ std::optional<std::int64_t> highWaterMark(pid_t process) {
   return kibibytes * 1024;
 }
 
+struct Ended {
+  int status;
+  rusage usage;
+};
+
+/// Waits for the process and forgets it.
+Ended waited(pid_t& process) {
+  Ended ended{};
+  require(wait4(process, &ended.status, 0, &ended.usage) == process ? 0 : errno, "wait4");
+  process = -1;
+  return ended;
+}
+
+std::int64_t peakBytes(const rusage& usage) {
+#ifdef __APPLE__
+  constexpr std::int64_t bytesPerUnit = 1;
+#else
+  constexpr std::int64_t bytesPerUnit = 1024;
+#endif
+  return usage.ru_maxrss * bytesPerUnit;
+}
+
+double seconds(const timeval& time) {
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+}
+
 }  // namespace
 
 std::int64_t Child::finish() {
@@ -122,13 +148,17 @@ std::int64_t Child::finish() {
   const std::optional<std::int64_t> peak = highWaterMark(process);
   closeOnce(input);
   closeOnce(output);
-  rusage usage{};
-  require(wait4(process, nullptr, 0, &usage) == process ? 0 : errno, "wait4");
-  process = -1;
-#ifdef __APPLE__
-  constexpr std::int64_t bytesPerUnit = 1;
-#else
-  constexpr std::int64_t bytesPerUnit = 1024;
-#endif
-  return peak.value_or(usage.ru_maxrss * bytesPerUnit);
+  const Ended ended = waited(process);
+  return peak.value_or(peakBytes(ended.usage));
+}
+
+Child::Ending Child::ending() {
+  closeOnce(input);
+  while (readSome(output, received.data(), received.size()) > 0) {
+  }
+  closeOnce(output);
+  const Ended ended = waited(process);
+  return {.succeeded = WIFEXITED(ended.status) && WEXITSTATUS(ended.status) == 0,
+          .processorSeconds = seconds(ended.usage.ru_utime) + seconds(ended.usage.ru_stime),
+          .peakBytes = peakBytes(ended.usage)};
 }

@@ -1,5 +1,5 @@
 #pragma once
-// A program that answers lines with lines, run as a client runs it.
+// A program run as its user runs it, mostly one that answers lines with lines.
 
 #include <sys/types.h>
 
@@ -26,6 +26,16 @@ public:
   /// Closes the program's input, waits for its end, and returns the most memory that it had
   /// resident, in bytes.
   std::int64_t finish();
+
+  /// What became of a program that came to its end by itself.
+  struct Ending {
+    bool succeeded;           ///< it ended with status 0
+    double processorSeconds;  ///< its own and the system's on its behalf
+    std::int64_t peakBytes;   ///< the most memory resident, or what this process ever had if more
+  };
+
+  /// Closes the program's input and waits until it has written all it has to say and ended.
+  Ending ending();
 
 private:
   pid_t process = -1;

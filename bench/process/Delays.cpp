@@ -4,22 +4,13 @@
 
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
 #include <chrono>
-#include <cstddef>
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 using Microseconds = std::chrono::duration<double, std::micro>;
-
-/// The middle one of `values`, the upper one of two; there is at least one.
-double middle(std::vector<double> values) {
-  const auto position = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::ranges::nth_element(values, position);
-  return *position;
-}
 
 double startMilliseconds(const std::vector<std::string>& words, const std::string& request) {
   const Clock::time_point begin = Clock::now();

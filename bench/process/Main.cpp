@@ -1,10 +1,12 @@
-// Measures the built server from outside:
+// Measures the built programs from outside:
 //
 //   larkspur_process_bench start|round-trip|memory <folder of the programs> <data root>
+//   larkspur_process_bench import <folder of the programs> <export>
 //
 // Prints a JSON array of measurements. The round trip wants both programs and this one pinned to
 // one processor, which is for whoever starts it to do.
 
+#include "import/ImportCost.h"
 #include "process/Delays.h"
 #include "process/Memory.h"
 
@@ -17,14 +19,19 @@
 #include <exception>
 #include <filesystem>
 #include <iostream>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace {
 
-constexpr std::array<std::string_view, 3> subjects{"start", "round-trip", "memory"};
+constexpr std::array<std::string_view, 4> subjects{"start", "round-trip", "memory", "import"};
 
-std::vector<Measurement> measured(std::string_view subject, const Programs& programs) {
+std::vector<Measurement> measured(std::string_view subject, const std::filesystem::path& folder,
+                                  const std::string& data) {
+  if (subject == "import") return ImportCost::measured(folder / "larkspur-import", data);
+  const Programs programs{.server = {folder / "larkspur-mcp", "--data-root", data},
+                          .echo = {folder / "larkspur_echo"}};
   if (subject == "start") return {Delays::start(programs)};
   if (subject == "round-trip") return {Delays::roundTrip(programs)};
   return Memory::peaks(programs.server);
@@ -37,17 +44,15 @@ int main(int count, char* words[]) {
   if (std::ranges::find(subjects, subject) == subjects.end()) {
     std::fputs(
         "usage: larkspur_process_bench start|round-trip|memory <folder of the programs>"
-        " <data root>\n",
+        " <data root>\n"
+        "       larkspur_process_bench import <folder of the programs> <export>\n",
         stderr);
     return 2;
   }
   // A program that ends too soon is an error of the write, not the end of this one.
   std::signal(SIGPIPE, SIG_IGN);
   try {
-    const std::filesystem::path folder = words[2];
-    const Programs programs{.server = {folder / "larkspur-mcp", "--data-root", words[3]},
-                            .echo = {folder / "larkspur_echo"}};
-    std::cout << nlohmann::ordered_json(measured(subject, programs)).dump(2) << '\n';
+    std::cout << nlohmann::ordered_json(measured(subject, words[2], words[3])).dump(2) << '\n';
     return 0;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "larkspur_process_bench: %s\n", error.what());

@@ -1,0 +1,148 @@
+#include "import/BareInsertion.h"
+#include "import/ImportWriter.h"
+#include "platform/Clock.h"
+#include "platform/Logger.h"
+#include "store/HealthStore.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace {
+
+/// Enough that going from one database to the other does not count, few enough that the rows are
+/// not far from the processor.
+constexpr std::size_t rowsAtOnce = 10000;
+
+/// A value that is that of the row before needs no binding.
+struct Unchanged {};
+struct Null {
+  bool operator==(const Null&) const = default;
+};
+using Value = std::variant<Null, double, std::string>;
+using Cell = std::variant<Unchanged, Null, double, std::string>;
+
+Value valueOf(const Row& row, int column) {
+  if (row.isNull(column)) return Null{};
+  if (const std::optional<double> number = row.find<double>(column)) return *number;
+  return std::string(row.bytes(column));
+}
+
+/// The rows of one table in the order in which they were written.
+class Rows {
+public:
+  Rows(const Database& source, const std::string& table, int columns)
+      : query(source.prepare("SELECT * FROM " + table + " ORDER BY rowid")),
+        last(static_cast<std::size_t>(columns)) {}
+
+  /// The cells of the next rows, one row behind the other; empty after the last.
+  std::vector<Cell> next() {
+    std::vector<Cell> cells;
+    cells.reserve(rowsAtOnce * last.size());
+    while (!ended && cells.size() < rowsAtOnce * last.size()) {
+      if (const std::optional<Row> row = query.next()) {
+        add(*row, cells);
+      } else {
+        ended = true;
+      }
+    }
+    return cells;
+  }
+
+private:
+  void add(const Row& row, std::vector<Cell>& cells) {
+    for (std::size_t column = 0; column < last.size(); ++column) {
+      Value value = valueOf(row, static_cast<int>(column));
+      if (last[column] == value) {
+        cells.emplace_back(Unchanged{});
+      } else {
+        last[column] = std::move(value);
+        std::visit([&cells](const auto& content) { cells.emplace_back(content); }, *last[column]);
+      }
+    }
+  }
+
+  Statement query;
+  std::vector<std::optional<Value>> last;  ///< absent before the first row
+  bool ended = false;
+};
+
+/// Binds one cell at one position.
+struct Binding {
+  Statement& insert;
+  int position;
+
+  void operator()(Unchanged /*unused*/) const {}
+  void operator()(Null /*unused*/) const { insert.bindNull(position); }
+  void operator()(double number) const { insert.bind(position, number); }
+  void operator()(const std::string& text) const { insert.bind(position, text); }
+};
+
+Cost inserted(const std::vector<Cell>& cells, int columns, Statement& insert) {
+  const CostMeter meter;
+  int position = 0;
+  for (const Cell& cell : cells) {
+    std::visit(Binding{insert, ++position}, cell);
+    if (position < columns) continue;
+    insert.run();
+    position = 0;
+  }
+  return meter.taken();
+}
+
+int columnCount(const Database& database, const std::string& table) {
+  Statement query = database.prepare("PRAGMA table_info(" + table + ")");
+  int count = 0;
+  while (query.next()) ++count;
+  return count;
+}
+
+Cost copied(const Database& source, const Database& target, const std::string& table) {
+  const int columns = columnCount(source, table);
+  std::string places = "?";
+  for (int column = 1; column < columns; ++column) places += ", ?";
+  Statement insert = target.prepare("INSERT INTO " + table + " VALUES (" + places + ")");
+  Rows rows(source, table, columns);
+  Cost cost;
+  for (std::vector<Cell> cells = rows.next(); !cells.empty(); cells = rows.next()) {
+    cost += inserted(cells, columns, insert);
+  }
+  return cost;
+}
+
+Cost run(const Database& database, const std::string& sql) {
+  const CostMeter meter;
+  database.prepare(sql).run();
+  return meter.taken();
+}
+
+/// As ImportWriter has it for a new member: pages for as long as they fit, no reader to spare, and
+/// a commit that has reached the disk.
+void set(const Database& database) {
+  const ImportWriter::Setting setting{.inUse = false};
+  run(database, "PRAGMA synchronous=EXTRA");
+  run(database, "PRAGMA fullfsync=ON");
+  run(database, "PRAGMA checkpoint_fullfsync=ON");
+  run(database, "PRAGMA cache_size=-" + std::to_string(setting.cacheKibibytes));
+  run(database, "PRAGMA journal_mode=DELETE");
+}
+
+}  // namespace
+
+Cost bareInsertion(const std::filesystem::path& source, const std::filesystem::path& target) {
+  Logger log(std::nullopt, Logger::Level::error, false, systemTime);
+  { const HealthStore made(target.string(), {.createIfMissing = true, .readOnly = false}, log); }
+  const Database from(source.string(), {});
+  const Database into(target.string(), {.create = false, .readOnly = false});
+  set(into);
+
+  Cost cost = run(into, "BEGIN IMMEDIATE");
+  for (const char* table : {"records", "workouts", "workout_humidity", "activity_summary"}) {
+    cost += copied(from, into, table);
+  }
+  cost += run(into, "COMMIT");
+  return cost;
+}

@@ -1,0 +1,17 @@
+#pragma once
+// What it costs to import an export, beside what an import cannot do without.
+
+#include "process/Measurement.h"
+
+#include <filesystem>
+#include <vector>
+
+namespace ImportCost {
+
+/// The time and the memory that the program `importer` takes to bring the archive `source` into a
+/// new data root. Makes its databases in the folder of `source` and removes them. Throws
+/// std::runtime_error when the import fails; failures of a database leave as ReceiverError.
+std::vector<Measurement> measured(const std::filesystem::path& importer,
+                                  const std::filesystem::path& source);
+
+}  // namespace ImportCost
