@@ -1,4 +1,4 @@
-// The example that README.md opens with.
+// The example that README.md opens with, in either language.
 
 #include "platform/AppleFormat.h"
 #include "platform/Clock.h"
@@ -14,19 +14,20 @@
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
+#include <ostream>
 #include <sstream>
 #include <string>
 
 namespace {
 
-/// What stands in the first block of that language in README.md.
+/// What stands in the first block of that language in a README.
 std::string blockOf(const std::string& readme, const std::string& language) {
   const std::string opening = "```" + language + "\n";
   const std::size_t begin = readme.find(opening) + opening.size();
   return readme.substr(begin, readme.find("\n```", begin) - begin);
 }
 
-/// The household that README.md names for its example, at `root`.
+/// The household that both files name for their example, at `root`.
 void writeExampleHousehold(const std::filesystem::path& root, Logger& log) {
   Options options;
   options.out = root;
@@ -41,9 +42,19 @@ void writeExampleHousehold(const std::filesystem::path& root, Logger& log) {
   writeHousehold(options, today, report, progress, log);
 }
 
+struct ReadmeCase {
+  std::string name;
+  std::string file;
+  SummaryLang lang;
+};
+
+void PrintTo(const ReadmeCase& value, std::ostream* out) { *out << value.file; }
+
+class Readme : public testing::TestWithParam<ReadmeCase> {};
+
 }  // namespace
 
-TEST(Readme, OpensWithWhatTheServerAnswers) {
+TEST_P(Readme, OpensWithWhatTheServerAnswers) {
   const ZoneGuard zone("Asia/Shanghai");
   const TemporaryFolder folder;
   const Clock clock = [] { return 1795147200.0; };  // 2026-11-20 08:00 in Shanghai
@@ -51,12 +62,18 @@ TEST(Readme, OpensWithWhatTheServerAnswers) {
   writeExampleHousehold(folder / "household", log);
   Roster roster(folder / "household" / "members.json", log, clock);
   roster.load();
-  const std::string readme = fileContents(LARKSPUR_README).value();
+  const auto path = std::filesystem::path(LARKSPUR_README).replace_filename(GetParam().file);
+  const std::string readme = fileContents(path).value();
   const auto call = nlohmann::json::parse(blockOf(readme, "json"));
 
   const std::string answer =
       Tools::answer(call.at("name").get<std::string>(),
-                    {call.at("arguments"), roster, log, SummaryLang::en, clock});
+                    {call.at("arguments"), roster, log, GetParam().lang, clock});
 
   EXPECT_EQ(answer, blockOf(readme, "text"));
 }
+
+INSTANTIATE_TEST_SUITE_P(Readmes, Readme,
+                         testing::Values(ReadmeCase{"English", "README.md", SummaryLang::en},
+                                         ReadmeCase{"Chinese", "README.zh.md", SummaryLang::zh}),
+                         [](const auto& test) { return test.param.name; });
