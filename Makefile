@@ -16,7 +16,9 @@ help:  ## lists these commands
 	@sed -n 's/^\([a-z-]*\):.* ## \(.*\)/  make \1\t\2/p' Makefile | expand -t 20
 
 # The export of an iPhone's Health app that `make demo EXPORT=path` talks about.
-EXPORT ?=
+# It goes by way of the environment, as it was typed, so that no character of a name means anything.
+override EXPORT := $(value EXPORT)
+export EXPORT
 
 demo:  ## builds the server and holds a conversation with it, about a sample household or EXPORT=path
 	@scripts/setup build
@@ -24,7 +26,7 @@ demo:  ## builds the server and holds a conversation with it, about a sample hou
 	@echo "Building the release; the first time takes some minutes."
 	@cmake --build --preset release --target larkspur-installed larkspur-sample -- --quiet
 	@echo "The programs are in build/release/bin."
-	@node scripts/demo.mjs build/release/bin build/demo $(if $(EXPORT),"$(EXPORT)")
+	@node scripts/demo.mjs build/release/bin build/demo "$$EXPORT"
 
 test:  ## builds for debugging and runs all tests
 	@scripts/setup test

@@ -9,10 +9,13 @@
 import { execFileSync, spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { mkdirSync, readFileSync, rmSync } from 'node:fs';
+import { homedir } from 'node:os';
 import { join, resolve } from 'node:path';
 import { createInterface } from 'node:readline';
 
-const [programs, folder, exported] = process.argv.slice(2);
+const [programs, folder, named] = process.argv.slice(2);
+// Not every shell expands the tilde of `make demo EXPORT=~/export.zip`.
+const exported = named?.replace(/^~(?=\/|$)/, homedir());
 if (!programs || !folder) {
   console.error('usage: node scripts/demo.mjs <folder of the programs> <folder to work in> [<export>]');
   process.exit(2);

@@ -14,18 +14,29 @@ constexpr Phrase diskFull{.zh = "磁盘满了;这次导入全部撤销,腾出空
                               "again"};
 constexpr Phrase failed{.zh = "库写不了,这次导入全部撤销:{0}",
                         .en = "the database cannot be written, the whole import was undone: {0}"};
-constexpr std::array all{&diskFull, &failed};
+constexpr Phrase unopened{.zh = "库打不开:{0}", .en = "the database cannot be opened: {0}"};
+constexpr std::array all{&diskFull, &failed, &unopened};
 static_assert(std::ranges::all_of(all,
                                   [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
 
 }  // namespace phrases
 
+constexpr std::string_view openFailure = "打不开库:";
+
+/// What the store says first, whatever it was that failed.
+constexpr std::array<std::string_view, 3> stepFailures{"SQL 失败:", "prepare 失败:", "读取失败:"};
+
 }  // namespace
 
 ImportError databaseFailure(const ReceiverError& error) {
   // The store hands on no more of a failure than SQLite's sentence about it.
-  if (std::string_view(error.message).ends_with("database or disk is full")) {
-    return ImportError(phrases::diskFull);
+  std::string_view reason = error.message;
+  if (reason.ends_with("database or disk is full")) return ImportError(phrases::diskFull);
+  if (reason.starts_with(openFailure)) {
+    return ImportError(phrases::unopened, {reason.substr(openFailure.size())});
   }
-  return ImportError(phrases::failed, {error.message});
+  for (const std::string_view failure : stepFailures) {
+    if (reason.starts_with(failure)) reason.remove_prefix(failure.size());
+  }
+  return ImportError(phrases::failed, {reason});
 }

@@ -10,7 +10,8 @@
 namespace {
 
 [[noreturn]] void fail(const std::filesystem::path& path) {
-  throw std::system_error(errno, std::generic_category(), path.string());
+  throw std::filesystem::filesystem_error(
+      "durable file", path, std::error_code(errno, std::generic_category()));
 }
 
 /// A descriptor, closed by the destructor.

@@ -7,9 +7,9 @@
 /// Makes `bytes` the contents of the file at `path`, readable by its owner alone. Whoever opens the
 /// file, at any moment and after a power failure too, finds all of the old contents or all of the
 /// new. A link stays a link: what it leads to is replaced. Two writers of one file must not run at
-/// once. Fails with std::system_error (std::filesystem::filesystem_error is one).
+/// once. Fails with std::filesystem::filesystem_error.
 void replaceDurably(const std::filesystem::path& path, std::string_view bytes);
 
 /// Waits until the entries of the folder at `path` have reached the disk. Fails with
-/// std::system_error.
+/// std::filesystem::filesystem_error.
 void syncFolder(const std::filesystem::path& path);

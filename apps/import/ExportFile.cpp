@@ -81,6 +81,7 @@ std::size_t xmlAmong(const std::vector<Listed>& files,
   for (std::size_t index = 0; index < files.size(); ++index) {
     const Listed& file = files[index];
     if (file.depth > 1 || lowerCased(file.lastPart()) != "export.xml") continue;
+    if (isMacCompanion(file)) continue;
     if (found == files.size() || file.depth < files[found].depth) found = index;
   }
   if (found != files.size()) return found;

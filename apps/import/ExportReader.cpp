@@ -1,6 +1,7 @@
 #include "import/ExportReader.h"
 #include "import/ImportError.h"
 #include "import/SkipReasons.h"
+#include "import/StoredUnit.h"
 #include "import/TypeNames.h"
 #include "import/Units.h"
 #include "platform/AppleFormat.h"
@@ -12,24 +13,21 @@
 
 namespace {
 
-/// Exports nest five deep and know some thirty kinds of elements.
+/// Exports nest five deep.
 constexpr int deepestElement = 64;
-constexpr std::size_t mostOtherNames = 1000;
 
 namespace phrases {
 constexpr Phrase noExport{.zh = "没有 HealthData 元素:这不是健康 App 的导出,或者文件开头就断了。",
                           .en =
                               "There is no HealthData element: this is no export of the Health "
                               "app, or one cut off at its beginning."};
-constexpr Phrase tooDeep{.zh = "第 {0} 行的元素嵌套太深,这不是健康 App 的导出。",
+constexpr Phrase tooDeep{.zh =
+                             "第 {0} 行第 {1} 列的元素嵌套太深,这不是健康 App 的导出。"
+                             "什么都没有导入。",
                          .en =
-                             "The elements in line {0} are nested too deeply; this is no export "
-                             "of the Health app."};
-constexpr Phrase tooManyNames{.zh = "第 {0} 行起元素的种类太多,这不是健康 App 的导出。",
-                              .en =
-                                  "Up to line {0} there are too many kinds of elements; this is "
-                                  "no export of the Health app."};
-constexpr std::array all{noExport, tooDeep, tooManyNames};
+                             "The elements in line {0}, column {1} are nested too deeply; this is "
+                             "no export of the Health app. Nothing was imported."};
+constexpr std::array all{noExport, tooDeep};
 static_assert(std::ranges::all_of(all, inBothLanguages));
 }  // namespace phrases
 
@@ -38,21 +36,19 @@ static_assert(std::ranges::all_of(all, inBothLanguages));
 ExportReader::ExportReader(ExportSink& target) : sink(target), parser(*this) {}
 
 void ExportReader::feed(std::string_view bytes) {
-  parser.parse(text.cleaned(prolog.passed(bytes)));
+  parser.parse(prolog.passed(text.cleaned(bytes)));
 }
 
 void ExportReader::finish() {
   // Without a root the parser would say no more than that the file is empty.
   if (!prolog.over()) throw ImportError(phrases::noExport);
-  parser.parse(text.rest());
+  parser.parse(prolog.passed(text.rest()));
   parser.finish();
 }
 
 void ExportReader::startElement(std::string_view name, const Attributes& attributes) {
   ++depth;
-  if (depth > deepestElement) {
-    throw ImportError(phrases::tooDeep, {std::to_string(parser.line())});
-  }
+  if (depth > deepestElement) parser.refuse(phrases::tooDeep);
   if (ignoredDepth != 0) return;
   if (depth == 1) {
     if (name != "HealthData") throw ImportError(phrases::noExport);
@@ -85,7 +81,7 @@ void ExportReader::startTopElement(std::string_view name, const Attributes& attr
   } else if (name == "ExportDate") {
     if (const auto stamp = attributes.findFilled("value")) sink.exportedAt(*stamp);
   } else {
-    tellNotStored(name);
+    sink.notStored(name);
   }
   if (!partsMatter) ignoredDepth = depth;
 }
@@ -100,18 +96,8 @@ void ExportReader::startPart(std::string_view name, const Attributes& attributes
   } else if (workout && name == "WorkoutStatistics") {
     workout->addStatistics(attributes);
   } else {
-    tellNotStored(name);
+    sink.notStored(name);
   }
-}
-
-void ExportReader::tellNotStored(std::string_view name) {
-  if (!otherNames.contains(name)) {
-    otherNames.emplace(name);
-    if (otherNames.size() > mostOtherNames) {
-      throw ImportError(phrases::tooManyNames, {std::to_string(parser.line())});
-    }
-  }
-  sink.notStored(name);
 }
 
 /// Whether `stamp` begins with a day. The start of a stamp is all that is asked of it: phones with
@@ -128,26 +114,13 @@ bool ExportReader::isDay(std::string_view stamp) {
 
 namespace {
 
-/// How the numbers of a type are stored; no conversion means as exported.
-struct StoredUnit {
-  std::optional<double> (*conversion)(const Quantity&) = nullptr;
-  std::string_view unit;
-};
-
-StoredUnit storedUnit(std::string_view type) {
-  if (type.starts_with("Distance")) return {Units::kilometres, "km"};
-  if (type.ends_with("EnergyBurned")) return {Units::kilocalories, "kcal"};
-  if (type == "BodyMass") return {Units::kilograms, "kg"};
-  return {};
-}
-
 /// Brings unit and number to the unit in which the type is stored.
 void convert(ExportedRecord& record) {
-  if (!record.unit || !record.number) return;
-  const StoredUnit stored = storedUnit(record.type);
-  if (stored.conversion == nullptr || *record.unit == stored.unit) return;
-  const std::optional<double> number =
-      stored.conversion({.number = *record.number, .unit = *record.unit});
+  if (!record.number) return;
+  const StoredUnit stored = StoredUnit::of(record.type);
+  const std::string_view unit = record.unit.value_or(std::string_view());
+  if (stored.conversion == nullptr || unit == stored.unit) return;
+  const std::optional<double> number = stored.conversion({.number = *record.number, .unit = unit});
   if (!number) {
     record.unknownUnit = true;
     return;

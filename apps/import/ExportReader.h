@@ -9,19 +9,20 @@
 #include "import/XmlText.h"
 
 #include <cstdint>
-#include <functional>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 
 /// Takes the bytes in pieces of any size and keeps no more of them than one element.
 ///
 /// Elements that the XML is sound about but the database cannot take are told to the sink and left
-/// out. Broken XML throws ImportError with line and column; so does a file that is no Health
-/// export, and one nested deeper or of longer elements or more kinds of them than any export has,
-/// which only exists to exhaust memory. What the sink throws passes through. After an exception the
+/// out. Broken XML throws ImportError with line and column; so does a file that is nested deeper
+/// or has longer tags or more names than any export, which only exists to exhaust memory. One that
+/// is no Health export throws it too. What the sink throws passes through. After an exception the
 /// reader is of no more use.
+///
+/// Lines are those of the file. A column counts the characters that are left of its line, so it is
+/// less than the file's by those dropped before it.
 class ExportReader : private XmlHandler {
 public:
   explicit ExportReader(ExportSink& target);  ///< `target` outlives the reader
@@ -43,16 +44,15 @@ private:
   bool addRecord(const Attributes& attributes);
   bool startWorkout(const Attributes& attributes);
   void addDay(const Attributes& attributes);
-  void tellNotStored(std::string_view name);
   bool isDay(std::string_view stamp);
 
   ExportSink& sink;
-  Prolog prolog;
+  // What XML forbids goes first: none of it may hide where the root begins.
   XmlText text;
+  Prolog prolog;
   XmlParser parser;
   int depth = 0;         ///< of the element that is open, the root being 1
   int ignoredDepth = 0;  ///< of the element whose parts are of no interest; 0 is none
-  std::optional<WorkoutParts> workout;            ///< the one that is open
-  std::string knownDay;                           ///< the last text found to be a day
-  std::set<std::string, std::less<>> otherNames;  ///< told as not stored
+  std::optional<WorkoutParts> workout;  ///< the one that is open
+  std::string knownDay;                 ///< the last text found to be a day
 };

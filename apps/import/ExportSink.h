@@ -21,8 +21,8 @@ struct ExportedRecord {
   std::optional<std::string_view> value;
   std::optional<double> number;  ///< when the whole value is a finite number; converted
   bool converted = false;        ///< unit and number were converted to the unit we store
-  /// The type is stored in a unit of our choice and this one cannot be converted to it: unit and
-  /// number are as exported, so that the row itself tells what its number means.
+  /// The type is stored in a unit of our choice and this one, or none, cannot be converted to it:
+  /// unit and number are as exported, so that the row itself tells what its number means.
   bool unknownUnit = false;
 };
 

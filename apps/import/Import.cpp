@@ -11,19 +11,40 @@
 #include "platform/AppleFormat.h"
 #include "store/HealthStore.h"
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace {
 
+namespace phrases {
+
 constexpr Phrase folderMissing{.zh = "数据目录不可用(盘没挂载?):{0}",
                                .en = "the data folder is not there (drive not mounted?): {0}"};
-static_assert(inBothLanguages(folderMissing));
+constexpr Phrase pathUnusable{
+    .zh = "名册里「{0}」的 dbPath 不是绝对路径,不知道指的是哪个库:\"{1}\"",
+    .en = "the roster's dbPath for {0} is no absolute path, so it names no database: \"{1}\""};
+constexpr Phrase rosterUnwritten{
+    .zh = "数据已经入库,但名册 {0} 写不了:{1};排除原因后再导入一次即可补完",
+    .en =
+        "the data is in the database, but the roster {0} cannot be written: {1}; mend that and "
+        "import again to complete it"};
+constexpr Phrase rosterUnread{
+    .zh = "数据已经入库,但名册 {0} 在导入期间变得读不了;修好它再导入一次即可补完",
+    .en =
+        "the data is in the database, but the roster {0} became unreadable meanwhile; mend it and "
+        "import again to complete it"};
+constexpr std::array all{folderMissing, pathUnusable, rosterUnwritten, rosterUnread};
+static_assert(std::ranges::all_of(all, inBothLanguages));
+
+}  // namespace phrases
 
 /// The stamp of `moment`, in UTC.
 std::string stampText(double moment) {
@@ -45,7 +66,8 @@ std::string stampText(double moment) {
 struct Place {
   std::string id;
   std::filesystem::path database;
-  ImportWriter::Setting setting;
+  bool inUse = true;  ///< see ImportWriter::Setting
+  std::optional<double> lastSyncAt = std::nullopt;
 };
 
 /// The last name in `path`, which may end in a slash.
@@ -81,7 +103,10 @@ Outcome store(ExportFile& source, const Place& place, const ImportSurroundings& 
   const std::string path = place.database.string();
   { const HealthStore migrated(path, {.createIfMissing = true, .readOnly = false}, quiet); }
   Database database(path, {.create = false, .readOnly = false});
-  ImportWriter writer(database, place.setting);
+  ImportWriter writer(database,
+                      {.inUse = place.inUse,
+                       .lastSyncAt = place.lastSyncAt,
+                       .cacheKibibytes = surroundings.cacheKibibytes});
   ExportReader reader(writer);
   ImportProgress progress(surroundings.progress,
                           surroundings.progressKind,
@@ -116,13 +141,15 @@ Outcome storeOrExplain(ExportFile& source, const Place& place,
 
 Place placeOf(const Member& member) {
   const std::filesystem::path database = member.dbPath;
+  // Anything else would depend on the folder that the import happens to be started in.
+  if (!database.is_absolute()) {
+    throw ImportError(phrases::pathUnusable, {member.name, member.dbPath});
+  }
   // Making the folder would put the data where the drive is to be mounted.
   if (!std::filesystem::is_directory(database.parent_path())) {
-    throw ImportError(folderMissing, {database.parent_path().string()});
+    throw ImportError(phrases::folderMissing, {database.parent_path().string()});
   }
-  return {.id = member.id,
-          .database = database,
-          .setting = {.inUse = true, .lastSyncAt = member.lastSyncAt}};
+  return {.id = member.id, .database = database, .inUse = true, .lastSyncAt = member.lastSyncAt};
 }
 
 std::vector<std::string> idsOf(const std::vector<Member>& members) {
@@ -134,21 +161,27 @@ std::vector<std::string> idsOf(const std::vector<Member>& members) {
 /// Names the member in the roster as it is by now: reading the export may have taken minutes.
 void enter(const std::filesystem::path& rosterPath, const ImportReport& report,
            const std::filesystem::path& database, const Outcome& outcome, double now) {
-  RosterDocument roster(rosterPath);
-  roster.put({.id = report.id,
-              .name = report.name,
-              .database = database,
-              .now = now,
-              .exportedAt = outcome.exportedAt,
-              .firstDay = outcome.firstDay});
-  roster.write();
+  try {
+    RosterDocument roster(rosterPath);
+    roster.put({.id = report.id,
+                .name = report.name,
+                .database = database,
+                .now = now,
+                .exportedAt = outcome.exportedAt,
+                .firstDay = outcome.firstDay});
+    roster.write();
+  } catch (const ImportError&) {
+    throw ImportError(phrases::rosterUnread, {rosterPath.string()});
+  } catch (const std::system_error& error) {
+    throw ImportError(phrases::rosterUnwritten, {rosterPath.string(), error.code().message()});
+  }
 }
 
 /// The same for a member whom the roster does not name yet.
 void storeNew(ExportFile& source, const MemberFolder& folder,
               const std::filesystem::path& rosterPath, const ImportSurroundings& surroundings,
               ImportReport& report) {
-  const Place place{.id = folder.id(), .database = folder.database(), .setting = {.inUse = false}};
+  const Place place{.id = folder.id(), .database = folder.database(), .inUse = false};
   report.id = place.id;
   report.newMember = true;
   Outcome outcome;
@@ -188,6 +221,8 @@ ImportReport runImport(const ImportOrder& order, const ImportSurroundings& surro
     const MemberFolder folder(root, order.name, order.id, idsOf(members), randomID);
     storeNew(source, folder, rosterPath, surroundings, report);
   }
+  // Only now: the roster on the disk names these members for certain since it was just replaced.
+  removeObsoleteNotes(root, idsOf(members));
   report.seconds = surroundings.clock() - began;
   return report;
 }

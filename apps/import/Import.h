@@ -4,6 +4,7 @@
 #include "import/ImportCommandLine.h"
 #include "import/ImportProgress.h"
 #include "import/ImportReport.h"
+#include "import/ImportWriter.h"
 #include "platform/Clock.h"
 #include "summary/SummaryLang.h"
 
@@ -15,11 +16,15 @@ struct ImportSurroundings {
   ImportProgress::Kind progressKind;
   SummaryLang lang;
   Clock clock;
+  /// Memory for pages of the database. What does not fit is written early, inside the transaction.
+  int cacheKibibytes = ImportWriter::usualCacheKibibytes;
 };
 
-/// Does what `order` says. The database comes first, in one transaction, and the roster last: an
-/// import that ends early leaves both as they were, and one that dies between the two is completed
-/// by the next, which finds the data there and only writes the roster. Files are made with the
-/// process's creation mask. Refusals and failures leave as ImportError, ReceiverError or
-/// std::system_error.
+/// Does what `order` says. The database comes first, in one transaction, and the roster last. An
+/// import that ends before the commit leaves the member's data and the roster as they were; what is
+/// not data is not undone: tables and columns that an older database lacks, its write-ahead log
+/// mode, and of a new member a folder with an empty database when the process was killed. One that
+/// ends between the two is completed by the next of the same name, which finds the data there and
+/// only writes the roster. Files are made with the process's creation mask. Refusals and failures
+/// leave as ImportError, ReceiverError or std::system_error.
 ImportReport runImport(const ImportOrder& order, const ImportSurroundings& surroundings);

@@ -43,8 +43,10 @@ constexpr Phrase secondExport{.zh = "只能给一份导出,多出来的是:{0}",
                               .en = "one export at a time, and this is a second: {0}"};
 constexpr Phrase exportMissing{.zh = "没有说要导入哪份导出", .en = "the export is missing"};
 constexpr Phrase memberMissing{.zh = "少了 --member", .en = "--member is missing"};
-constexpr Phrase nameUnusable{.zh = "--member 要一个 UTF-8 编码的非空名字",
-                              .en = "--member wants a name, in UTF-8 and not empty"};
+constexpr Phrase nameUnusable{
+    .zh = "--member 要一个 UTF-8 编码的非空名字,不含控制字符",
+    .en = "--member wants a name, in UTF-8, not empty and without control characters"};
+constexpr Phrase rootEmpty{.zh = "--data-root 要一个文件夹", .en = "--data-root wants a folder"};
 constexpr Phrase idUnusable{
     .zh = "--id 只能由 1 到 64 个字母、数字、- 和 _ 组成",
     .en = "--id wants 1 to 64 letters, digits, hyphens and underscores, nothing else"};
@@ -55,6 +57,7 @@ constexpr std::array all{&usage,
                          &exportMissing,
                          &memberMissing,
                          &nameUnusable,
+                         &rootEmpty,
                          &idUnusable};
 static_assert(std::ranges::all_of(all,
                                   [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
@@ -73,8 +76,20 @@ bool usableID(std::string_view id) {
   });
 }
 
+/// Whether `text`, valid UTF-8, has a character that moves a terminal's cursor instead of being
+/// shown: U+0000 to U+001F, U+007F to U+009F.
+bool hasControlCharacter(std::string_view text) {
+  unsigned char before = 0;
+  for (const char letter : text) {
+    const auto byte = static_cast<unsigned char>(letter);
+    if (byte < 0x20 || byte == 0x7f || (before == 0xc2 && byte < 0xa0)) return true;
+    before = byte;
+  }
+  return false;
+}
+
 bool usableName(std::string_view name) {
-  return repaired(name) == name && !trimmedWhitespace(name).empty();
+  return repaired(name) == name && !trimmedWhitespace(name).empty() && !hasControlCharacter(name);
 }
 
 /// Collects the arguments of one command line.
@@ -97,6 +112,7 @@ public:
   /// What is wrong with the value; `nullopt` when it was taken.
   std::optional<ImportCommandLine::Say> take(std::string_view option, std::string_view value) {
     if (option == "--data-root") {
+      if (value.empty()) return refusal(phrases::rootEmpty);
       order.dataRoot = value;
     } else if (option == "--member") {
       if (!usableName(value)) return refusal(phrases::nameUnusable);

@@ -12,7 +12,7 @@
 /// Which export goes to whom.
 struct ImportOrder {
   std::filesystem::path dataRoot;
-  std::string name;               ///< of the member; valid UTF-8, not empty
+  std::string name;               ///< of the member; valid UTF-8, not empty, no control characters
   std::optional<std::string> id;  ///< of the member; fit to name a folder
   std::filesystem::path source;   ///< a .zip, an export.xml or the unpacked folder
 

@@ -14,6 +14,11 @@ constexpr Phrase anotherImport{.zh = "另一个导入正在进行,等它结束�
                                .en = "another import is running; try again when it has ended"};
 static_assert(inBothLanguages(anotherImport));
 
+[[noreturn]] void fail(const std::filesystem::path& path, int error) {
+  throw std::filesystem::filesystem_error(
+      "import lock", path, std::error_code(error, std::generic_category()));
+}
+
 /// Takes the lock without waiting. An interrupted attempt is made again.
 bool locked(int descriptor) {
   while (flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
@@ -29,12 +34,12 @@ ImportLock::ImportLock(const std::filesystem::path& dataRoot) {
   // the first still holds the old one.
   const std::filesystem::path path = dataRoot / "import.lock";
   descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-  if (descriptor < 0) throw std::system_error(errno, std::generic_category(), path.string());
+  if (descriptor < 0) fail(path, errno);
   if (locked(descriptor)) return;
   const int error = errno;
   close(descriptor);
   if (error == EWOULDBLOCK) throw ImportError(anotherImport);
-  throw std::system_error(error, std::generic_category(), path.string());
+  fail(path, error);
 }
 
 ImportLock::~ImportLock() { close(descriptor); }

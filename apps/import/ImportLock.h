@@ -8,7 +8,8 @@
 class ImportLock {
 public:
   /// Takes the lock, in the file "import.lock" of `dataRoot`, or fails with ImportError when
-  /// another import holds it. A file that cannot be opened fails with std::system_error.
+  /// another import holds it. A file that cannot be opened fails with
+  /// std::filesystem::filesystem_error.
   explicit ImportLock(const std::filesystem::path& dataRoot);
   ~ImportLock();
   ImportLock(const ImportLock&) = delete;

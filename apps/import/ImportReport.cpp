@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <string_view>
 
 namespace {
@@ -15,14 +16,14 @@ constexpr Phrase into{.zh = "{0} → {1}(id {2})", .en = "{0} -> {1} (id {2})"};
 constexpr Phrase intoNew{.zh = "{0} → {1}(新成员,id {2})", .en = "{0} -> {1} (new member, id {2})"};
 constexpr Phrase records{.zh = "  记录:{0} 条,其中新增 {1}",
                          .en = "  records: {0}, {1} of them new"};
-constexpr Phrase workouts{.zh = "  运动:{0} 次,其中新增 {1}",
+constexpr Phrase workouts{.zh = "  训练:{0} 次,其中新增 {1}",
                           .en = "  workouts: {0}, {1} of them new"};
 constexpr Phrase days{.zh = "  圆环日:{0} 天,其中新增或更新 {1}",
                       .en = "  days of activity rings: {0}, {1} of them new or newer"};
 constexpr Phrase span{.zh = "  日期:{0} 至 {1}", .en = "  span: {0} to {1}"};
 constexpr Phrase sources{.zh = "  来源:库里现有 {0} 个", .en = "  sources: {0} in the database"};
 constexpr Phrase converted{.zh = "  换算了单位:{0}", .en = "  converted units: {0}"};
-constexpr Phrase unknownUnits{.zh = "  单位不认识:{0}(记录照原样保存,运动里的该项留空)",
+constexpr Phrase unknownUnits{.zh = "  单位不认识:{0}(记录照原样保存,训练里的该项留空)",
                               .en =
                                   "  unknown units: {0} (records are kept as exported, a "
                                   "workout's figure is left out)"};
@@ -77,13 +78,22 @@ private:
   Lines lines;
 };
 
+/// `name`, or as much of it as a line has room for. The names are those that the file chose.
+std::string shortened(std::string_view name) {
+  constexpr std::size_t most = 64;
+  if (name.size() <= most) return std::string(name);
+  std::size_t end = most;
+  while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80U) --end;
+  return std::string(name.substr(0, end)) + "…";
+}
+
 /// "WorkoutRoute 12, route files 12"; empty when everything was stored.
 std::string notStoredText(const ImportReport& report, SummaryLang lang) {
   std::vector<std::string> kinds;
   const auto add = [&](std::string_view kind, std::int64_t count) {
     if (count != 0) kinds.push_back(filled(phrases::oneKind.in(lang), {kind, grouped(count)}));
   };
-  for (const auto& [element, count] : report.tally.notStored) add(element, count);
+  for (const auto& [element, count] : report.tally.notStored) add(shortened(element), count);
   add(phrases::otherElements.in(lang), report.tally.others);
   add(phrases::routeFiles.in(lang), report.beside.routes);
   add(phrases::ecgFiles.in(lang), report.beside.ecgs);

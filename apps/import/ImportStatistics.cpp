@@ -34,8 +34,8 @@ std::int64_t ImportStatistics::sources(const Database& database) {
 std::optional<std::string> ImportStatistics::firstDay(const Database& database) {
   // One step down the index for every type, instead of a walk along all of it.
   Statement query = database.prepare(
-      "SELECT MIN((SELECT MIN(start_day) FROM records WHERE records.type = stat_types.type))"
-      " FROM stat_types",
+      "SELECT MIN(day) FROM (SELECT (SELECT MIN(start_day) FROM records WHERE records.type ="
+      " stat_types.type) AS day FROM stat_types UNION ALL SELECT MIN(start_day) FROM workouts)",
       "");
   const std::optional<Row> row = query.next();
   return row ? row->find<std::string>(0) : std::nullopt;

@@ -19,7 +19,8 @@ void rebuild(Database& database);
 /// How many sources the tables name.
 std::int64_t sources(const Database& database);
 
-/// The first day of all records, by the types that the tables name; absent when no record has one.
+/// The first day of all records, by the types that the tables name, and of all workouts: the day
+/// from which the history is complete. Absent when there are none.
 std::optional<std::string> firstDay(const Database& database);
 
 }  // namespace ImportStatistics

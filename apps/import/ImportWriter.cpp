@@ -1,5 +1,6 @@
 #include "import/ImportWriter.h"
 #include "import/ImportStatistics.h"
+#include "import/StoredUnit.h"
 #include "platform/AppleFormat.h"
 
 #include <nlohmann/json.hpp>
@@ -36,6 +37,12 @@ std::int64_t begun(Database& database, const ImportWriter::Setting& setting) {
 constexpr const char* recordSearch =
     "SELECT 1 FROM records WHERE type = ? AND source_name IS ? AND start_date = ?"
     " AND end_date IS ? AND value IS ?";
+// The phone exports a sample in the unit that is chosen there at that time: "1.609344" km once and
+// "1" mi later. Each text is rounded to six digits or so.
+constexpr const char* rewordedSearch =
+    "SELECT 1 FROM records WHERE type = ?1 AND source_name IS ?2 AND start_date = ?3"
+    " AND end_date IS ?4 AND value IS NOT ?5 AND unit IS ?6"
+    " AND abs(value_num - ?7) <= abs(?7) * 1e-5";
 constexpr const char* recordInsertion =
     "INSERT OR IGNORE INTO records (type, source_name, device, unit, start_date, start_day,"
     " end_date, creation_date, value, value_num) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
@@ -86,6 +93,7 @@ ImportWriter::ImportWriter(Database& database, Setting setting)
       setting(setting),
       lastRowBefore(begun(database, setting)),
       findRecord(database.prepare(recordSearch, "")),
+      findReworded(database.prepare(rewordedSearch, "")),
       insertRecord(database.prepare(recordInsertion, "")),
       insertWorkout(database.prepare(workoutInsertion, "")),
       insertHumidity(database.prepare(humidityInsertion, "")),
@@ -117,6 +125,18 @@ bool ImportWriter::isStored(const ExportedRecord& record) {
   return changed(findRecord);
 }
 
+/// Whether the same sample is there from an export that had it in another unit. One export has each
+/// type in one unit, so that a database which held no records before needs no search.
+bool ImportWriter::isStoredInOtherWords(const ExportedRecord& record) {
+  if (lastRowBefore == 0 || !record.number) return false;
+  const StoredUnit stored = StoredUnit::of(record.type);
+  if (stored.conversion == nullptr || record.unit != stored.unit) return false;
+  findReworded.bind(1, record.type).bind(2, record.sourceName).bind(3, record.startDate);
+  findReworded.bind(4, record.endDate).bind(5, record.value).bind(6, record.unit);
+  findReworded.bind(7, record.number);
+  return changed(findReworded);
+}
+
 void ImportWriter::add(const ExportedRecord& record) {
   ++counts.records.read;
   if (record.converted) ++counts.converted;
@@ -126,6 +146,7 @@ void ImportWriter::add(const ExportedRecord& record) {
   // For the table's constraint a NULL equals nothing, so such a row would come again every time.
   const bool comparable = record.sourceName && record.endDate && record.value;
   if (!comparable && isStored(record)) return;
+  if (isStoredInOtherWords(record)) return;
   bindIfChanged(1, record.type);
   bindIfChanged(2, record.sourceName);
   bindIfChanged(3, record.device);

@@ -14,10 +14,13 @@
 
 /// Writes in one transaction, which `finish` commits: a run that ends in any other way, the death
 /// of the process and a power failure included, leaves the database as it was. What is stored
-/// already stays as it is, but for the rings of a day, which a newer export knows better. Failures
-/// leave as ReceiverError with SQLite's own message, mostly.
+/// already stays as it is, but for the rings of a day, which a newer export knows better. A sample
+/// whose unit was changed on the phone since it was stored is stored already. Failures leave as
+/// ReceiverError with SQLite's own message, mostly.
 class ImportWriter final : public ExportSink {
 public:
+  static constexpr int usualCacheKibibytes = 24576;
+
   struct Setting {
     /// The roster names the member, so somebody may be reading the database meanwhile.
     bool inUse = true;
@@ -25,7 +28,7 @@ public:
     /// an older export replace none.
     std::optional<double> lastSyncAt = std::nullopt;
     /// Memory for pages. What does not fit is written early, inside the transaction.
-    int cacheKibibytes = 24576;
+    int cacheKibibytes = usualCacheKibibytes;
   };
 
   /// What the table of imports keeps of the run.
@@ -52,11 +55,12 @@ public:
   /// Complete after `finish`.
   const ImportTally& tally() const { return counts; }
 
-  /// The first day of all records in the database, after `finish`; absent without records.
+  /// The first day of all records and workouts in the database, after `finish`; absent without any.
   const std::optional<std::string>& firstStoredDay() const { return firstStored; }
 
 private:
   bool isStored(const ExportedRecord& record);
+  bool isStoredInOtherWords(const ExportedRecord& record);
   void bindIfChanged(std::size_t position, std::optional<std::string_view> text);
   void addHumidity(const WorkoutEntry& entry);
   void insertRun(const Origin& origin);
@@ -65,6 +69,7 @@ private:
   Setting setting;
   std::int64_t lastRowBefore;
   Statement findRecord;
+  Statement findReworded;
   Statement insertRecord;
   Statement insertWorkout;
   Statement insertHumidity;

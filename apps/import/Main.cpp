@@ -3,6 +3,7 @@
 
 #include "import/Import.h"
 #include "import/ImportError.h"
+#include "import/SystemFailure.h"
 #include "platform/AppLanguage.h"
 #include "platform/Clock.h"
 #include "platform/ControlProtocol.h"
@@ -11,14 +12,21 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <exception>
 #include <iostream>
 #include <span>
 #include <string>
+#include <system_error>
 #include <variant>
 
 namespace {
+
+constexpr Phrase reportUnwritten{
+    .zh = "导入已经完成,但报告写不出来:{0}",
+    .en = "the import is complete, but its report cannot be written: {0}"};
+static_assert(inBothLanguages(reportUnwritten));
 
 constexpr int succeeded = 0;
 constexpr int failed = 1;
@@ -38,7 +46,9 @@ int bringIn(const ImportOrder& order, SummaryLang lang) {
       isatty(STDERR_FILENO) == 1 ? ImportProgress::Kind::terminal : ImportProgress::Kind::log;
   const ImportReport report = runImport(
       order, {.progress = std::cerr, .progressKind = kind, .lang = lang, .clock = systemTime});
-  return writeAll(STDOUT_FILENO, reportText(report, lang)) ? succeeded : failed;
+  if (writeAll(STDOUT_FILENO, reportText(report, lang))) return succeeded;
+  const std::string reason = std::generic_category().message(errno);
+  return fail(ImportError(reportUnwritten, {reason}).text(lang));
 }
 
 }  // namespace
@@ -57,6 +67,8 @@ int main(int count, char* words[]) {
     return bringIn(std::get<ImportOrder>(order), lang);
   } catch (const ImportError& error) {
     return fail(error.text(lang));
+  } catch (const std::system_error& error) {
+    return fail(systemFailure(error).text(lang));
   } catch (const std::exception& error) {
     return fail(error.what());
   }

@@ -13,15 +13,37 @@
 
 namespace {
 
+namespace phrases {
+
 constexpr Phrase occupied{
     .zh = "{0} 里已经有一个库,名册却没有这位成员;把它移走,或换一个 --id",
     .en =
         "{0} holds a database already, but the roster names no such member; move it away, or "
         "choose another --id"};
-static_assert(inBothLanguages(occupied));
+constexpr Phrase otherPersons{
+    .zh =
+        "{0} 里有「{1}」的导入没有完成;用这个名字再导入一次来补完,或给「{2}」换一个 --id,否则"
+        "两个人的数据会混在一起",
+    .en =
+        "{0} holds an unfinished import of {1}'s; complete it with an import under that name, or "
+        "choose another --id for {2}, or the data of two people would mix"};
+constexpr std::array all{occupied, otherPersons};
+static_assert(std::ranges::all_of(all, inBothLanguages));
+
+}  // namespace phrases
 
 std::filesystem::path noteIn(const std::filesystem::path& folder) {
   return folder / "import-unfinished";
+}
+
+/// Makes sure that a database in `folder` may become that of `name`. Some file systems take "Ann"
+/// and "ann" for one folder: the database decides, not the id alone.
+void requireOwn(const std::filesystem::path& folder, const std::filesystem::path& database,
+                const std::string& name) {
+  if (!std::filesystem::exists(database)) return;
+  const std::optional<std::string> owner = fileContents(noteIn(folder));
+  if (!owner) throw ImportError(phrases::occupied, {folder.string()});
+  if (*owner != name) throw ImportError(phrases::otherPersons, {folder.string(), *owner, name});
 }
 
 /// The id of the unfinished import of that name; `nullopt` when there is none.
@@ -48,10 +70,7 @@ MemberFolder::MemberFolder(const std::filesystem::path& dataRoot, const std::str
   const std::optional<std::string> chosen = id ? id : unfinishedID(members, name, known);
   memberID = chosen ? *chosen : newID();
   folder = members / memberID;
-  // Some file systems take "Ann" and "ann" for one folder: the database decides, not the id alone.
-  if (std::filesystem::exists(database()) && !std::filesystem::exists(noteIn(folder))) {
-    throw ImportError(occupied, {folder.string()});
-  }
+  requireOwn(folder, database(), name);
   fresh = std::filesystem::create_directories(folder);
   replaceDurably(noteIn(folder), name);
   // The roster must not outlive a power failure that its member's folder does not.
@@ -59,11 +78,27 @@ MemberFolder::MemberFolder(const std::filesystem::path& dataRoot, const std::str
   syncFolder(dataRoot);
 }
 
-void MemberFolder::finish() const { std::filesystem::remove(noteIn(folder)); }
+void MemberFolder::finish() const {
+  std::error_code ignored;
+  std::filesystem::remove(noteIn(folder), ignored);
+}
 
 void MemberFolder::abandon() const {
   std::error_code ignored;
   if (fresh) std::filesystem::remove_all(folder, ignored);
+}
+
+void removeObsoleteNotes(const std::filesystem::path& dataRoot,
+                         const std::vector<std::string>& known) {
+  // Going by what lies in the folder: an id of the roster need not be fit for a path.
+  std::error_code ignored;
+  std::filesystem::directory_iterator entry(dataRoot / "members", ignored);
+  for (; entry != std::filesystem::directory_iterator(); entry.increment(ignored)) {
+    const std::filesystem::path& folder = entry->path();
+    if (std::ranges::find(known, folder.filename().string()) == known.end()) continue;
+    std::error_code kept;
+    std::filesystem::remove(noteIn(folder), kept);
+  }
 }
 
 std::string randomID() {

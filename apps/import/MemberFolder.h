@@ -15,8 +15,9 @@ class MemberFolder {
 public:
   /// Claims a folder under "members" in `dataRoot` (absolute) for `name`: that of `id` where it is
   /// given, else the one left by an unfinished import of this name, else a new one with an id that
-  /// `newID` makes. `known` are the ids of the roster. A folder that holds a database but belongs
-  /// to no unfinished import is refused with ImportError. Fails with std::system_error.
+  /// `newID` makes. `known` are the ids of the roster. A folder that holds a database is refused
+  /// with ImportError unless it belongs to an unfinished import of this very name: what a killed
+  /// import had committed is that person's. Fails with std::filesystem::filesystem_error.
   MemberFolder(const std::filesystem::path& dataRoot, const std::string& name,
                const std::optional<std::string>& id, const std::vector<std::string>& known,
                const std::function<std::string()>& newID);
@@ -24,7 +25,7 @@ public:
   const std::string& id() const { return memberID; }
   std::filesystem::path database() const { return folder / "health.db"; }
 
-  /// The roster names the member now.
+  /// The roster names the member now. A note that cannot be removed stays until the next import.
   void finish() const;
 
   /// The import failed: removes the folder if this import made it, for nothing in it is kept.
@@ -35,6 +36,11 @@ private:
   std::filesystem::path folder;
   bool fresh = false;  ///< did not exist before
 };
+
+/// Removes what imports left beside the members of these ids, whom the roster names, when they died
+/// between naming the member and `MemberFolder::finish`.
+void removeObsoleteNotes(const std::filesystem::path& dataRoot,
+                         const std::vector<std::string>& known);
 
 /// A random identifier, 36 characters: "3f2b8c1e-....".
 std::string randomID();

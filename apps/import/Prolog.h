@@ -15,12 +15,11 @@
 /// "HealthData" without "<", and inside its quoted texts neither stands before it.
 class Prolog {
 public:
-  /// What `bytes` become; valid until the next call. Line feeds stay, and there is one blank for
-  /// every other character, so that lines and columns behind are those of the file.
+  /// What `bytes`, of text that XML allows, become; valid until the next call and as long as they
+  /// are. Line feeds stay, and there is one blank for every other character, so that lines and
+  /// columns behind are those of the text. The start of a tag that ends with the bytes is held back
+  /// until more of it is there.
   std::string_view passed(std::string_view bytes);
-
-  /// The start of a tag that was held back when the file ended.
-  std::string_view rest() const { return held; }
 
   bool over() const { return state == State::over; }  ///< the root element has begun
 

@@ -6,6 +6,9 @@
 #include "platform/Text.h"
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
+#include <fstream>
 #include <system_error>
 #include <utility>
 
@@ -15,17 +18,34 @@ struct RosterDocument::Document {
 
 namespace {
 
+namespace phrases {
+
 constexpr Phrase unreadable{.zh = "名册 {0} 读不了,原样没动:{1}",
                             .en = "the roster {0} cannot be read and was left alone: {1}"};
-static_assert(inBothLanguages(unreadable));
+constexpr Phrase noFile{.zh = "名册 {0} 不是普通文件,原样没动",
+                        .en = "the roster {0} is no regular file and was left alone"};
+constexpr std::array all{unreadable, noFile};
+static_assert(std::ranges::all_of(all, inBothLanguages));
+
+}  // namespace phrases
+
+/// Why the file at `path`, which just could not be read, cannot; in the system's words.
+std::string reasonOf(const std::filesystem::path& path) {
+  errno = 0;
+  const std::ifstream file(path, std::ios::binary);
+  return std::generic_category().message(file && errno == 0 ? EIO : errno);
+}
 
 /// The text of the roster at `path`; `nullopt` when there is none.
 std::optional<std::string> rosterText(const std::filesystem::path& path) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::symlink_status(path, error);
   if (status.type() == std::filesystem::file_type::not_found) return std::nullopt;
+  if (std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error)) {
+    throw ImportError(phrases::noFile, {path.string()});
+  }
   std::optional<std::string> text = fileContents(path);
-  if (!text) throw ImportError(unreadable, {path.string(), "?"});
+  if (!text) throw ImportError(phrases::unreadable, {path.string(), reasonOf(path)});
   return text;
 }
 
@@ -40,7 +60,7 @@ RosterDocument::RosterDocument(std::filesystem::path path)
     file = JsonFields::parsed(*text).get<Roster::File>();
     document->json = nlohmann::ordered_json::parse(*text);
   } catch (const std::exception& error) {
-    throw ImportError(unreadable, {this->path.string(), repaired(error.what())});
+    throw ImportError(phrases::unreadable, {this->path.string(), repaired(error.what())});
   }
 }
 

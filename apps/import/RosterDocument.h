@@ -20,11 +20,14 @@ struct ImportedMember {
 };
 
 /// "members.json", read once and written back with one member changed. The receiver application may
-/// keep more in it than we read, so the document itself is changed and never made anew.
+/// keep more in it than we read, so the document itself is changed and never made anew: every key
+/// and value survives, in their order. Numbers survive as the numbers that 64 bits hold: 2.50 is
+/// written back as 2.5, and a whole number of 23 digits as the nearest 1.23e+22.
 class RosterDocument {
 public:
   /// Reads the file at `path`; one that does not exist is a roster without members. A file that
-  /// cannot be read, or that the server could not read, fails with ImportError and stays.
+  /// cannot be read, a link that leads nowhere, or a file that the server could not read fails with
+  /// ImportError and stays.
   explicit RosterDocument(std::filesystem::path path);
   ~RosterDocument();
   RosterDocument(const RosterDocument&) = delete;
@@ -36,7 +39,8 @@ public:
   /// later than the export stays, for the database still has what it brought.
   void put(const ImportedMember& member);
 
-  /// Replaces the file, complete or not at all and after a crash too. Fails with std::system_error.
+  /// Replaces the file, complete or not at all and after a crash too. Fails with
+  /// std::filesystem::filesystem_error.
   void write() const;
 
 private:

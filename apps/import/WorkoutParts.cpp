@@ -39,12 +39,13 @@ void WorkoutParts::addStatistics(const Attributes& attributes) {
   WorkoutEntry& entry = workout.entry;
 
   if (type == "HeartRate") {
-    const auto beats = [&](std::string_view name) {
-      return converted(attributes.find(name), unit, Units::beatsPerMinute, "count/min");
+    const auto complete = [&](std::optional<double>& figure, std::string_view name) {
+      if (figure) return;
+      figure = converted(attributes.find(name), unit, Units::beatsPerMinute, "count/min");
     };
-    entry.hr_avg = beats("average");
-    entry.hr_min = beats("minimum");
-    entry.hr_max = beats("maximum");
+    complete(entry.hr_avg, "average");
+    complete(entry.hr_min, "minimum");
+    complete(entry.hr_max, "maximum");
   } else if (type == "ActiveEnergyBurned") {
     addTo(entry.active_energy_kcal, converted(sum, unit, Units::kilocalories, "kcal"));
   } else if (type == "BasalEnergyBurned") {
@@ -55,43 +56,54 @@ void WorkoutParts::addStatistics(const Attributes& attributes) {
   }
 }
 
+namespace {
+
+/// The exported reading, which is in percent by its key, whatever the scale of its number ("6900 %"
+/// is 69 %): all of it is kept as it is. Absent when there is none.
+std::optional<WorkoutHumidity> humidityOf(std::string_view value,
+                                          const std::optional<std::string>& sourceVersion) {
+  if (value.empty()) return std::nullopt;
+  WorkoutHumidity humidity;
+  humidity.encoding = "xml_percent";
+  humidity.raw_unit = "%";
+  humidity.source_version = sourceVersion;
+  const std::optional<Quantity> quantity = Units::quantity(value);
+  if (quantity && (quantity->unit.empty() || quantity->unit == "%")) {
+    humidity.raw_value = quantity->number;
+  } else {
+    humidity.raw_text = value;
+  }
+  return humidity;
+}
+
+}  // namespace
+
 void WorkoutParts::addMetadata(const Attributes& attributes) {
   const std::string_view key = attributes.find("key").value_or(std::string_view());
   const std::string_view value = attributes.find("value").value_or(std::string_view());
   WorkoutEntry& entry = workout.entry;
 
   if (key == "HKIndoorWorkout") {
-    if (value == "0" || value == "1") entry.indoor = value == "1";
+    if (!entry.indoor && (value == "0" || value == "1")) entry.indoor = value == "1";
     return;
   }
   if (key == "HKWeatherHumidity") {
-    setHumidity(value);
+    if (!entry.humidity) entry.humidity = humidityOf(value, sourceVersion);
     return;
   }
   const std::optional<Quantity> quantity = Units::quantity(value);
   if (!quantity) return;
+  const auto complete =
+      [&](std::optional<double>& figure, Conversion conversion, std::string_view target) {
+        if (!figure) figure = converted(*quantity, conversion, target);
+      };
   if (key == "HKAverageMETs") {
-    entry.avg_mets = converted(*quantity, Units::mets, quantity->unit);
+    complete(entry.avg_mets, Units::mets, quantity->unit);
   } else if (key == "HKElevationAscended") {
-    entry.elevation_m = converted(*quantity, Units::metres, "m");
+    complete(entry.elevation_m, Units::metres, "m");
   } else if (key == "HKWeatherTemperature") {
-    entry.temp_c = converted(*quantity, Units::celsius, "degC");
+    complete(entry.temp_c, Units::celsius, "degC");
   }
-}
-
-/// The scale of the exported number is not known ("6900 %" is 69 %), so all of it is kept as it is.
-void WorkoutParts::setHumidity(std::string_view value) {
-  WorkoutHumidity humidity;
-  humidity.encoding = "xml_percent";
-  humidity.source_version = sourceVersion;
-  if (const std::optional<Quantity> quantity = Units::quantity(value)) {
-    humidity.raw_value = quantity->number;
-    if (!quantity->unit.empty()) humidity.raw_unit = quantity->unit;
-  } else {
-    humidity.raw_text = value;
-    if (value.ends_with('%')) humidity.raw_unit = "%";
-  }
-  workout.entry.humidity = std::move(humidity);
 }
 
 ExportedWorkout WorkoutParts::finished() && {

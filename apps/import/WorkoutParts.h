@@ -9,7 +9,8 @@
 #include <string>
 #include <string_view>
 
-/// Collects one workout. A figure whose unit is missing or unknown is left out, never guessed.
+/// Collects one workout. A figure whose unit is missing or unknown is left out, never guessed. Of a
+/// figure that comes more than once the first is kept; sums alone add up.
 class WorkoutParts {
 public:
   /// From the attributes of a Workout; `startDate` is one of them, found to be there.
@@ -40,7 +41,6 @@ private:
                                   std::string_view target);
   std::optional<double> converted(const Quantity& quantity, Conversion conversion,
                                   std::string_view target);
-  void setHumidity(std::string_view value);
 
   ExportedWorkout workout;
   std::optional<std::string> sourceVersion;

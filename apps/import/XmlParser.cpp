@@ -12,22 +12,41 @@
 
 namespace {
 
-/// An element of an export takes a few hundred bytes. The parser keeps an unfinished one whole, so
-/// an endless one would take all memory there is.
-constexpr long long longestElement = 4LL << 20;
+/// A tag of an export takes a few hundred bytes. The parser keeps an unfinished one whole, so an
+/// endless one would take all memory there is.
+constexpr long long longestTag = 256LL << 10;
+
+/// After a piece that did not end a tag, some versions of the parser wait until they have twice as
+/// much of it. So only more than this that is not read yet means that the tag is too long.
+constexpr long long mostUnread = 2 * longestTag;
 
 /// Small enough for the parser's lengths, whose type is int, and for the check above to come soon.
-constexpr std::size_t pieceSize = 256UL << 10;
+constexpr std::size_t pieceSize = 128UL << 10;
 
 namespace phrases {
 constexpr Phrase broken{.zh = "XML 在第 {0} 行第 {1} 列坏了:{2}。什么都没有导入。",
                         .en =
                             "The XML is broken in line {0}, column {1}: {2}. Nothing was "
                             "imported."};
-constexpr Phrase tooLong{.zh = "第 {0} 行的一个元素超过 4 MiB,这不是健康 App 的导出。",
+constexpr Phrase tooLong{.zh =
+                             "从第 {0} 行第 {1} 列开始的标签超过 256 KiB,这不是健康 App 的导出。"
+                             "什么都没有导入。",
                          .en =
-                             "An element in line {0} is longer than 4 MiB; this is no export of "
-                             "the Health app."};
+                             "What begins in line {0}, column {1} is longer than 256 KiB; this is "
+                             "no export of the Health app. Nothing was imported."};
+constexpr Phrase nameTooLong{.zh =
+                                 "第 {0} 行第 {1} 列的标签里有超过 1 KiB 的名称,这不是健康 App "
+                                 "的导出。什么都没有导入。",
+                             .en =
+                                 "A name in the tag in line {0}, column {1} is longer than 1 KiB; "
+                                 "this is no export of the Health app. Nothing was imported."};
+constexpr Phrase tooManyNames{.zh =
+                                  "到第 {0} 行第 {1} 列,元素和属性的名称超过 1,000 种,这不是健康 "
+                                  "App 的导出。什么都没有导入。",
+                              .en =
+                                  "Up to line {0}, column {1} the elements and attributes have "
+                                  "more than 1,000 names; this is no export of the Health app. "
+                                  "Nothing was imported."};
 
 constexpr Phrase badCharacter{.zh = "有 XML 不允许的写法", .en = "not well-formed"};
 constexpr Phrase endsInTag{.zh = "文件在标签中间断了", .en = "the file ends inside a tag"};
@@ -42,6 +61,8 @@ constexpr Phrase afterRoot{.zh = "根元素结束以后还有内容",
                            .en = "something follows the end of the root element"};
 constexpr std::array all{broken,
                          tooLong,
+                         nameTooLong,
+                         tooManyNames,
                          badCharacter,
                          endsInTag,
                          endsEarly,
@@ -92,7 +113,7 @@ struct XmlCallbacks {
     auto& parser = *static_cast<XmlParser*>(self);
     if (parser.thrown) return;  // a stopped parser still ends the element that it began
     try {
-      call(parser.handler);
+      call(parser);
     } catch (...) {
       parser.thrown = std::current_exception();
       XML_StopParser(parser.parser.get(), XML_FALSE);
@@ -100,11 +121,19 @@ struct XmlCallbacks {
   }
 
   static void start(void* self, const char* name, const char** attributes) {
-    guarded(self, [&](XmlHandler& handler) { handler.startElement(name, Attributes(attributes)); });
+    guarded(self, [&](XmlParser& parser) {
+      if (XML_GetCurrentByteCount(parser.parser.get()) > longestTag)
+        parser.refuse(phrases::tooLong);
+      parser.checkName(name, 0);
+      for (std::size_t index = 0; attributes[2 * index] != nullptr; ++index) {
+        parser.checkName(attributes[2 * index], index + 1);
+      }
+      parser.handler.startElement(name, Attributes(attributes));
+    });
   }
 
   static void end(void* self, const char* /*name*/) {
-    guarded(self, [](XmlHandler& handler) { handler.endElement(); });
+    guarded(self, [](XmlParser& parser) { parser.handler.endElement(); });
   }
 };
 
@@ -134,21 +163,34 @@ void XmlParser::parsePiece(std::string_view piece, bool last) {
   if (thrown) std::rethrow_exception(thrown);
   if (status != XML_STATUS_OK) fail();
   fed += static_cast<long long>(piece.size());
-  if (fed - XML_GetCurrentByteIndex(parser.get()) > longestElement) {
-    throw ImportError(phrases::tooLong, {std::to_string(line())});
-  }
+  // Negative while the parser waits for more: then it still stands where it did.
+  const long long index = XML_GetCurrentByteIndex(parser.get());
+  if (index >= 0) reached = index;
+  if (fed - reached > mostUnread) refuse(phrases::tooLong);
+}
+
+void XmlParser::checkName(std::string_view name, std::size_t position) {
+  const XmlNames::Verdict verdict = names.use(name, position);
+  if (verdict == XmlNames::Verdict::tooLong) refuse(phrases::nameTooLong);
+  if (verdict == XmlNames::Verdict::tooMany) refuse(phrases::tooManyNames);
 }
 
 long long XmlParser::line() const {
   return static_cast<long long>(XML_GetCurrentLineNumber(parser.get()));
 }
 
+long long XmlParser::column() const {
+  return static_cast<long long>(XML_GetCurrentColumnNumber(parser.get())) + 1;
+}
+
+void XmlParser::refuse(const Phrase& phrase) const {
+  throw ImportError(phrase, {std::to_string(line()), std::to_string(column())});
+}
+
 void XmlParser::fail() const {
   const Phrase reason = reasonOf(XML_GetErrorCode(parser.get()));
-  const std::string column = std::to_string(XML_GetCurrentColumnNumber(parser.get()) + 1);
   // The reason depends on the language as the sentence around it does.
-  const std::string lineText = std::to_string(line());
-  const std::string chinese = filled(phrases::broken.zh, {lineText, column, reason.zh});
-  const std::string english = filled(phrases::broken.en, {lineText, column, reason.en});
-  throw ImportError({.zh = chinese, .en = english});
+  const std::string chinese = filled(phrases::broken.zh, {"{0}", "{1}", reason.zh});
+  const std::string english = filled(phrases::broken.en, {"{0}", "{1}", reason.en});
+  refuse({.zh = chinese, .en = english});
 }

@@ -2,7 +2,10 @@
 // The XML parser's handle, and elements instead of its callbacks.
 
 #include "import/Attributes.h"
+#include "import/XmlNames.h"
+#include "summary/SummaryLang.h"
 
+#include <cstddef>
 #include <exception>
 #include <memory>
 #include <string_view>
@@ -19,7 +22,9 @@ public:
 };
 
 /// Parses UTF-8 without a document type declaration, in pieces. Broken XML throws ImportError with
-/// line and column, counted from 1. Text between the tags is of no interest.
+/// line and column, counted from 1. So do a tag of more than 256 KiB and more or longer names than
+/// XmlNames allows, because memory is bounded by them; a comment may be twice as long at least.
+/// Text between the tags is of no interest.
 class XmlParser {
 public:
   explicit XmlParser(XmlHandler& target);  ///< `target` outlives the parser
@@ -30,6 +35,9 @@ public:
   /// Where the element begins that the handler is being told of.
   long long line() const;
 
+  /// Throws ImportError: `phrase`, its first mark the line of that place and its second the column.
+  [[noreturn]] void refuse(const Phrase& phrase) const;
+
 private:
   friend struct XmlCallbacks;
 
@@ -38,10 +46,14 @@ private:
   };
 
   void parsePiece(std::string_view piece, bool last);
+  void checkName(std::string_view name, std::size_t position);
+  long long column() const;
   [[noreturn]] void fail() const;
 
   XmlHandler& handler;
+  XmlNames names;
   std::unique_ptr<XML_ParserStruct, Releaser> parser;
   std::exception_ptr thrown;  ///< by the handler; waits until the parser's C code has returned
   long long fed = 0;          ///< bytes
+  long long reached = 0;      ///< bytes before what the parser has not read to its end
 };

@@ -10,7 +10,8 @@
 /// Characters that XML 1.0 forbids (control characters but tab, line feed and carriage return;
 /// U+FFFE, U+FFFF) are dropped, and so are character references to them. Ill-formed UTF-8 becomes
 /// U+FFFD, one for each longest run that could have begun a character. A byte order mark at the
-/// start goes. All else stays, malformed references too, which are the parser's to refuse.
+/// start goes. All else stays, malformed references too, which are the parser's to refuse. Lines
+/// stay what they were, columns do not.
 class XmlText {
 public:
   /// `piece` cleaned, less a character or reference that its end cuts, which the next call takes

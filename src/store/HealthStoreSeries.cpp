@@ -150,6 +150,7 @@ std::vector<DailyValue> HealthStore::medianSeriesInOnePass(std::string_view type
     }
   }
   std::vector<DailyValue> series;
+  series.reserve(days.size());
   for (auto& [day, values] : days) series.push_back({day, median(values).value()});
   return series;
 }

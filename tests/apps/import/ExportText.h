@@ -19,6 +19,40 @@ inline std::string stampAfter(int seconds) {
   return AppleFormat::dayParser.text(CivilDay{first + std::chrono::days{seconds / 86400}}) + clock;
 }
 
+/// A run that begins `seconds` after the first of them, with statistics, humidity and the rest.
+inline std::string workoutText(int seconds) {
+  const std::string times =
+      " startDate=\"" + stampAfter(seconds) + "\" endDate=\"" + stampAfter(seconds + 1800) + "\"";
+  const auto statistics = [&](const std::string& type, const std::string& numbers) {
+    return "<WorkoutStatistics type=\"HKQuantityTypeIdentifier" + type + "\"" + times + " " +
+           numbers + "/>\n";
+  };
+  const auto metadata = [](const std::string& key, const std::string& value) {
+    return "<MetadataEntry key=\"" + key + "\" value=\"" + value + "\"/>\n";
+  };
+  return "<Workout workoutActivityType=\"HKWorkoutActivityTypeRunning\" duration=\"30\""
+         " durationUnit=\"min\" sourceName=\"Ann\u2019s Watch\" sourceVersion=\"10.1\""
+         " creationDate=\"" +
+         stampAfter(seconds + 1860) + "\"" + times + ">\n" + metadata("HKIndoorWorkout", "0") +
+         metadata("HKAverageMETs", "9.5 kcal/hr\u00b7kg") +
+         metadata("HKElevationAscended", "41 m") + metadata("HKWeatherTemperature", "12 degC") +
+         metadata("HKWeatherHumidity", std::to_string(5000 + seconds / 600) + " %") +
+         statistics("HeartRate",
+                    "average=\"141\" minimum=\"95\" maximum=\"172\" unit=\"count/min\"") +
+         statistics("ActiveEnergyBurned", "sum=\"312.5\" unit=\"kcal\"") +
+         statistics("BasalEnergyBurned", "sum=\"40\" unit=\"kcal\"") +
+         statistics("DistanceWalkingRunning", "sum=\"5.2\" unit=\"km\"") + "</Workout>\n";
+}
+
+/// The rings of one day, all of them.
+inline std::string ringsText(const std::string& day) {
+  return "<ActivitySummary dateComponents=\"" + day +
+         "\" activeEnergyBurned=\"300\" activeEnergyBurnedGoal=\"500\""
+         " activeEnergyBurnedUnit=\"kcal\" appleMoveTime=\"20\" appleMoveTimeGoal=\"30\""
+         " appleExerciseTime=\"25\" appleExerciseTimeGoal=\"35\" appleStandHours=\"9\""
+         " appleStandHoursGoal=\"12\"/>\n";
+}
+
 /// An export of `records` heart rates, one every ten minutes, some without a value or an end, with
 /// a workout and a day of rings for each hundred of them. A longer one begins like a shorter one.
 inline std::string exportText(int records, const std::string& date = "2024-06-01 08:00:00 +0800") {
@@ -33,13 +67,8 @@ inline std::string exportText(int records, const std::string& date = "2024-06-01
     text += "/>\n";
   }
   for (int number = 0; number < records; number += 100) {
-    const std::string start = stampAfter(600 * number);
-    const std::string day = start.substr(0, 10);
-    text += "<Workout workoutActivityType=\"HKWorkoutActivityTypeRunning\" duration=\"30\"";
-    text += " durationUnit=\"min\" sourceName=\"Ann\u2019s Watch\" startDate=\"" + start + "\"";
-    text += " endDate=\"" + stampAfter(600 * number + 1800) + "\"/>\n";
-    text += "<ActivitySummary dateComponents=\"" + day + "\" activeEnergyBurned=\"300\"";
-    text += " activeEnergyBurnedUnit=\"kcal\"/>\n";
+    text += workoutText(600 * number);
+    text += ringsText(stampAfter(600 * number).substr(0, 10));
   }
   return text + "</HealthData>\n";
 }

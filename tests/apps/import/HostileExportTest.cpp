@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -17,36 +18,93 @@ using testing::HasSubstr;
 constexpr std::string_view record = "<Record type=\"a\" startDate=\"2024-03-01\"/>";
 
 TEST(HostileExport, CannotFillTheMemoryWithOneElement) {
+  const std::string letters(1 << 16, 'a');
   CollectingSink sink;
   ExportReader reader(sink);
-  reader.feed("<HealthData>\n<Record type=\"");
-  const std::string piece(1 << 16, 'a');
+  reader.feed("<HealthData>\n <Record type=\"");
 
   int pieces = 0;
   std::string message;
   try {
-    for (; pieces < 1000; ++pieces) reader.feed(piece);
+    for (; pieces < 1000; ++pieces) reader.feed(letters);
   } catch (const ImportError& error) {
     message = error.what();
   }
 
   EXPECT_EQ(message,
-            "An element in line 2 is longer than 4 MiB; this is no export of the Health app.");
-  EXPECT_LE(pieces, 65);
+            "What begins in line 2, column 2 is longer than 256 KiB; this is no export of the "
+            "Health app. Nothing was imported.");
+  EXPECT_EQ(pieces, 7);
+}
+
+/// A record of `size` bytes.
+std::string recordOfSize(std::size_t size) {
+  std::string longRecord = "<Record type=\"a\" startDate=\"2024-03-01\" device=\"\"/>";
+  longRecord.insert(longRecord.size() - 3, size - longRecord.size(), 'd');
+  return longRecord;
+}
+
+TEST(HostileExport, IsToldByTheSameLengthHoweverItIsCut) {
+  constexpr std::size_t longest = 256UL << 10;
+  std::string many;
+  for (std::size_t less = 0; less < 40; ++less) many += recordOfSize(longest - 3000 * less);
+  for (const std::size_t piece : {10000UL, 100000UL, 131072UL, 1UL << 20}) {
+    CollectingSink sink;
+    readInto(sink, exportOf(many), piece);
+    EXPECT_EQ(sink.records.size(), 40U) << piece;
+
+    CollectingSink other;
+    EXPECT_THROW(readInto(other, exportOf(recordOfSize(longest + 1)), piece), ImportError) << piece;
+  }
 }
 
 TEST(HostileExport, CannotFillTheMemoryWithDepth) {
   std::string document = "<HealthData>";
   for (int level = 0; level < 100; ++level) document += "<a>\n";
 
-  EXPECT_THAT(errorOf(document), HasSubstr("line 64 are nested too deeply"));
+  EXPECT_THAT(errorOf(document), HasSubstr("line 64, column 1 are nested too deeply"));
 }
 
-TEST(HostileExport, CannotFillTheMemoryWithNames) {
-  std::string document = "<HealthData>";
-  for (int number = 0; number < 2000; ++number) document += "<a" + std::to_string(number) + "/>\n";
+/// The numbers from 0 on, as names in `before` and `after`, one a line.
+std::string namesBetween(std::string_view before, std::string_view after, int count) {
+  std::string text;
+  for (int number = 0; number < count; ++number) {
+    text.append(before).append("n").append(std::to_string(number)).append(after).append("\n");
+  }
+  return text;
+}
 
-  EXPECT_THAT(errorOf(document), HasSubstr("too many kinds of elements"));
+constexpr std::string_view tooManyNames =
+    "Up to line 1001, column 1 the elements and attributes have more than 1,000 names; this is no "
+    "export of the Health app. Nothing was imported.";
+
+TEST(HostileExport, CannotFillTheMemoryWithKindsOfElements) {
+  // HealthData and these.
+  EXPECT_EQ(errorOf("<HealthData>\n" + namesBetween("<", "/>", 999) + "</HealthData>"), "");
+  EXPECT_EQ(errorOf("<HealthData>\n" + namesBetween("<", "/>", 1000)), tooManyNames);
+}
+
+TEST(HostileExport, CannotFillTheMemoryWithKindsOfElementsThatAreSkipped) {
+  EXPECT_EQ(errorOf("<HealthData><Correlation>\n" + namesBetween("<", "/>", 1000)),
+            "Up to line 1000, column 1 the elements and attributes have more than 1,000 names; "
+            "this is no export of the Health app. Nothing was imported.");
+}
+
+TEST(HostileExport, CannotFillTheMemoryWithKindsOfAttributes) {
+  EXPECT_EQ(errorOf("<HealthData>\n" + namesBetween("<Me ", "=\"\"/>", 1500)),
+            "Up to line 1000, column 1 the elements and attributes have more than 1,000 names; "
+            "this is no export of the Health app. Nothing was imported.");
+}
+
+TEST(HostileExport, CannotFillTheMemoryWithALongName) {
+  const std::string longest(1024, 'n');
+  constexpr std::string_view message =
+      "A name in the tag in line 3, column 1 is longer than 1 KiB; this is no export of the "
+      "Health app. Nothing was imported.";
+
+  EXPECT_EQ(errorOf(exportOf("<" + longest + " " + longest + "=\"\"/>")), "");
+  EXPECT_EQ(errorOf(exportOf("<" + longest + "n/>")), message);
+  EXPECT_EQ(errorOf(exportOf("<Me " + longest + "n=\"\"/>")), message);
 }
 
 TEST(ExportReader, LetsWhatTheSinkThrowsPass) {

@@ -25,17 +25,19 @@ constexpr double now = 1795147200;  // 2026-11-20 08:00 in Shanghai
 /// The tools on one data root.
 class Answers {
 public:
-  explicit Answers(const std::filesystem::path& dataRoot)
-      : log(std::nullopt, Logger::Level::error, false, clock),
+  Answers(const std::filesystem::path& dataRoot, SummaryLang lang)
+      : lang(lang),
+        log(std::nullopt, Logger::Level::error, false, clock),
         roster(dataRoot / "members.json", log, clock) {
     roster.load();
   }
 
   std::string operator()(const std::string& tool, const json& arguments) {
-    return Tools::answer(tool, {arguments, roster, log, SummaryLang::en, clock});
+    return Tools::answer(tool, {arguments, roster, log, lang, clock});
   }
 
 private:
+  SummaryLang lang;
   Clock clock = [] { return now; };
   Logger log;
   Roster roster;
@@ -116,23 +118,25 @@ std::vector<std::pair<std::string, json>> questions(const std::string& person) {
 }
 
 TEST_F(RoundTrip, AnswersEveryToolAsTheDataThatWasWrittenDirectly) {
-  Answers direct(folder / "direct");
-  Answers imported(folder / "imported");
+  for (const SummaryLang lang : {SummaryLang::en, SummaryLang::zh}) {
+    Answers direct(folder / "direct", lang);
+    Answers imported(folder / "imported", lang);
 
-  EXPECT_EQ(imported("list_persons", json::object()), direct("list_persons", json::object()));
-  for (const char* person : {"Ann", "Ben"}) {
-    for (const auto& [tool, arguments] : questions(person)) {
-      EXPECT_EQ(imported(tool, arguments), direct(tool, arguments)) << tool << arguments;
+    EXPECT_EQ(imported("list_persons", json::object()), direct("list_persons", json::object()));
+    for (const char* person : {"Ann", "Ben"}) {
+      for (const auto& [tool, arguments] : questions(person)) {
+        EXPECT_EQ(imported(tool, arguments), direct(tool, arguments)) << tool << arguments;
+      }
     }
-  }
 
-  const json arguments{
-      {"person", "Ann"}, {"from", "2026-08-01"}, {"format", "json"}, {"limit", 100}};
-  const json workouts = json::parse(direct("get_workouts", arguments)).at("workouts");
-  ASSERT_GT(workouts.size(), 5U);
-  for (const json& workout : workouts) {
-    const json page{{"person", "Ann"}, {"workout_id", workout.at("workout_id")}};
-    EXPECT_EQ(imported("get_workout_heart_rate", page), direct("get_workout_heart_rate", page));
+    const json arguments{
+        {"person", "Ann"}, {"from", "2026-08-01"}, {"format", "json"}, {"limit", 100}};
+    const json workouts = json::parse(direct("get_workouts", arguments)).at("workouts");
+    ASSERT_GT(workouts.size(), 5U);
+    for (const json& workout : workouts) {
+      const json page{{"person", "Ann"}, {"workout_id", workout.at("workout_id")}};
+      EXPECT_EQ(imported("get_workout_heart_rate", page), direct("get_workout_heart_rate", page));
+    }
   }
 }
 

@@ -3,7 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace {
+
+using testing::HasSubstr;
 
 ImportReport fullReport() {
   ImportReport report;
@@ -47,6 +51,24 @@ TEST(ImportReport, TellsEverything) {
             "  not stored: ClinicalRecord 6, WorkoutRoute 8, other elements 1, route files 8, ECG "
             "files 4, clinical record files 6, other files 1\n"
             "  time: 12.3 s\n");
+}
+
+TEST(ImportReport, CutsALongNameBetweenTwoCharacters) {
+  ImportReport report;
+  const std::string letters(60, 'n');
+  report.tally.notStored = {{letters + "abcd", 1}, {letters + "ééé", 2}};
+
+  const std::string text = reportText(report, SummaryLang::en);
+
+  EXPECT_THAT(text, HasSubstr("  not stored: " + letters + "abcd 1, " + letters + "éé… 2\n"));
+}
+
+TEST(ImportReport, CutsALongNameInsideACharacterBeforeIt) {
+  ImportReport report;
+  report.tally.notStored = {{std::string(63, 'n') + "é", 1}};
+
+  EXPECT_THAT(reportText(report, SummaryLang::en),
+              HasSubstr("  not stored: " + std::string(63, 'n') + "… 1\n"));
 }
 
 TEST(ImportReport, TellsEverythingInChinese) {

@@ -1,10 +1,6 @@
 #include "DatabaseContents.h"
-#include "ExportText.h"
-#include "import/Import.h"
-#include "import/ImportError.h"
-#include "platform/Files.h"
+#include "ImportHarness.h"
 #include "roster/Roster.h"
-#include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,57 +13,6 @@ namespace {
 
 using nlohmann::json;
 using testing::HasSubstr;
-
-constexpr double now = 1717300000;
-
-/// A data root and an export beside it.
-class Import : public testing::Test {
-protected:
-  ImportReport importFor(const std::string& name, const std::optional<std::string>& id = {}) const {
-    std::ostringstream unseen;
-    return runImport({.dataRoot = root(), .name = name, .id = id, .source = folder / "export.xml"},
-                     {.progress = unseen,
-                      .progressKind = ImportProgress::Kind::log,
-                      .lang = SummaryLang::en,
-                      .clock = [] { return now; }});
-  }
-
-  /// What the refusal says, in English.
-  std::string refusal(const std::string& name, const std::optional<std::string>& id = {}) const {
-    try {
-      importFor(name, id);
-      return "none";
-    } catch (const ImportError& error) {
-      return error.text(SummaryLang::en);
-    }
-  }
-
-  void writeExport(const std::string& text) const { folder.write("export.xml", text); }
-  void writeRoster(const json& roster) const { folder.write("root/members.json", roster.dump()); }
-
-  std::filesystem::path root() const { return folder / "root"; }
-  json roster() const { return json::parse(fileContents(root() / "members.json").value()); }
-
-  /// Every path under the data root.
-  std::vector<std::string> files() const {
-    std::vector<std::string> paths;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(root())) {
-      paths.push_back(entry.path().lexically_relative(root()).string());
-    }
-    std::ranges::sort(paths);
-    return paths;
-  }
-
-  TemporaryFolder folder;
-};
-
-json memberWithout(const std::string& id, const std::string& database) {
-  return {{"id", id},
-          {"name", "Ann"},
-          {"dbPath", database},
-          {"createdAt", 5},
-          {"devices", json::array()}};
-}
 
 TEST_F(Import, MakesADataRootWithOneMemberWhoseHistoryIsComplete) {
   writeExport(exportText(300));
@@ -162,16 +107,6 @@ TEST_F(Import, GoesToTheDatabaseThatTheRosterNames) {
   EXPECT_THAT(databaseContents(folder / "elsewhere/ann.db"), HasSubstr("HeartRate|30|"));
 }
 
-TEST_F(Import, DoesNotMakeTheFolderOfADriveThatIsNotThere) {
-  const std::string database = (folder / "unmounted/ann.db").string();
-  writeRoster({{"version", 1}, {"members", {memberWithout("a-1", database)}}});
-  writeExport(exportText(30));
-
-  EXPECT_THAT(refusal("Ann"), HasSubstr("drive not mounted?"));
-
-  EXPECT_FALSE(std::filesystem::exists(folder / "unmounted"));
-}
-
 TEST_F(Import, RefusesAMemberWithAPairedPhoneBeforeAnythingIsWritten) {
   json member = memberWithout("a-1", (root() / "ann.db").string());
   member["devices"] = {{{"token", "t"}, {"pairedAt", 1}}};
@@ -184,60 +119,20 @@ TEST_F(Import, RefusesAMemberWithAPairedPhoneBeforeAnythingIsWritten) {
   EXPECT_THAT(files(), testing::ElementsAre("members.json"));
 }
 
-TEST_F(Import, RefusesAnUnreadableRosterBeforeAnythingIsWritten) {
-  folder.write("root/members.json", "{");
-  writeExport(exportText(30));
+TEST_F(Import, OfWorkoutsAloneHasTheirFirstDay) {
+  writeExport(
+      "<HealthData><ExportDate value=\"2024-06-01 08:00:00 +0800\"/>"
+      "<Workout workoutActivityType=\"HKWorkoutActivityTypeRunning\" duration=\"30\""
+      " durationUnit=\"min\" startDate=\"2018-09-01 18:00:00 +0800\""
+      " endDate=\"2018-09-01 18:30:00 +0800\"/></HealthData>");
 
-  EXPECT_THAT(refusal("Ann"), HasSubstr("cannot be read and was left alone"));
+  importFor("Ann");
 
-  EXPECT_THAT(files(), testing::ElementsAre("members.json"));
-  EXPECT_EQ(fileContents(root() / "members.json"), "{");
-}
-
-TEST_F(Import, OfAnExportThatIsNotThereMakesNothing) {
-  EXPECT_NE(refusal("Ann"), "none");
-
-  EXPECT_FALSE(std::filesystem::exists(root()));
-}
-
-TEST_F(Import, OfABrokenExportLeavesNoMember) {
-  const std::string whole = exportText(300);
-  writeExport(whole.substr(0, whole.size() / 2));
-
-  EXPECT_NE(refusal("Ann"), "none");
-
-  EXPECT_FALSE(std::filesystem::exists(root() / "members.json"));
-  EXPECT_THAT(files(), testing::ElementsAre("import.lock", "members"));
-}
-
-TEST_F(Import, OfABrokenExportLeavesAnExistingMemberAsItWas) {
-  writeExport(exportText(300));
-  const ImportReport first = importFor("Ann");
-  const std::filesystem::path database = root() / "members" / first.id / "health.db";
-  const std::string before = databaseContents(database);
-  const json rosterBefore = roster();
-  const std::string longer = exportText(500);
-  writeExport(longer.substr(0, longer.size() - 20));
-
-  EXPECT_NE(refusal("Ann"), "none");
-
-  EXPECT_EQ(databaseContents(database), before);
-  EXPECT_EQ(roster(), rosterBefore);
-}
-
-TEST_F(Import, ThatDiedBetweenDatabaseAndRosterIsCompletedByTheNext) {
-  writeExport(exportText(300));
-  const ImportReport first = importFor("Ann");
-  // As a death between the two leaves it.
-  std::filesystem::remove(root() / "members.json");
-  folder.write("root/members/" + first.id + "/import-unfinished", "Ann");
-
-  const ImportReport second = importFor("Ann");
-
-  EXPECT_EQ(second.id, first.id);
-  EXPECT_TRUE(second.tally.changedNothing());
-  ASSERT_EQ(roster()["members"].size(), 1U);
-  EXPECT_EQ(roster()["members"][0]["id"], first.id);
+  const json expected{{"done", true},
+                      {"frontier", "2018-09-01"},
+                      {"earliest", "2018-09-01"},
+                      {"completeFrom", "2018-09-01"}};
+  EXPECT_EQ(roster()["members"][0]["backfill"], expected);
 }
 
 TEST_F(Import, KeepsAMemberWhomTheReceiverAddedMeanwhile) {
@@ -263,14 +158,6 @@ TEST_F(Import, KeepsAMemberWhomTheReceiverAddedMeanwhile) {
   ASSERT_EQ(roster()["members"].size(), 2U);
   EXPECT_EQ(roster()["members"][0]["name"], "Ben");
   EXPECT_EQ(roster()["members"][1]["name"], "Ann");
-}
-
-TEST_F(Import, SaysThatADatabaseIsNone) {
-  writeRoster({{"version", 1}, {"members", {memberWithout("a-1", (root() / "ann.db").string())}}});
-  folder.write("root/ann.db", std::string(5000, 'x'));
-  writeExport(exportText(3));
-
-  EXPECT_THAT(refusal("Ann"), HasSubstr("file is not a database"));
 }
 
 }  // namespace

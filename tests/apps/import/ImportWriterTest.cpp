@@ -192,6 +192,18 @@ TEST(ImportWriter, KnowsTheFirstDayOfAllThatIsStored) {
   EXPECT_EQ(writer.tally().firstDay, "2024-03-01");
 }
 
+TEST(ImportWriter, CountsWorkoutsAmongWhatHasAFirstDay) {
+  TestDatabase database;
+  database.addWorkout({.start_day = "2018-09-01"});
+  Database connection(database.path(), {.create = false, .readOnly = false});
+  ImportWriter writer(connection, {});
+
+  writer.add(stepRecord());
+  writer.finish({});
+
+  EXPECT_EQ(writer.firstStoredDay(), "2018-09-01");
+}
+
 TEST(ImportWriter, CountsWhatItCannotStore) {
   const TestDatabase database;
 

@@ -47,6 +47,44 @@ TEST(MemberFolder, OfAnUnfinishedImportIsNotForAnotherName) {
   EXPECT_EQ(MemberFolder(root.path(), "Ben", std::nullopt, {}, fixedID).id(), "new-id");
 }
 
+TEST(MemberFolder, WithADatabaseOfAnotherNamesUnfinishedImportIsRefused) {
+  const TemporaryFolder root;
+  const MemberFolder killed(root.path(), "Ann", "fam", {}, fixedID);
+  root.write("members/fam/health.db", "Ann's");
+
+  try {
+    const MemberFolder next(root.path(), "Ben", "fam", {}, fixedID);
+    ADD_FAILURE() << "Ben got Ann's database";
+  } catch (const ImportError& error) {
+    EXPECT_EQ(error.text(SummaryLang::en),
+              (root / "members/fam").string() +
+                  " holds an unfinished import of Ann's; complete it with an import under that "
+                  "name, or choose another --id for Ben, or the data of two people would mix");
+  }
+  EXPECT_EQ(MemberFolder(root.path(), "Ann", "fam", {}, fixedID).id(), "fam");
+}
+
+TEST(MemberFolder, WithoutADatabaseIsForAnyName) {
+  const TemporaryFolder root;
+  const MemberFolder killed(root.path(), "Ann", "fam", {}, fixedID);
+
+  const MemberFolder next(root.path(), "Ben", "fam", {}, fixedID);
+  root.write("members/fam/health.db", "Ben's");
+
+  EXPECT_EQ(MemberFolder(root.path(), "Ben", std::nullopt, {}, fixedID).id(), "fam");
+}
+
+TEST(MemberFolder, LosesItsNoteOnceTheRosterNamesIt) {
+  const TemporaryFolder root;
+  root.write("members/ann/import-unfinished", "Ann");
+  root.write("members/ben/import-unfinished", "Ben");
+
+  removeObsoleteNotes(root.path(), {"ann", "carl", "../members/ben"});
+
+  EXPECT_FALSE(std::filesystem::exists(root / "members/ann/import-unfinished"));
+  EXPECT_TRUE(std::filesystem::exists(root / "members/ben/import-unfinished"));
+}
+
 TEST(MemberFolder, ThatTheRosterNamesIsNotTakenUp) {
   const TemporaryFolder root;
   const MemberFolder killedAfterTheRoster(root.path(), "Ann", "first", {}, fixedID);

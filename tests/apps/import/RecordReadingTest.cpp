@@ -125,6 +125,24 @@ INSTANTIATE_TEST_SUITE_P(
         UnitCase{"HeightIsNot", "Height", "cm", "170", "cm", 170, false, false}),
     [](const auto& test) { return test.param.name; });
 
+TEST(ExportedRecords, WithoutAUnitAreOfAnUnknownOneWhereWeStoreAnother) {
+  for (const char* const type : {"DistanceCycling", "ActiveEnergyBurned", "BodyMass"}) {
+    const KeptRecord record = recordOf("type=\"HKQuantityTypeIdentifier" + std::string(type) +
+                                       "\" value=\"5\"" + std::string(start));
+
+    EXPECT_TRUE(record.unknownUnit) << type;
+    EXPECT_FALSE(record.converted) << type;
+    EXPECT_EQ(record.unit, std::nullopt) << type;
+    EXPECT_EQ(record.number, 5) << type;
+  }
+}
+
+TEST(ExportedRecords, WithoutANumberOrWithoutAUnitOfOursLackNoUnit) {
+  EXPECT_FALSE(recordOf("type=\"BodyMass\" value=\"heavy\"" + std::string(start)).unknownUnit);
+  EXPECT_FALSE(recordOf("type=\"BodyMass\"" + std::string(start)).unknownUnit);
+  EXPECT_FALSE(recordOf("type=\"StepCount\" value=\"5\"" + std::string(start)).unknownUnit);
+}
+
 TEST(ExportedRecords, OfACorrelationAreNotToldASecondTime) {
   const CollectingSink sink = sinkOf(exportOf(
       "<Correlation type=\"HKCorrelationTypeIdentifierBloodPressure\" startDate=\"2024-03-01\">"

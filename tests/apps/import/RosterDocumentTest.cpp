@@ -171,11 +171,43 @@ INSTANTIATE_TEST_SUITE_P(
                     UnreadableCase{"InvalidText", "{\"version\":1,\"members\":[],\"a\":\"\xff\"}"}),
     [](const auto& test) { return test.param.name; });
 
+/// What reading the roster in `folder` is refused with, in English.
+std::string refusal(const TemporaryFolder& folder) {
+  try {
+    const RosterDocument roster(folder / "members.json");
+    return "none";
+  } catch (const ImportError& error) {
+    return error.text(SummaryLang::en);
+  }
+}
+
 TEST(RosterDocument, RefusesAFolderInItsPlace) {
   const TemporaryFolder folder;
   std::filesystem::create_directory(folder / "members.json");
 
-  EXPECT_THROW(RosterDocument(folder / "members.json"), ImportError);
+  EXPECT_EQ(refusal(folder),
+            "the roster " + (folder / "members.json").string() +
+                " is no regular file and was left alone");
+}
+
+TEST(RosterDocument, SaysWhyALinkCannotBeRead) {
+  const TemporaryFolder folder;
+  std::filesystem::create_symlink("unmounted/roster.json", folder / "members.json");
+
+  EXPECT_EQ(refusal(folder),
+            "the roster " + (folder / "members.json").string() +
+                " cannot be read and was left alone: No such file or directory");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "members.json"));
+}
+
+TEST(RosterDocument, KeepsTheValuesOfNumbersNotTheirSpelling) {
+  const json after = updated(
+      R"({"version":1,"members":[],"a":2.50,"b":18446744073709551615,"c":12345678901234567890123})",
+      ann);
+
+  EXPECT_EQ(after["a"], 2.5);
+  EXPECT_EQ(after["b"].get<std::uint64_t>(), UINT64_MAX);
+  EXPECT_EQ(after["c"], 12345678901234567890123.0);
 }
 
 TEST(RosterDocument, FailsWhereItCannotWrite) {

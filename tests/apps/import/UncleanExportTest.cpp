@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -38,9 +39,9 @@ TEST(UncleanExport, MayHaveABrokenDocumentType) {
   EXPECT_EQ(sink.skips.front().second, 14);  // the lines of the document type count
 }
 
-TEST(UncleanExport, MayHaveADocumentTypeOfAnyLengthItIsCutIn) {
+TEST(UncleanExport, MayHaveADocumentTypeLongerThanAnElementMayBe) {
   std::string document = "<!DOCTYPE HealthData [\n";
-  for (int line = 0; line < 5000; ++line) document += "<!ATTLIST Record unit CDATA #IMPLIED>\n";
+  for (int line = 0; line < 10000; ++line) document += "<!ATTLIST Record unit CDATA #IMPLIED>\n";
   document.append("]>\n<HealthData>\n<Record/>").append(record).append("</HealthData>");
   CollectingSink sink;
 
@@ -48,7 +49,7 @@ TEST(UncleanExport, MayHaveADocumentTypeOfAnyLengthItIsCutIn) {
 
   EXPECT_EQ(sink.records.size(), 1U);
   ASSERT_EQ(sink.skips.size(), 1U);
-  EXPECT_EQ(sink.skips.front().second, 5004);
+  EXPECT_EQ(sink.skips.front().second, 10004);
 }
 
 TEST(UncleanExport, NeverExpandsAnEntity) {
@@ -75,6 +76,41 @@ TEST(UncleanExport, LosesForbiddenCharactersAndCountsThem) {
   EXPECT_EQ(reader.droppedCharacters(), 5);
   EXPECT_EQ(reader.replacedSequences(), 0);
 }
+
+struct ForbiddenCase {
+  std::string name;
+  std::string document;
+  int dropped;
+};
+
+void PrintTo(const ForbiddenCase& value, std::ostream* out) { *out << value.name; }
+
+class ForbiddenCharacter : public testing::TestWithParam<ForbiddenCase> {};
+
+TEST_P(ForbiddenCharacter, IsDroppedBeforeTheElementsToo) {
+  CollectingSink sink;
+  ExportReader reader(sink);
+
+  reader.feed(GetParam().document + "<Record type=\"a\" startDate=\"2024-03-01\"/></HealthData>");
+  reader.finish();
+
+  EXPECT_EQ(sink.records.size(), 1U);
+  EXPECT_EQ(reader.droppedCharacters(), GetParam().dropped);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, ForbiddenCharacter,
+    testing::Values(
+        ForbiddenCase{"AtTheVeryStart", "\v<HealthData>", 1},
+        ForbiddenCase{"InsideTheNameOfTheRoot", "<Health\vData>", 1},
+        ForbiddenCase{"BehindTheNameOfTheRoot", "<HealthData\v>", 1},
+        ForbiddenCase{"BeforeTheAttributesOfTheRoot", "<HealthData\v locale=\"x\">", 1},
+        ForbiddenCase{
+            "InsideTheDeclaration", "<!DOCT\vYPE HealthData [\v\x01<!A\v>\v]\v>\n<HealthData>", 6},
+        ForbiddenCase{"BehindTheDeclaration", "<!DOCTYPE HealthData []>\v\n\v<HealthData>", 2},
+        ForbiddenCase{
+            "BehindTheRootOfADeclaration", "<!DOCTYPE HealthData []><HealthData\v\v>", 2}),
+    [](const auto& test) { return test.param.name; });
 
 TEST(UncleanExport, HasIllFormedTextReplaced) {
   CollectingSink sink;

@@ -92,6 +92,57 @@ TEST(ExportedWorkouts, AddUpTheirWaysOfMoving) {
   EXPECT_EQ(workout.entry.distance_km, 20.75);
 }
 
+TEST(ExportedWorkouts, KeepTheFirstOfEachHeartRateThatIsThere) {
+  const ExportedWorkout workout =
+      workoutOf("",
+                "<WorkoutStatistics type=\"HKQuantityTypeIdentifierHeartRate\" average=\"141.5\""
+                " maximum=\"171\" unit=\"count/min\"/>"
+                "<WorkoutStatistics type=\"HKQuantityTypeIdentifierHeartRate\" average=\"2\""
+                " minimum=\"1.5\" maximum=\"3\" unit=\"count/s\"/>"
+                "<WorkoutStatistics type=\"HKQuantityTypeIdentifierHeartRate\"/>");
+
+  EXPECT_EQ(workout.entry.hr_avg, 141.5);
+  EXPECT_EQ(workout.entry.hr_min, 90);
+  EXPECT_EQ(workout.entry.hr_max, 171);
+}
+
+TEST(ExportedWorkouts, DoNotCountAUnitOfAFigureThatIsNotTaken) {
+  const ExportedWorkout workout = workoutOf(
+      "",
+      "<WorkoutStatistics type=\"HKQuantityTypeIdentifierHeartRate\" average=\"141.5\""
+      " unit=\"count/min\"/>"
+      "<WorkoutStatistics type=\"HKQuantityTypeIdentifierHeartRate\" average=\"2\""
+      " unit=\"count/s\"/>"
+      "<WorkoutStatistics type=\"HKQuantityTypeIdentifierHeartRate\" average=\"2\" unit=\"?\"/>");
+
+  EXPECT_FALSE(workout.converted);
+  EXPECT_FALSE(workout.unknownUnit);
+}
+
+TEST(ExportedWorkouts, KeepTheFirstOfTwoMetadataEntriesThatIsThere) {
+  const ExportedWorkout workout =
+      workoutOf("",
+                "<MetadataEntry key=\"HKIndoorWorkout\" value=\"?\"/>"
+                "<MetadataEntry key=\"HKIndoorWorkout\" value=\"1\"/>"
+                "<MetadataEntry key=\"HKIndoorWorkout\" value=\"0\"/>"
+                "<MetadataEntry key=\"HKElevationAscended\" value=\"418 cm\"/>"
+                "<MetadataEntry key=\"HKElevationAscended\" value=\"9 furlong\"/>"
+                "<MetadataEntry key=\"HKWeatherTemperature\" value=\"12 degC\"/>"
+                "<MetadataEntry key=\"HKWeatherTemperature\" value=\"13 degC\"/>"
+                "<MetadataEntry key=\"HKAverageMETs\" value=\"4.5 kcal/hr·kg\"/>"
+                "<MetadataEntry key=\"HKAverageMETs\" value=\"4 ?\"/>"
+                "<MetadataEntry key=\"HKWeatherHumidity\" value=\"\"/>"
+                "<MetadataEntry key=\"HKWeatherHumidity\" value=\"6900 %\"/>"
+                "<MetadataEntry key=\"HKWeatherHumidity\" value=\"\"/>");
+
+  EXPECT_EQ(workout.entry.indoor, true);
+  EXPECT_EQ(workout.entry.elevation_m, 4.18);
+  EXPECT_EQ(workout.entry.temp_c, 12);
+  EXPECT_EQ(workout.entry.avg_mets, 4.5);
+  ASSERT_TRUE(workout.entry.humidity);
+  EXPECT_EQ(workout.entry.humidity->raw_value, 6900);
+}
+
 TEST(ExportedWorkouts, LeaveTheStatisticsOfAnActivityToIt) {
   const ExportedWorkout workout = workoutOf(
       "",
@@ -173,6 +224,22 @@ TEST(ExportedWorkouts, KeepAHumidityThatIsNoNumberAsText) {
   expected.raw_text = "dry %";
   EXPECT_EQ(humidity, expected);
 }
+
+TEST(ExportedWorkouts, HaveTheirHumidityInPercentThoughTheSignIsMissing) {
+  WorkoutHumidity expected = rawHumidity();
+  expected.raw_value = 6900;
+
+  EXPECT_EQ(humidityOf("6900"), expected);
+}
+
+TEST(ExportedWorkouts, KeepAHumidityInAnotherUnitAsText) {
+  WorkoutHumidity expected = rawHumidity();
+  expected.raw_text = "12 g/m";
+
+  EXPECT_EQ(humidityOf("12 g/m"), expected);
+}
+
+TEST(ExportedWorkouts, HaveNoReadingOfAnEmptyHumidity) { EXPECT_EQ(humidityOf(""), std::nullopt); }
 
 TEST(ExportedWorkouts, CountTheirPartsThatHaveNoPlace) {
   const CollectingSink sink = sinkOf(
