@@ -100,7 +100,7 @@ protected:
     EXPECT_GT(inTransaction, 0);
   }
 
-  static constexpr int records = 5000;
+  static constexpr int records = 2500;
   static constexpr int attempts = 25;
   std::chrono::duration<double> whole{};
   std::mt19937 random{std::random_device{}()};
