@@ -12,7 +12,7 @@
 /// take all memory there is; this is how it is told in time. An export has less than two hundred.
 class XmlNames {
 public:
-  static constexpr std::size_t longest = 1024;  ///< bytes
+  static constexpr std::size_t longest = 256;  ///< bytes
   static constexpr std::size_t most = 1000;
 
   enum class Verdict { good, tooLong, tooMany };

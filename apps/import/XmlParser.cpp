@@ -14,7 +14,7 @@ namespace {
 
 /// A tag of an export takes a few hundred bytes. The parser keeps an unfinished one whole, so an
 /// endless one would take all memory there is.
-constexpr long long longestTag = 256LL << 10;
+constexpr long long longestTag = 128LL << 10;
 
 /// After a piece that did not end a tag, some versions of the parser wait until they have twice as
 /// much of it. So only more than this that is not read yet means that the tag is too long.
@@ -29,17 +29,18 @@ constexpr Phrase broken{.zh = "XML 在第 {0} 行第 {1} 列坏了:{2}。什么�
                             "The XML is broken in line {0}, column {1}: {2}. Nothing was "
                             "imported."};
 constexpr Phrase tooLong{.zh =
-                             "从第 {0} 行第 {1} 列开始的标签超过 256 KiB,这不是健康 App 的导出。"
+                             "从第 {0} 行第 {1} 列开始的标签超过 128 KiB,这不是健康 App 的导出。"
                              "什么都没有导入。",
                          .en =
-                             "What begins in line {0}, column {1} is longer than 256 KiB; this is "
+                             "What begins in line {0}, column {1} is longer than 128 KiB; this is "
                              "no export of the Health app. Nothing was imported."};
 constexpr Phrase nameTooLong{.zh =
-                                 "第 {0} 行第 {1} 列的标签里有超过 1 KiB 的名称,这不是健康 App "
+                                 "第 {0} 行第 {1} 列的标签里有超过 256 字节的名称,这不是健康 App "
                                  "的导出。什么都没有导入。",
                              .en =
-                                 "A name in the tag in line {0}, column {1} is longer than 1 KiB; "
-                                 "this is no export of the Health app. Nothing was imported."};
+                                 "A name in the tag in line {0}, column {1} is longer than 256 "
+                                 "bytes; this is no export of the Health app. Nothing was "
+                                 "imported."};
 constexpr Phrase tooManyNames{.zh =
                                   "到第 {0} 行第 {1} 列,元素和属性的名称超过 1,000 种,这不是健康 "
                                   "App 的导出。什么都没有导入。",

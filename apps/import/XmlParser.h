@@ -22,7 +22,7 @@ public:
 };
 
 /// Parses UTF-8 without a document type declaration, in pieces. Broken XML throws ImportError with
-/// line and column, counted from 1. So do a tag of more than 256 KiB and more or longer names than
+/// line and column, counted from 1. So do a tag of more than 128 KiB and more or longer names than
 /// XmlNames allows, because memory is bounded by them; a comment may be twice as long at least.
 /// Text between the tags is of no interest.
 class XmlParser {

@@ -40,10 +40,7 @@ Database opened(const std::string& path, HealthStore::Opening opening) {
 }  // namespace
 
 HealthStore::HealthStore(std::string path, Opening opening, Logger& log)
-    : log(log),
-      path(std::move(path)),
-      db(opened(this->path, opening)),
-      seesOneState(opening.readOnly) {
+    : log(log), path(std::move(path)), db(opened(this->path, opening)) {
   log.write(Logger::Level::debug, "打开库:" + this->path);
   if (opening.readOnly) {
     // Deferred: reads nothing and locks nothing until the first query, then holds that state.
@@ -60,6 +57,15 @@ Statement HealthStore::prepare(const std::string& sql, std::string stepFailure) 
   std::ranges::replace(line, '\n', ' ');
   log.write(Logger::Level::debug, line);
   return db.prepare(sql, std::move(stepFailure));
+}
+
+/// Nothing when the file cannot be asked this way, such as by an index that it has not.
+std::optional<Statement> HealthStore::prepareIfPossible(const std::string& sql) const {
+  try {
+    return prepare(sql);
+  } catch (const ReceiverError&) {
+    return std::nullopt;
+  }
 }
 
 void HealthStore::exec(const std::string& sql) { db.exec(sql); }

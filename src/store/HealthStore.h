@@ -105,14 +105,13 @@ private:
   void addColumnIfMissing(const std::string& table, const std::string& column,
                           const std::string& type);
   bool hasTable(std::string_view name) const;
-  bool hasDayIndex() const;
+  std::optional<Statement> prepareIfPossible(const std::string& sql) const;
   std::map<std::string, double> dailyTotalsInOnePass(std::string_view type, std::string_view from,
                                                      std::string_view to) const;
   std::vector<DailyValue> medianSeries(std::string_view type, std::string_view from,
                                        std::string_view to) const;
   std::vector<DailyValue> medianSeriesInOnePass(std::string_view type, std::string_view from,
                                                 std::string_view to) const;
-  std::int64_t recordCount() const;
   std::vector<std::string> sourceNames() const;
   WorkoutEntry workoutNamed(const std::string& workoutID) const;
   void attachHumidity(std::vector<WorkoutEntry>& workouts) const;
@@ -120,6 +119,4 @@ private:
   Logger& log;
   std::string path;
   Database db;
-  bool seesOneState;  ///< what was counted once holds for every later query
-  mutable std::optional<std::int64_t> countedRecords;
 };

@@ -6,16 +6,12 @@
 #include <algorithm>
 #include <cstddef>
 
-std::int64_t HealthStore::recordCount() const {
-  if (countedRecords) return *countedRecords;
-  Statement query = prepare("SELECT COUNT(*) FROM records");
-  const std::optional<Row> row = query.next();
-  return row ? row->find<std::int64_t>(0).value_or(0) : 0;
-}
-
 SummaryCoverage HealthStore::coverage() const {
   SummaryCoverage coverage;
-  coverage.records = recordCount();
+  Statement count = prepare("SELECT COUNT(*) FROM records");
+  if (const std::optional<Row> row = count.next()) {
+    coverage.records = row->find<std::int64_t>(0).value_or(0);
+  }
   Statement types =
       prepare(Queries::presentTypes +
               "SELECT (SELECT MIN(start_day) FROM records WHERE records.type = present.type),\n"
@@ -81,13 +77,14 @@ std::optional<std::string_view> yearOf(std::string_view day) {
   return year.size() == digits ? year : std::string_view();
 }
 
+/// For days that are not written as days: what a character is, is SQLite's to say.
 std::map<std::string, std::int64_t> countsByAnyYear(const HealthStore& store) {
   Statement query = store.prepare(
-      "SELECT substr(start_day, 1, 4) AS y, COUNT(*) FROM records\n"
-      "WHERE start_day IS NOT NULL AND length(start_day) >= 4\n"
-      "GROUP BY y ORDER BY y");
+      "SELECT CASE WHEN length(start_day) >= 4 THEN substr(start_day, 1, 4) END, COUNT(*)\n"
+      "FROM records GROUP BY type, start_day");
   std::map<std::string, std::int64_t> counts;
   while (const std::optional<Row> row = query.next()) {
+    if (row->isNull(0)) continue;
     counts[row->text(0)] += row->find<std::int64_t>(1).value_or(0);
   }
   return counts;
@@ -100,11 +97,9 @@ std::map<std::string, std::int64_t> HealthStore::yearlyCounts() const {
   // years are made of them here: a year inside the query would be computed record by record.
   Statement query = prepare("SELECT start_day, COUNT(*) FROM records GROUP BY type, start_day");
   std::map<std::string, std::int64_t> counts;
-  std::int64_t all = 0;
   auto latest = counts.end();
   while (const std::optional<Row> row = query.next()) {
     const std::int64_t count = row->find<std::int64_t>(1).value_or(0);
-    all += count;
     const std::optional<std::string_view> year = yearOf(row->bytes(0));
     if (!year) return countsByAnyYear(*this);
     if (year->empty()) continue;
@@ -113,6 +108,5 @@ std::map<std::string, std::int64_t> HealthStore::yearlyCounts() const {
     }
     latest->second += count;
   }
-  if (seesOneState) countedRecords = all;
   return counts;
 }

@@ -7,6 +7,7 @@
 #include <array>
 #include <limits>
 #include <span>
+#include <utility>
 
 namespace {
 
@@ -61,21 +62,24 @@ DayRow dayRow(std::span<const SourceSum> sources) {
   return row;
 }
 
+/// The sums of each type and source on a day. MIN(rowid) makes the unit that of the source's first
+/// row.
+std::string rowsOfDay(const std::string& index) {
+  return Queries::presentTypes +
+         "SELECT present.type, unit, COUNT(*), SUM(value_num), MIN(records.rowid)\n"
+         "FROM present CROSS JOIN records" +
+         index + " ON records.type = present.type AND records.start_day = ?\nWHERE " +
+         Queries::hasNumber + "\nGROUP BY present.type, +source_name";
+}
+
 }  // namespace
 
 std::vector<DayRow> HealthStore::dayDetail(std::string_view day) const {
   // No index begins with the day, so a query for the day alone reads the whole table. Type by type,
-  // the index on type and day leads to the day's rows; the "+" keeps the planner from walking the
-  // type's rows in the order of their sources instead.
-  // MIN(rowid) makes the unit that of the source's first row.
-  Statement query = prepare(
-      Queries::presentTypes +
-      "SELECT present.type, unit, COUNT(*), SUM(value_num), MIN(records.rowid)\n"
-      "FROM present CROSS JOIN records ON records.type = present.type AND records.start_day = ?\n"
-      "WHERE " +
-      Queries::hasNumber +
-      "\n"
-      "GROUP BY present.type, +source_name");
+  // the index on type and day leads to the day's rows. A file that lost it is read in some other
+  // way.
+  std::optional<Statement> indexed = prepareIfPossible(rowsOfDay(" INDEXED BY ix_rec_type_day"));
+  Statement query = indexed ? std::move(*indexed) : prepare(rowsOfDay(""));
   query.bind(1, day);
   const std::vector<SourceSum> sums = query.readAll([](const Row& row) {
     return SourceSum{row.text(0),

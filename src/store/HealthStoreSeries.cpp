@@ -1,11 +1,11 @@
 // Daily values of a metric, and the smaller questions that the summary asks of one type.
 
-#include "platform/ControlProtocol.h"
 #include "platform/Text.h"
 #include "store/HealthStore.h"
 #include "store/Queries.h"
 
 #include <algorithm>
+#include <utility>
 
 std::vector<DailyValue> HealthStore::series(HealthMetric metric, std::string_view from,
                                             std::string_view to) const {
@@ -31,93 +31,96 @@ std::vector<DailyValue> HealthStore::series(HealthMetric metric, std::string_vie
 
 namespace {
 
-/// The days of a type in a range that have a record, ascending. Each is found by one seek.
+/// The days of a type in a range that have a record, ascending. Each is found by one seek into the
+/// index on type and day.
 class DayWalk {
 public:
-  DayWalk(const HealthStore& store, std::string_view type, std::string_view from,
-          std::string_view to)
-      : earliest(store.prepare(
-            "SELECT MIN(start_day) FROM records WHERE type=? AND start_day BETWEEN ? AND ?")),
-        least(from) {
-    earliest.bind(1, type).bind(3, to);
+  /// `earliest` selects the first day of a type between two.
+  DayWalk(Statement earliest, std::string_view type, std::string_view from, std::string_view to)
+      : earliest(std::move(earliest)), least(from) {
+    this->earliest.bind(1, type).bind(3, to);
   }
 
-  /// The next day, as it is stored; `nullopt` after the last.
+  /// The next day; `nullopt` after the last, or once the walk is lost.
   std::optional<std::string> next() {
     earliest.reset();
     earliest.bind(2, least);
     const std::optional<Row> row = earliest.next();
     if (!row || row->isNull(0)) return std::nullopt;
     std::string day(row->bytes(0));
-    // An index in disorder could lead round in a circle.
-    if (day < least) throw ReceiverError("读取失败:database disk image is malformed");
+    lost = day < least || repaired(day) != day;
+    if (lost) return std::nullopt;
     least = day + '\0';  // the first text after it
     return day;
   }
 
+  /// Whether there was a day that broken bytes or another order of texts put out of order. The walk
+  /// ends there, because it could lead round in a circle.
+  bool isLost() const { return lost; }
+
 private:
   Statement earliest;
   std::string least;
+  bool lost = false;
 };
+
+constexpr const char* earliestDay =
+    "SELECT MIN(start_day) FROM records INDEXED BY ix_rec_type_day\n"
+    "WHERE type=? AND start_day BETWEEN ? AND ?";
 
 }  // namespace
 
 std::map<std::string, double> HealthStore::dailyTotals(std::string_view type, std::string_view from,
                                                        std::string_view to) const {
-  if (!hasDayIndex()) return dailyTotalsInOnePass(type, from, to);
-  // Day by day, so that SQLite sorts a day's rows by their sources and not those of all years. The
-  // "+" keeps the planner from walking the type's rows in the order of their sources instead.
-  Statement sums = prepare("SELECT SUM(value_num) FROM records WHERE type=? AND start_day=? AND " +
-                           Queries::hasNumber + " GROUP BY +source_name");
-  sums.bind(1, type);
-  DayWalk days(*this, type, from, to);
+  // Day by day, so that SQLite sorts a day's rows by their sources and not those of all years.
+  std::optional<Statement> earliest = prepareIfPossible(earliestDay);
+  std::optional<Statement> sums = prepareIfPossible(
+      "SELECT SUM(value_num) FROM records INDEXED BY ix_rec_type_day\n"
+      "WHERE type=? AND start_day=? AND " +
+      Queries::hasNumber + " GROUP BY source_name");
+  if (!earliest || !sums) return dailyTotalsInOnePass(type, from, to);
+  sums->bind(1, type);
+  DayWalk days(std::move(*earliest), type, from, to);
   std::map<std::string, double> totals;
   while (const std::optional<std::string> day = days.next()) {
-    sums.reset();
-    sums.bind(2, *day);
-    while (const std::optional<Row> row = sums.next()) {
+    sums->reset();
+    sums->bind(2, *day);
+    while (const std::optional<Row> row = sums->next()) {
       const std::optional<double> sum = row->find<double>(0);
       if (!sum) continue;
-      double& total = totals[repaired(*day)];  // 0 at first
+      double& total = totals[*day];  // 0 at first
       total = std::max(total, *sum);
     }
   }
-  return totals;
+  return days.isLost() ? dailyTotalsInOnePass(type, from, to) : totals;
 }
 
 std::vector<DailyValue> HealthStore::medianSeries(std::string_view type, std::string_view from,
                                                   std::string_view to) const {
-  if (!hasDayIndex()) return medianSeriesInOnePass(type, from, to);
   // Day by day: a type can have a million samples, and reading the day of each would cost as much
   // as reading their values.
-  Statement ofDay = prepare("SELECT value_num FROM records WHERE type=? AND start_day=?");
-  ofDay.bind(1, type);
-  DayWalk days(*this, type, from, to);
+  std::optional<Statement> earliest = prepareIfPossible(earliestDay);
+  std::optional<Statement> ofDay = prepareIfPossible(
+      "SELECT value_num FROM records INDEXED BY ix_rec_type_day WHERE type=? AND start_day=?");
+  if (!earliest || !ofDay) return medianSeriesInOnePass(type, from, to);
+  ofDay->bind(1, type);
+  DayWalk days(std::move(*earliest), type, from, to);
   std::vector<DailyValue> series;
   std::vector<double> values;
   while (const std::optional<std::string> day = days.next()) {
-    ofDay.reset();
-    ofDay.bind(2, *day);
+    ofDay->reset();
+    ofDay->bind(2, *day);
     values.clear();
-    while (const std::optional<Row> row = ofDay.next()) {
+    while (const std::optional<Row> row = ofDay->next()) {
       if (const std::optional<double> value = row->find<double>(0)) values.push_back(*value);
     }
-    if (const std::optional<double> middle = median(values)) {
-      series.push_back({repaired(*day), *middle});
-    }
+    if (const std::optional<double> middle = median(values)) series.push_back({*day, *middle});
   }
-  return series;
+  return days.isLost() ? medianSeriesInOnePass(type, from, to) : series;
 }
 
 // A file from before the index on type and day, or one that lost it, would be read from end to end
 // for every single day.
-
-bool HealthStore::hasDayIndex() const {
-  Statement query =
-      prepare("SELECT COUNT(*) FROM sqlite_master WHERE type='index' AND name='ix_rec_type_day'");
-  const std::optional<Row> row = query.next();
-  return row && row->find<std::int64_t>(0).value_or(0) > 0;
-}
 
 std::map<std::string, double> HealthStore::dailyTotalsInOnePass(std::string_view type,
                                                                 std::string_view from,

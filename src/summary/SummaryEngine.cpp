@@ -58,12 +58,12 @@ HealthSummary SummaryEngine::build(std::string_view personID, std::string_view p
   summary.person = person;
   summary.generatedAt = today;
 
-  // The years come first: a source that has counted by year need not count again for the coverage.
-  auto yearly = orNothing([this] { return source.yearlyCounts(); });
   SummaryCoverage& coverage = summary.coverage;
   coverage = source.coverage();
-  if (yearly) coverage.yearly = std::move(*yearly);
   const std::set<std::string> presentTypes = source.presentTypes();
+  coverage.yearly = orNothing([this] {
+                      return source.yearlyCounts();
+                    }).value_or(std::map<std::string, std::int64_t>());
   addBackfill(coverage, backfill);
   coverage.lastSyncAt = lastSyncAt;
 

@@ -32,9 +32,9 @@ TEST(HostileExport, CannotFillTheMemoryWithOneElement) {
   }
 
   EXPECT_EQ(message,
-            "What begins in line 2, column 2 is longer than 256 KiB; this is no export of the "
+            "What begins in line 2, column 2 is longer than 128 KiB; this is no export of the "
             "Health app. Nothing was imported.");
-  EXPECT_EQ(pieces, 7);
+  EXPECT_EQ(pieces, 3);
 }
 
 /// A record of `size` bytes.
@@ -45,7 +45,7 @@ std::string recordOfSize(std::size_t size) {
 }
 
 TEST(HostileExport, IsToldByTheSameLengthHoweverItIsCut) {
-  constexpr std::size_t longest = 256UL << 10;
+  constexpr std::size_t longest = 128UL << 10;
   std::string many;
   for (std::size_t less = 0; less < 40; ++less) many += recordOfSize(longest - 3000 * less);
   for (const std::size_t piece : {10000UL, 100000UL, 131072UL, 1UL << 20}) {
@@ -97,9 +97,9 @@ TEST(HostileExport, CannotFillTheMemoryWithKindsOfAttributes) {
 }
 
 TEST(HostileExport, CannotFillTheMemoryWithALongName) {
-  const std::string longest(1024, 'n');
+  const std::string longest(256, 'n');
   constexpr std::string_view message =
-      "A name in the tag in line 3, column 1 is longer than 1 KiB; this is no export of the "
+      "A name in the tag in line 3, column 1 is longer than 256 bytes; this is no export of the "
       "Health app. Nothing was imported.";
 
   EXPECT_EQ(errorOf(exportOf("<" + longest + " " + longest + "=\"\"/>")), "");
