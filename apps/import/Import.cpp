@@ -153,8 +153,8 @@ Place placeOf(const Member& member) {
 }
 
 std::vector<std::string> idsOf(const std::vector<Member>& members) {
-  std::vector<std::string> ids;
-  for (const Member& member : members) ids.push_back(member.id);
+  std::vector<std::string> ids(members.size());
+  std::ranges::transform(members, ids.begin(), &Member::id);
   return ids;
 }
 

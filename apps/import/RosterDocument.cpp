@@ -12,10 +12,6 @@
 #include <system_error>
 #include <utility>
 
-struct RosterDocument::Document {
-  nlohmann::ordered_json json;
-};
-
 namespace {
 
 namespace phrases {
@@ -52,13 +48,13 @@ std::optional<std::string> rosterText(const std::filesystem::path& path) {
 }  // namespace
 
 RosterDocument::RosterDocument(std::filesystem::path path)
-    : path(std::move(path)), document(std::make_unique<Document>()) {
-  document->json = {{"version", 1}, {"members", nlohmann::ordered_json::array()}};
+    : path(std::move(path)), document(std::make_unique<nlohmann::ordered_json>()) {
+  *document = {{"version", 1}, {"members", nlohmann::ordered_json::array()}};
   const std::optional<std::string> text = rosterText(this->path);
   if (!text) return;
   try {
     file = JsonFields::parsed(*text).get<Roster::File>();
-    document->json = nlohmann::ordered_json::parse(*text);
+    *document = nlohmann::ordered_json::parse(*text);
   } catch (const std::exception& error) {
     throw ImportError(phrases::unreadable, {this->path.string(), repaired(error.what())});
   }
@@ -85,7 +81,7 @@ nlohmann::ordered_json& entryOf(nlohmann::ordered_json& members, const ImportedM
 }  // namespace
 
 void RosterDocument::put(const ImportedMember& member) {
-  nlohmann::ordered_json& entry = entryOf(document->json.at("members"), member);
+  nlohmann::ordered_json& entry = entryOf(document->at("members"), member);
   if (member.exportedAt) {
     const nlohmann::ordered_json before = entry.value("lastSyncAt", nlohmann::ordered_json());
     const bool later = before.is_number() && before.get<double>() > *member.exportedAt;
@@ -98,4 +94,4 @@ void RosterDocument::put(const ImportedMember& member) {
   for (const char* key : {"frontier", "earliest", "completeFrom"}) backfill[key] = *member.firstDay;
 }
 
-void RosterDocument::write() const { replaceDurably(path, document->json.dump(2) + "\n"); }
+void RosterDocument::write() const { replaceDurably(path, document->dump(2) + "\n"); }

@@ -3,6 +3,8 @@
 
 #include "roster/Roster.h"
 
+#include <nlohmann/json_fwd.hpp>
+
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -44,9 +46,7 @@ public:
   void write() const;
 
 private:
-  struct Document;  ///< keeps the JSON library out of the header
-
   std::filesystem::path path;
-  std::unique_ptr<Document> document;
+  std::unique_ptr<nlohmann::ordered_json> document;
   Roster::File file;  ///< as it was read
 };
