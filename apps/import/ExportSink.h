@@ -34,6 +34,8 @@ struct ExportedWorkout {
   /// A figure is left out because its unit is missing or unknown: the workout's columns do not say
   /// which unit they are in.
   bool unknownUnit = false;
+
+  bool operator==(const ExportedWorkout&) const = default;
 };
 
 /// The rings of one day.
@@ -48,6 +50,8 @@ struct ExportedActivityDay {
   std::optional<double> exerciseTimeGoal;
   std::optional<double> standHours;
   std::optional<double> standHoursGoal;
+
+  bool operator==(const ExportedActivityDay&) const = default;
 };
 
 /// Takes what the reader finds, in the order of the file.
