@@ -22,7 +22,7 @@ export EXPORT
 
 demo:  ## builds the server and holds a conversation with it, about a sample household or EXPORT=path
 	@scripts/setup build
-	@cmake --preset release --log-level=WARNING -D LARKSPUR_TESTS=OFF
+	@cmake --preset release --log-level=WARNING -D LARKSPUR_TESTS=OFF >/dev/null
 	@echo "Building the release; the first time takes some minutes."
 	@cmake --build --preset release --target larkspur-installed larkspur-sample -- --quiet
 	@echo "The programs are in build/release/bin."

@@ -1,13 +1,12 @@
 #include "Comparison.h"
+#include "AddedWorkout.h"
 #include "Days.h"
-#include "LongWorkout.h"
 #include "platform/AppleFormat.h"
 #include "store/HealthStore.h"
 #include "tools/Resources.h"
 
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
 #include <utility>
 
 namespace {
@@ -43,13 +42,6 @@ std::vector<BareQuery> daySeeks(Subject& subject) {
   return queries;
 }
 
-/// The workout with the most to read: the longest of the last ninety days.
-WorkoutEntry longestRecently(Subject& subject) {
-  const HealthStore store(subject.member.dbPath, {}, subject.log);
-  const std::vector<WorkoutEntry> workouts = store.workoutDetails(Days::ninetyBefore, Days::last);
-  return *std::ranges::max_element(workouts, {}, &WorkoutEntry::duration_min);
-}
-
 /// The queries behind the heart rate of a workout: days that lie two days around it.
 std::vector<BareQuery> heartRateRows(const WorkoutEntry& workout) {
   const CivilDay day = AppleFormat::dayParser.parse(workout.start.substr(0, 10)).value();
@@ -83,8 +75,8 @@ std::vector<Comparison> seriesComparisons(Subject& subject) {
 }
 
 std::vector<Comparison> dayAndWorkoutComparisons(Subject& subject) {
-  const WorkoutEntry recent = longestRecently(subject);
-  const WorkoutEntry longest = LongWorkout::entry();
+  const WorkoutEntry hour = AddedWorkouts::hour.entry();
+  const WorkoutEntry longest = AddedWorkouts::longest.entry();
   return {{"get_day",
            tool(subject, "get_day", {{"date", Days::ordinary}}),
            daySeeks(subject),
@@ -93,9 +85,9 @@ std::vector<Comparison> dayAndWorkoutComparisons(Subject& subject) {
            tool(subject, "get_workouts"),
            {Floor::count(), Floor::workouts(Days::ninetyBefore, Days::last)},
            rangeTarget},
-          {"get_workout_heart_rate, 1000 on the page",
-           tool(subject, "get_workout_heart_rate", {{"workout_id", recent.workout_id()}}),
-           heartRateRows(recent),
+          {"get_workout_heart_rate, 1000 of an hour's 3600",
+           tool(subject, "get_workout_heart_rate", {{"workout_id", hour.workout_id()}}),
+           heartRateRows(hour),
            rangeTarget},
           {"get_workout_heart_rate, a page of 5000 out of 20000",
            tool(subject,

@@ -8,11 +8,7 @@ inline constexpr const char* last = "2026-11-20";
 inline constexpr const char* ninetyBefore = "2026-08-22";
 inline constexpr const char* ordinary = "2026-10-10";
 
-/// Before the household's first record and after the long workout, whose heart rate would weigh too
-/// much in a trend.
+/// Before the household's first record and after the longest of the AddedWorkouts.
 inline constexpr const char* beforeAll = "2012-01-01";
-
-/// When the long workout took place, in a year of its own; see LongWorkout.
-inline constexpr const char* ofLongWorkout = "2010-06-01";
 
 }  // namespace Days

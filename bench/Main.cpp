@@ -6,8 +6,8 @@
 // "<what>/floor"; its counter "target" tells how many times the floor the tool may take. With
 // --benchmark_repetitions the medians are what counts.
 
+#include "AddedWorkout.h"
 #include "Comparison.h"
-#include "LongWorkout.h"
 
 #include <benchmark/benchmark.h>
 
@@ -44,7 +44,9 @@ int main(int count, char* words[]) {
   }
   try {
     Subject subject(words[1]);
-    LongWorkout::addOnce(subject.member.dbPath, subject.log);
+    for (const AddedWorkout& workout : {AddedWorkouts::hour, AddedWorkouts::longest}) {
+      workout.addOnce(subject.member.dbPath, subject.log);
+    }
     for (const Comparison& comparison : comparisons(subject)) registerPair(subject, comparison);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -68,8 +68,8 @@ const household = exported ? imported : sample;
 const { dataRoot, person } = household;
 
 const languages = [
-  { name: 'English', key: 'en', locale: 'en_US.UTF-8' },
-  { name: '中文', key: 'zh', locale: 'zh_CN.UTF-8' },
+  { name: 'English', key: 'en', locale: 'en_US' },
+  { name: '中文', key: 'zh', locale: 'zh_CN' },
 ];
 
 /**
@@ -232,10 +232,11 @@ function shown(step, reply) {
 
 /** One server from its start to the end of its input, taken through all steps. */
 async function converse(steps, { name, key, locale }) {
-  console.log(`\n${bold(`==== ${name} (LANG=${locale}) ====`)}`);
+  console.log(`\n${bold(`==== ${name} (LANGUAGE=${locale}) ====`)}`);
   const { HOME, PATH, USER } = process.env;
   const server = spawn(join(resolve(programs), 'larkspur-mcp'), ['--data-root', dataRoot], {
-    env: { HOME, PATH, USER, LANG: locale, ...household.environment },
+    // macOS heeds LANGUAGE alone; the digits of other systems follow LANG.
+    env: { HOME, PATH, USER, LANGUAGE: locale, LANG: `${locale}.UTF-8`, ...household.environment },
     stdio: ['pipe', 'pipe', 'inherit'],
   });
   const closed = once(server, 'close');
@@ -265,6 +266,7 @@ try {
   const steps = conversation(makeHousehold());
   for (const language of languages) await converse(steps, language);
 } catch (error) {
-  console.error(`demo: ${error.message}`);
+  // A program that was run to its end has said itself why it failed.
+  if (error.status == null) console.error(`demo: ${error.message}`);
   process.exit(1);
 }

@@ -50,8 +50,10 @@ int say(const CommandLine::Say& order) {
 int main(int count, char* words[]) {
   // What this process creates is its owner's alone.
   umask(077);
-  // A client that has gone is an error of a write, not the end in the middle of it.
+  // A client that has gone is an error of a write, not the end in the middle of it. So is a log as
+  // long as the system lets a file be.
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   try {
     reserveStandardStreams();
     const std::span arguments(words + 1, static_cast<std::size_t>(count > 0 ? count - 1 : 0));

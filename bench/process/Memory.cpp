@@ -1,4 +1,5 @@
 #include "process/Memory.h"
+#include "AddedWorkout.h"
 #include "Days.h"
 #include "process/Child.h"
 #include "process/Requests.h"
@@ -25,9 +26,9 @@ Json only(std::string_view reply, const char* list) {
 /// The identifier of the long workout, as a client learns it.
 std::string longWorkout(const std::vector<std::string>& server) {
   Child child(server);
-  const std::string request = Requests::call(
-      "get_workouts",
-      {{"from", Days::ofLongWorkout}, {"to", Days::ofLongWorkout}, {"format", "json"}});
+  const char* day = AddedWorkouts::longest.day;
+  const std::string request =
+      Requests::call("get_workouts", {{"from", day}, {"to", day}, {"format", "json"}});
   const std::string text = only(child.answer(request), "content").at("text");
   child.finish();
   const Json workouts = Json::parse(text).at("workouts");
@@ -53,6 +54,9 @@ std::vector<Request> requests(const std::string& workoutID, const std::string& u
       tool("list_persons", Json::object()),
       tool("get_overview", Json::object()),
       tool("get_trend", {{"metric", "heart_rate"}, {"from", Days::beforeAll}, {"to", Days::last}}),
+      {"get_trend, all nights",
+       Requests::call("get_trend",
+                      {{"metric", "sleep"}, {"from", Days::beforeAll}, {"to", Days::last}})},
       tool("compare_periods",
            {{"metric", "heart_rate"},
             {"a_from", Days::beforeAll},

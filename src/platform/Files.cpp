@@ -4,7 +4,9 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <memory>
 #include <system_error>
@@ -52,6 +54,18 @@ bool writeAll(int descriptor, std::string_view bytes) {
     }
   }
   return true;
+}
+
+void writeWithoutWaiting(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    // A pipe that is ready takes as many at once. A device that cannot be polled is no pipe.
+    pollfd ready{descriptor, POLLOUT, 0};
+    if (poll(&ready, 1, 0) == 0) return;
+    const ssize_t count =
+        write(descriptor, bytes.data(), std::min<std::size_t>(bytes.size(), PIPE_BUF));
+    if (count < 0 && errno != EINTR) return;
+    if (count > 0) bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
 }
 
 std::size_t readSome(int descriptor, char* buffer, std::size_t size) {

@@ -16,6 +16,10 @@ std::optional<std::string> fileContents(const std::filesystem::path& path);
 /// block. False, with errno set, when the system refuses.
 bool writeAll(int descriptor, std::string_view bytes);
 
+/// Writes as much of `bytes` to the open `descriptor` as can be had without waiting; the rest is
+/// lost, as all is when the system refuses. Up to PIPE_BUF bytes are one write.
+void writeWithoutWaiting(int descriptor, std::string_view bytes);
+
 /// Reads up to `size` bytes (at least 1) from the open `descriptor` into `buffer`, waiting for the
 /// first. 0 is the end of the input. Throws std::system_error when the system refuses.
 std::size_t readSome(int descriptor, char* buffer, std::size_t size);

@@ -60,6 +60,6 @@ void Logger::write(Level level, std::string_view message) {
   record.append(AppleFormat::secondText(clock())).append("] ").append(1, marker(level));
   record.append(" ").append(message).append("\n");
   const std::lock_guard guard(lock);
-  if (toStderr && level >= stderrMinLevel) writeAll(STDERR_FILENO, record);
+  if (toStderr && level >= stderrMinLevel) writeWithoutWaiting(STDERR_FILENO, record);
   if (handle >= 0) writeAll(handle, record);
 }

@@ -9,7 +9,8 @@
 #include <optional>
 #include <string_view>
 
-/// A log. Failures to open or to write are dropped: the program goes on without the records.
+/// A log. Failures to open or to write are dropped: the program goes on without the records. So are
+/// records for a standard error that nobody reads: a client may give a pipe and forget about it.
 class Logger {
 public:
   enum class Level { debug, info, error };
@@ -24,8 +25,8 @@ public:
   Logger& operator=(const Logger&) = delete;
 
   /// Writes "[2024-03-01 06:54:32] i message" and a line feed, in local time, if `level` is at
-  /// least `minLevel`. Each destination gets the record in one write, so records of several
-  /// processes that share a file do not mix.
+  /// least `minLevel`. The file gets the record in one write, so records of several processes that
+  /// share it do not mix.
   void write(Level level, std::string_view message);
 
 private:

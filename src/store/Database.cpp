@@ -1,5 +1,4 @@
 #include "store/Database.h"
-#include "platform/ControlProtocol.h"
 #include "platform/Text.h"
 
 #include <sqlite3.h>
@@ -55,7 +54,10 @@ Statement::Statement(sqlite3* database, const std::string& sql, std::string step
   sqlite3_stmt* prepared = nullptr;
   const int result = sqlite3_prepare_v2(database, sql.c_str(), -1, &prepared, nullptr);
   handle.reset(prepared);
-  if (result != SQLITE_OK || !handle) throw ReceiverError("prepare 失败:" + messageOf(database));
+  if (result == SQLITE_OK && handle) return;
+  const std::string message = "prepare 失败:" + messageOf(database);
+  if (result == SQLITE_ERROR) throw SchemaError(message);
+  throw ReceiverError(message);
 }
 
 Statement& Statement::bind(int position, std::string_view text) {
@@ -114,10 +116,11 @@ std::string plainName(const std::string& path) {
   return path.starts_with("file:") ? "./" + path : path;
 }
 
-/// What a file contains may not run code, write into SQLite's own tables or load a library. False
-/// when SQLite does not let itself be told.
+/// What a file contains may not run code, write into SQLite's own tables, load a library or be a
+/// table of a module. False when SQLite does not let itself be told.
 bool hardened(sqlite3* database) {
-  return sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr) == SQLITE_OK &&
+  return sqlite3_drop_modules(database, nullptr) == SQLITE_OK &&
+         sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr) == SQLITE_OK &&
          sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr) == SQLITE_OK &&
          sqlite3_db_config(database, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr) ==
              SQLITE_OK;

@@ -1,6 +1,8 @@
 #pragma once
 // SQLite behind three types that own or borrow its handles: a connection, a statement, a row.
 
+#include "platform/ControlProtocol.h"
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -47,12 +49,19 @@ std::optional<std::int64_t> Row::find<std::int64_t>(int index) const;
 
 inline std::string Row::text(int index) const { return find<std::string>(index).value_or(""); }
 
+/// A statement names what the database has not, such as an index: another one may do better. Any
+/// other failure, such as a lock, would only meet the next statement too.
+class SchemaError : public ReceiverError {
+public:
+  using ReceiverError::ReceiverError;
+};
+
 /// A prepared statement and the sole owner of its handle. Positions count from 1. Failures leave as
 /// ReceiverError.
 class Statement {
 public:
-  /// Fails with "prepare 失败:" and SQLite's message. A step that fails says `stepFailure` and
-  /// SQLite's message.
+  /// Fails with "prepare 失败:" and SQLite's message, as SchemaError where that is why. A step that
+  /// fails says `stepFailure` and SQLite's message.
   Statement(sqlite3* database, const std::string& sql, std::string stepFailure);
 
   Statement& bind(int position, std::string_view text);  ///< copies; empty is "", not NULL

@@ -59,11 +59,11 @@ Statement HealthStore::prepare(const std::string& sql, std::string stepFailure) 
   return db.prepare(sql, std::move(stepFailure));
 }
 
-/// Nothing when the file cannot be asked this way, such as by an index that it has not.
+/// Nothing when the file cannot be asked this way, by an index that it has not.
 std::optional<Statement> HealthStore::prepareIfPossible(const std::string& sql) const {
   try {
     return prepare(sql);
-  } catch (const ReceiverError&) {
+  } catch (const SchemaError&) {
     return std::nullopt;
   }
 }

@@ -112,6 +112,8 @@ private:
                                        std::string_view to) const;
   std::vector<DailyValue> medianSeriesInOnePass(std::string_view type, std::string_view from,
                                                 std::string_view to) const;
+  Statement selectSleep(std::string_view from, std::string_view to) const;
+  std::vector<DailyValue> sleepSeries(std::string_view from, std::string_view to) const;
   std::vector<std::string> sourceNames() const;
   WorkoutEntry workoutNamed(const std::string& workoutID) const;
   void attachHumidity(std::vector<WorkoutEntry>& workouts) const;

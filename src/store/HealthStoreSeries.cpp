@@ -21,9 +21,7 @@ std::vector<DailyValue> HealthStore::series(HealthMetric metric, std::string_vie
       series = medianSeries(info.storeType, from, to);
       break;
     case Aggregation::asleepPerNight:
-      for (const SleepNight& night : sleepNights(sleepSegments(from, to))) {
-        series.push_back({night.day, night.minutes});
-      }
+      series = sleepSeries(from, to);
       break;
   }
   return series;
@@ -185,13 +183,30 @@ std::optional<DatedValue> HealthStore::latestValue(std::string_view type) const 
   return DatedValue{row->text(0), *value};
 }
 
-std::vector<SleepSegment> HealthStore::sleepSegments(std::string_view from,
-                                                     std::string_view to) const {
+Statement HealthStore::selectSleep(std::string_view from, std::string_view to) const {
   Statement query = prepare(
       "SELECT start_date, end_date, value FROM records\n"
       "WHERE type='SleepAnalysis' AND start_day BETWEEN ? AND ?");
   query.bind(1, from).bind(2, to);
-  return query.readAll([](const Row& row) {
-    return SleepSegment{row.text(0), row.text(1), row.text(2)};
-  });
+  return query;
+}
+
+namespace {
+
+SleepSegment segmentOf(const Row& row) { return {row.text(0), row.text(1), row.text(2)}; }
+
+}  // namespace
+
+std::vector<SleepSegment> HealthStore::sleepSegments(std::string_view from,
+                                                     std::string_view to) const {
+  return selectSleep(from, to).readAll(segmentOf);
+}
+
+std::vector<DailyValue> HealthStore::sleepSeries(std::string_view from, std::string_view to) const {
+  SleepTally tally;
+  Statement query = selectSleep(from, to);
+  while (const std::optional<Row> row = query.next()) tally.add(segmentOf(*row));
+  std::vector<DailyValue> series;
+  for (const SleepNight& night : tally.nights()) series.push_back({night.day, night.minutes});
+  return series;
 }

@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <map>
-#include <utility>
 
 std::optional<double> median(std::span<double> values) {
   if (values.empty()) return std::nullopt;
@@ -26,23 +24,29 @@ std::string nightOf(std::int64_t start) {
 
 }  // namespace
 
-std::vector<SleepNight> sleepNights(std::span<const SleepSegment> segments) {
-  std::map<std::string, SleepNight> byDay;
-  for (const SleepSegment& segment : segments) {
-    if (segment.value.find("Asleep") == std::string::npos) continue;
-    const std::optional<std::int64_t> start = AppleFormat::stampParser.parse(segment.start);
-    const std::optional<std::int64_t> end = AppleFormat::stampParser.parse(segment.end);
-    if (!start || !end || *end <= *start) continue;
-    const std::string day = nightOf(*start);
-    SleepNight& night = byDay.try_emplace(day, SleepNight{day, 0, *start, *end}).first->second;
-    night.minutes += static_cast<double>(*end - *start) / 60;
-    night.firstStart = std::min(night.firstStart, *start);
-    night.lastEnd = std::max(night.lastEnd, *end);
-  }
+void SleepTally::add(const SleepSegment& segment) {
+  if (segment.value.find("Asleep") == std::string::npos) return;
+  const std::optional<std::int64_t> start = AppleFormat::stampParser.parse(segment.start);
+  const std::optional<std::int64_t> end = AppleFormat::stampParser.parse(segment.end);
+  if (!start || !end || *end <= *start) return;
+  const std::string day = nightOf(*start);
+  SleepNight& night = byDay.try_emplace(day, SleepNight{day, 0, *start, *end}).first->second;
+  night.minutes += static_cast<double>(*end - *start) / 60;
+  night.firstStart = std::min(night.firstStart, *start);
+  night.lastEnd = std::max(night.lastEnd, *end);
+}
+
+std::vector<SleepNight> SleepTally::nights() const {
   constexpr double shortestNight = 120;
   std::vector<SleepNight> nights;
-  for (auto& [day, night] : byDay) {
-    if (night.minutes >= shortestNight) nights.push_back(std::move(night));
+  for (const auto& [day, night] : byDay) {
+    if (night.minutes >= shortestNight) nights.push_back(night);
   }
   return nights;
+}
+
+std::vector<SleepNight> sleepNights(std::span<const SleepSegment> segments) {
+  SleepTally tally;
+  for (const SleepSegment& segment : segments) tally.add(segment);
+  return tally.nights();
 }

@@ -4,6 +4,7 @@
 #include "summary/SummaryDataSource.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -32,8 +33,21 @@ struct SleepNight {
 /// there are none. Any order; changes it.
 std::optional<double> median(std::span<double> values);
 
-/// The nights in `segments`, ascending by day. Only segments whose value says "Asleep" count; one
-/// whose stamps cannot be read, or that does not end after it starts, is left out. A segment
-/// belongs to the day (machine's time zone) of the moment twelve hours before it starts, so that
-/// 23:00 and 01:00 are one night. Less than 120 minutes are no night.
+/// Makes nights of sleep segments in any order, one at a time: all of ten years would be a lot to
+/// hold at once.
+class SleepTally {
+public:
+  /// Only a segment whose value says "Asleep" counts; one whose stamps cannot be read, or that does
+  /// not end after it starts, is left out. A segment belongs to the day (machine's time zone) of
+  /// the moment twelve hours before it starts, so that 23:00 and 01:00 are one night.
+  void add(const SleepSegment& segment);
+
+  /// The nights so far, ascending by day. Less than 120 minutes are no night.
+  std::vector<SleepNight> nights() const;
+
+private:
+  std::map<std::string, SleepNight> byDay;
+};
+
+/// The nights in `segments`, see SleepTally.
 std::vector<SleepNight> sleepNights(std::span<const SleepSegment> segments);

@@ -1,4 +1,4 @@
-// The example that README.md opens with, in either language.
+// What README.md shows and names, in either language.
 
 #include "platform/AppleFormat.h"
 #include "platform/Clock.h"
@@ -8,8 +8,10 @@
 #include "sample/Household.h"
 #include "support/TemporaryFolder.h"
 #include "support/ZoneGuard.h"
+#include "tools/Prompts.h"
 #include "tools/Tools.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -50,7 +52,12 @@ struct ReadmeCase {
 
 void PrintTo(const ReadmeCase& value, std::ostream* out) { *out << value.file; }
 
-class Readme : public testing::TestWithParam<ReadmeCase> {};
+class Readme : public testing::TestWithParam<ReadmeCase> {
+protected:
+  const std::string readme =
+      fileContents(std::filesystem::path(LARKSPUR_README).replace_filename(GetParam().file))
+          .value();
+};
 
 }  // namespace
 
@@ -62,8 +69,6 @@ TEST_P(Readme, OpensWithWhatTheServerAnswers) {
   writeExampleHousehold(folder / "household", log);
   Roster roster(folder / "household" / "members.json", log, clock);
   roster.load();
-  const auto path = std::filesystem::path(LARKSPUR_README).replace_filename(GetParam().file);
-  const std::string readme = fileContents(path).value();
   const auto call = nlohmann::json::parse(blockOf(readme, "json"));
 
   const std::string answer =
@@ -71,6 +76,14 @@ TEST_P(Readme, OpensWithWhatTheServerAnswers) {
                     {call.at("arguments"), roster, log, GetParam().lang, clock});
 
   EXPECT_EQ(answer, blockOf(readme, "text"));
+}
+
+TEST_P(Readme, ListsEveryToolAndEveryPrompt) {
+  for (const auto& list : {Tools::schemas(GetParam().lang), Tools::prompts(GetParam().lang)}) {
+    for (const auto& entry : list) {
+      EXPECT_THAT(readme, testing::HasSubstr("| `" + entry.at("name").get<std::string>() + "` |"));
+    }
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Readmes, Readme,

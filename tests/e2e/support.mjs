@@ -70,13 +70,18 @@ export function bareEnvironment() {
   return { HOME, PATH, USER };
 }
 
+/** macOS heeds LANGUAGE alone; the digits of other systems follow LANG. */
+function speaking(locale) {
+  return { LANGUAGE: locale, LANG: `${locale}.UTF-8` };
+}
+
 /** The environment of an English-speaking user in UTC, so that no answer depends on the machine. */
 export function environment(extra = {}) {
-  return { ...bareEnvironment(), LANG: 'en_US.UTF-8', TZ: 'UTC', ...extra };
+  return { ...bareEnvironment(), ...speaking('en_US'), TZ: 'UTC', ...extra };
 }
 
 /** The environment of a Chinese-speaking user in UTC. */
-export const chinese = environment({ LANG: 'zh_CN.UTF-8' });
+export const chinese = environment(speaking('zh_CN'));
 
 /**
  * An MCP client that is connected to a server of its own. `seen` collects what the server lets slip

@@ -131,6 +131,39 @@ TEST(WriteAll, SaysWhenNobodyReadsAnyMore) {
   EXPECT_EQ(error, EPIPE);
 }
 
+TEST(WriteWithoutWaiting, GivesUpOnAPipeThatNobodyReads) {
+  Pipe pipe;
+  const std::string bytes = manyBytes();
+  writeWithoutWaiting(pipe.writer(), bytes);
+  writeWithoutWaiting(pipe.writer(), "one more");
+  pipe.closeWriter();
+
+  const std::string received = readToEnd(pipe.reader());
+  EXPECT_FALSE(received.empty());
+  EXPECT_LT(received.size(), bytes.size());
+  EXPECT_EQ(received, bytes.substr(0, received.size()));
+}
+
+TEST(WriteWithoutWaiting, WritesEverythingToAFile) {
+  const TemporaryFolder folder;
+  const std::string path = (folder / "file").string();
+  const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT, 0600);
+  writeWithoutWaiting(descriptor, manyBytes());
+  close(descriptor);
+
+  EXPECT_EQ(fileContents(path), manyBytes());
+}
+
+TEST(WriteWithoutWaiting, EndsWhenTheSystemRefuses) {
+  writeWithoutWaiting(-1, "text");
+  const auto before = signal(SIGPIPE, SIG_IGN);
+  Pipe pipe;
+  pipe.closeReader();
+  writeWithoutWaiting(pipe.writer(), "text");
+  signal(SIGPIPE, before);
+  EXPECT_EQ(errno, EPIPE);
+}
+
 TEST(ReadSome, ReturnsWhatIsThere) {
   const Pipe pipe;
   ASSERT_TRUE(writeAll(pipe.writer(), "line\nrest"));

@@ -158,6 +158,22 @@ TEST_F(DatabaseFile, SaysWhyAStatementCannotBePrepared) {
             "prepare 失败:near \"SELEC\": syntax error");
 }
 
+TEST_F(DatabaseFile, TellsAMissingIndexFromALock) {
+  EXPECT_THROW(database.prepare("SELECT x FROM t INDEXED BY missing"), SchemaError);
+
+  Database writer(path, {.readOnly = false});
+  writer.exec("BEGIN EXCLUSIVE");
+  const Database reader(path, {.patienceMilliseconds = 0});
+  try {
+    reader.prepare("SELECT x FROM t INDEXED BY missing");
+    ADD_FAILURE() << "read a locked file";
+  } catch (const SchemaError& error) {
+    ADD_FAILURE() << error.what();
+  } catch (const ReceiverError& error) {
+    EXPECT_STREQ(error.what(), "prepare 失败:database is locked");
+  }
+}
+
 TEST_F(DatabaseFile, RefusesToPrepareNothing) {
   for (const char* sql : {"", "  ", "-- nothing"}) {
     EXPECT_EQ(failureOf([&] { database.prepare(sql); }), "prepare 失败:not an error") << sql;
@@ -217,6 +233,11 @@ TEST_F(DatabaseFile, ShowsNoViewToAReader) {
   EXPECT_EQ(failureOf([&] { reader.prepare("SELECT * FROM v"); }),
             "prepare 失败:access to view \"v\" prohibited");
   EXPECT_EQ(failureOf([&] { reader.prepare("SELECT * FROM t"); }), "");
+}
+
+TEST_F(DatabaseFile, KnowsNoVirtualTables) {
+  EXPECT_EQ(failureOf([&] { database.exec("CREATE VIRTUAL TABLE v USING fts5(x)"); }),
+            "SQL 失败:no such module: fts5");
 }
 
 TEST_F(DatabaseFile, MayNotChangeItsOwnSchemaTable) {
