@@ -40,10 +40,9 @@ void ExportReader::feed(std::string_view bytes) {
 }
 
 void ExportReader::finish() {
-  // Without a root the parser would say no more than that the file is empty.
-  if (!prolog.over()) throw ImportError(phrases::noExport);
   parser.parse(prolog.passed(text.rest()));
-  parser.finish();
+  // Not before the parser has seen all of it: it may not yet have told that what it has is broken.
+  parser.finish(phrases::noExport);
 }
 
 void ExportReader::startElement(std::string_view name, const Attributes& attributes) {

@@ -22,6 +22,8 @@ public:
   /// same names in the same places.
   Verdict use(std::string_view name, std::size_t position);
 
+  bool empty() const { return known.empty(); }
+
 private:
   std::set<std::string, std::less<>> known;
   std::vector<std::string_view> last;  ///< by position, of the names in `known`

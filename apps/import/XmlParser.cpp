@@ -152,15 +152,23 @@ void XmlParser::parse(std::string_view bytes) {
   while (!bytes.empty()) {
     const std::string_view piece = bytes.substr(0, pieceSize);
     bytes.remove_prefix(piece.size());
-    parsePiece(piece, false);
+    parsePiece(piece);
   }
 }
 
-void XmlParser::finish() { parsePiece({}, true); }
+void XmlParser::finish(const Phrase& noElement) {
+  const XML_Status status = XML_Parse(parser.get(), nullptr, 0, XML_TRUE);
+  if (thrown) std::rethrow_exception(thrown);
+  if (status == XML_STATUS_OK) return;
+  // The parser says the same of a root that does not end.
+  const bool none = names.empty() && XML_GetErrorCode(parser.get()) == XML_ERROR_NO_ELEMENTS;
+  if (none) throw ImportError(noElement);
+  fail();
+}
 
-void XmlParser::parsePiece(std::string_view piece, bool last) {
+void XmlParser::parsePiece(std::string_view piece) {
   const XML_Status status =
-      XML_Parse(parser.get(), piece.data(), static_cast<int>(piece.size()), last ? 1 : 0);
+      XML_Parse(parser.get(), piece.data(), static_cast<int>(piece.size()), XML_FALSE);
   if (thrown) std::rethrow_exception(thrown);
   if (status != XML_STATUS_OK) fail();
   fed += static_cast<long long>(piece.size());

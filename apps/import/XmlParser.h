@@ -30,7 +30,10 @@ public:
   explicit XmlParser(XmlHandler& target);  ///< `target` outlives the parser
 
   void parse(std::string_view bytes);
-  void finish();  ///< after the last byte
+
+  /// After the last byte. A document that is sound as far as it goes, but has no element, throws
+  /// ImportError with `noElement`.
+  void finish(const Phrase& noElement);
 
   /// Where the element begins that the handler is being told of.
   long long line() const;
@@ -45,7 +48,7 @@ private:
     void operator()(XML_ParserStruct* handle) const;
   };
 
-  void parsePiece(std::string_view piece, bool last);
+  void parsePiece(std::string_view piece);
   void checkName(std::string_view name, std::size_t position);
   long long column() const;
   [[noreturn]] void fail() const;

@@ -160,6 +160,10 @@ TEST(BrokenExport, IsRefusedWithLineAndColumn) {
             "XML 在第 4 行第 11 列坏了:有 XML 不允许的写法。什么都没有导入。");
 }
 
+TEST(BrokenExport, DoesNotCountInItsColumnWhatWasDropped) {
+  EXPECT_THAT(errorOf(exportOf("\v\v<Record <")), HasSubstr("line 3, column 9:"));
+}
+
 TEST(BrokenExport, IsRefusedWhereverItEndsEarly) {
   const std::string document = exportOf("<Record type=\"a\" startDate=\"2024-03-01\"/>\n");
   const std::size_t end = document.find("</HealthData>") + std::string("</HealthData>").size();
@@ -204,6 +208,20 @@ INSTANTIATE_TEST_SUITE_P(
         BrokenCase{"DocumentTypeInside", "<!DOCTYPE HealthData []>", "not well-formed"},
         BrokenCase{"BareAmpersand", "<Me a='you & me'/>", "not well-formed"}),
     [](const auto& test) { return test.param.name; });
+
+TEST(BrokenExport, IsRefusedForTheSameReasonHoweverItIsCut) {
+  const std::string document =
+      "<?xml version=\"1.0\" encoding=\"" + std::string(50, '?') + "\"?>\n<!-- no root -->\n";
+  for (std::size_t size = 1; size <= document.size(); ++size) {
+    CollectingSink sink;
+    try {
+      readInto(sink, document, size);
+      ADD_FAILURE() << size;
+    } catch (const ImportError& error) {
+      EXPECT_THAT(error.what(), HasSubstr("The XML is broken in line 1, column 31: ")) << size;
+    }
+  }
+}
 
 TEST(BrokenExport, IsToldFromAnotherKindOfFile) {
   for (const std::string_view document : {"",

@@ -37,6 +37,15 @@ void declareSize(const std::filesystem::path& path, std::uint32_t size) {
   std::ofstream(path, std::ios::binary) << bytes;
 }
 
+void spoilChecksum(const std::filesystem::path& path) {
+  constexpr std::size_t checksumInLocalHeader = 14;
+  constexpr std::size_t checksumInDirectory = 16;
+  std::string bytes = contentsOf(path);
+  bytes.at(bytes.find("PK\x03\x04") + checksumInLocalHeader) ^= 1;
+  bytes.at(bytes.rfind("PK\x01\x02") + checksumInDirectory) ^= 1;
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
 std::string contentsOf(const std::filesystem::path& path) {
   std::ifstream stream(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};

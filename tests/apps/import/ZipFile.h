@@ -14,5 +14,8 @@ void writeZip(const std::filesystem::path& path,
 /// Makes the only entry of the archive `path` declare `size` bytes, in both places that say so.
 void declareSize(const std::filesystem::path& path, std::uint32_t size);
 
+/// Makes the only entry of the archive `path` declare a checksum that its bytes do not have.
+void spoilChecksum(const std::filesystem::path& path);
+
 /// The bytes of a file.
 std::string contentsOf(const std::filesystem::path& path);
