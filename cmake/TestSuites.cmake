@@ -27,5 +27,8 @@ function(larkspur_add_suites folder program)
 
   foreach(suite IN LISTS suites)
     add_test(${folder}/${suite} ${program} --gtest_brief=1 "--gtest_filter=${suite}.*:*/${suite}.*")
+    # Many times what the slowest takes under a sanitizer on a busy machine, so that only what hangs
+    # is ended.
+    set_tests_properties(${folder}/${suite} PROPERTIES TIMEOUT 600)
   endforeach()
 endfunction()

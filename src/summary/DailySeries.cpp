@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <numeric>
 
 std::optional<double> median(std::span<double> values) {
   if (values.empty()) return std::nullopt;
@@ -10,7 +11,7 @@ std::optional<double> median(std::span<double> values) {
   std::ranges::nth_element(values, middle);
   if (values.size() % 2 == 1) return *middle;
   const double below = *std::max_element(values.begin(), middle);
-  return (below + *middle) * 0.5;
+  return std::midpoint(below, *middle);  // their sum may have no number
 }
 
 namespace {

@@ -1,18 +1,26 @@
 // The built program and clients that write too much, stop reading, or leave in the middle.
 
+#include "platform/Files.h"
 #include "support/ChildProcess.h"
 #include "support/Conversation.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace {
 
@@ -188,6 +196,54 @@ TEST(Client, ThatWritesManyBadLinesIsServedAfterwards) {
   EXPECT_EQ(program.nextLine(), pong);
   const std::string complaints = program.finished().errors;
   EXPECT_EQ(static_cast<std::size_t>(std::ranges::count(complaints, '\n')), count);
+}
+
+/// A pipe in the file system that takes what fits into it, until somebody reads.
+class NamedPipe {
+public:
+  explicit NamedPipe(const std::filesystem::path& path) {
+    if (mkfifo(path.c_str(), 0600) == 0) reader = open(path.c_str(), O_RDONLY | O_NONBLOCK);
+    if (reader < 0) throw std::system_error(errno, std::generic_category(), "mkfifo");
+  }
+  ~NamedPipe() { close(reader); }
+  NamedPipe(const NamedPipe&) = delete;
+  NamedPipe& operator=(const NamedPipe&) = delete;
+
+  /// All that is in it, once nobody writes any more.
+  std::string contents() const {
+    std::string contents;
+    std::array<char, 4096> block{};
+    while (const std::size_t count = readSome(reader, block.data(), block.size())) {
+      contents.append(block.data(), count);
+    }
+    return contents;
+  }
+
+private:
+  int reader = -1;
+};
+
+TEST(Client, ThatNeverReadsComplaintsIsServed) {
+  const Household household;
+  const NamedPipe complaints(household.dataRoot() / "complaints");
+  ChildProcess program("/bin/sh",
+                       {"-c",
+                        R"(exec "$0" "$@" 2>complaints)",
+                        LARKSPUR_MCP_PROGRAM,
+                        "--data-root",
+                        household.dataRoot()},
+                       household.dataRoot());
+  constexpr std::size_t count = 3000;  // complaints of more than twice what a pipe holds
+
+  std::string lines;
+  for (std::size_t index = 0; index < count; ++index) lines += "[\n";
+  program.write(lines + ping);
+
+  EXPECT_EQ(program.nextLine(), pong);
+  EXPECT_EQ(program.finished(), (ChildProcess::Ending{0, "", ""}));
+  const std::string kept = complaints.contents();
+  EXPECT_TRUE(kept.ends_with("收到解不开的一行,忽略\n"));
+  EXPECT_LT(static_cast<std::size_t>(std::ranges::count(kept, '\n')), count);
 }
 
 }  // namespace

@@ -31,7 +31,9 @@ INSTANTIATE_TEST_SUITE_P(Cases, Median,
                                          MedianCase{"TwoTakeTheMean", {3, 2}, 2.5},
                                          MedianCase{"EqualValues", {5, 5, 5, 5}, 5},
                                          MedianCase{"NegativeValues", {-1, -3, 2, -2}, -1.5},
-                                         MedianCase{"MiddlePairOnOneSide", {9, 1, 1, 9, 9, 1}, 5}),
+                                         MedianCase{"MiddlePairOnOneSide", {9, 1, 1, 9, 9, 1}, 5},
+                                         MedianCase{
+                                             "SumWithoutANumber", {1.5e308, 1.7e308}, 1.6e308}),
                          [](const auto& test) { return test.param.name; });
 
 std::int64_t moment(const std::string& stamp) {

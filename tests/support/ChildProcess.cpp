@@ -90,6 +90,11 @@ std::string ChildProcess::nextLine() {
   return line;
 }
 
+bool ChildProcess::hasWritten() const {
+  pollfd ready{output, POLLIN, 0};
+  return !written.empty() || poll(&ready, 1, 0) > 0;
+}
+
 void ChildProcess::stopReading() {
   closeOnce(output);
   closeOnce(errors);

@@ -35,6 +35,9 @@ public:
   /// The next line that the program writes, without its line feed.
   std::string nextLine();
 
+  /// Whether the program has written something that nobody has read yet.
+  bool hasWritten() const;
+
   /// Closes the reading ends of both the program's output and its errors, as a client that leaves
   /// does.
   void stopReading();

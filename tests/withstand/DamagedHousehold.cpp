@@ -26,6 +26,7 @@ std::string stampAt(const std::string& day, const std::string& time) {
 TestWorkout workoutAt(const std::string& activity, const std::string& day) {
   return {.activity_type = activity,
           .duration_min = 30,
+          .source_name = "Ann's Watch",
           .start_date = stampAt(day, "08:00:00"),
           .start_day = day,
           .end_date = stampAt(day, "08:30:00"),
@@ -183,20 +184,26 @@ DamagedHousehold::Replies DamagedHousehold::repliesTo(const std::vector<Question
   return replies;
 }
 
+Json storeError(std::string_view question, const std::string& message) {
+  // The heart-rate tool gives every failure of the store the code of a wrong argument.
+  const int code = question == "get_workout_heart_rate" ? -32602 : -32603;
+  return {{"code", code}, {"message", message}};
+}
+
+void expectAnnWithoutData(const DamagedHousehold::Replies& replies) {
+  EXPECT_THAT(textOf(replies.at("list_persons")),
+              testing::StartsWith("· Ann (person=ann)\n· Ben (person=ben): 180 "));
+}
+
 void expectRefused(const DamagedHousehold::Replies& replies, std::string_view message,
                    bool opening) {
+  expectAnnWithoutData(replies);
   for (const auto& [name, reply] : replies) {
-    if (name == "list_persons") {
-      EXPECT_THAT(textOf(reply),
-                  testing::StartsWith("· Ann (person=ann)\n· Ben (person=ben): 180 "));
-      continue;
-    }
-    // The heart-rate tool gives every failure of the store the code of a wrong argument.
+    if (name == "list_persons") continue;
     const bool heartRate = name == "get_workout_heart_rate";
     const std::string prefix = opening && !heartRate ? "打不开 Ann 的数据:" : "";
-    const Json expected{{"code", heartRate ? -32602 : -32603},
-                        {"message", prefix + std::string(message)}};
-    EXPECT_EQ(reply.value("error", Json()), expected) << name;
+    EXPECT_EQ(reply.value("error", Json()), storeError(name, prefix + std::string(message)))
+        << name;
   }
 }
 
@@ -215,5 +222,6 @@ void expectHonest(const DamagedHousehold::Replies& replies) {
                       "没有这次训练，请从训练清单获取 workout_id",
                       "训练起止时间无效，无法匹配心率"))
         << name;
+    EXPECT_EQ(reply["error"], storeError(name, messageOf(reply))) << name;
   }
 }

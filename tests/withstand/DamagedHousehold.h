@@ -51,12 +51,18 @@ private:
   mutable std::size_t conversations = 0;
 };
 
+/// The error with which the question of that name fails when the store says `message`.
+nlohmann::json storeError(std::string_view question, const std::string& message);
+
+/// Fails the test unless list_persons names Ann without data, and Ben with his.
+void expectAnnWithoutData(const DamagedHousehold::Replies& replies);
+
 /// Fails the test unless the resource and all tools about Ann but list_persons answer an error with
 /// exactly this message, which `opening` says is one of opening her file, and unless list_persons
 /// names her without data.
 void expectRefused(const DamagedHousehold::Replies& replies, std::string_view message,
                    bool opening = false);
 
-/// Fails the test unless each reply is a result, or an error in the words that the store has for a
-/// file that it cannot read.
+/// Fails the test unless each reply is a result, or an error in the words, and with the code, that
+/// the store has for a file that it cannot read.
 void expectHonest(const DamagedHousehold::Replies& replies);

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <cstddef>
 #include <random>
 #include <string>
 
@@ -18,6 +19,7 @@ namespace {
 struct KilledWriter {
   std::string database;
   std::string log;
+  std::string sharedMemory;
 };
 
 constexpr int commits = 8;
@@ -32,7 +34,9 @@ const KilledWriter& killedWriter() {
     for (int commit = 1; commit <= commits; ++commit) {
       writer.exec("DELETE FROM records WHERE rowid <= " + std::to_string(10 * commit));
     }
-    return KilledWriter{fileContents(path).value(), fileContents(path + "-wal").value()};
+    return KilledWriter{fileContents(path).value(),
+                        fileContents(path + "-wal").value(),
+                        fileContents(path + "-shm").value()};
   }();
   return killed;
 }
@@ -59,6 +63,18 @@ TEST(DamagedWal, IsReadToItsEndWithoutItsSharedMemory) {
   leave(household, killedWriter().log);
 
   EXPECT_EQ(commitsShown(household.askedInShort()), commits);
+}
+
+/// What is in the log stays there until a writer moves it into the database.
+TEST(DamagedWal, StaysAsItIsBesideItsDatabase) {
+  DamagedHousehold household;
+  leave(household, killedWriter().log);
+
+  household.asked();
+
+  const std::string path = household.ann().path();
+  EXPECT_TRUE(fileContents(path) == killedWriter().database);
+  EXPECT_TRUE(fileContents(path + "-wal") == killedWriter().log);
 }
 
 TEST(DamagedWal, IsReadAsFarAsItIsWhole) {
@@ -104,6 +120,19 @@ TEST(DamagedWal, MayHaveSharedMemoryThatIsNone) {
     for (char& byte : memory) byte = static_cast<char>(random());
     leave(household, killedWriter().log);
     household.ann().folder().write("health.sqlite-shm", memory);
+
+    EXPECT_EQ(commitsShown(household.askedInShort()), commits);
+  }
+}
+
+TEST(DamagedWal, MayHaveSharedMemoryThatIsCutShort) {
+  DamagedHousehold household;
+  const std::string& memory = killedWriter().sharedMemory;
+  for (const std::size_t size : {0U, 1U, 100U, 136U, 4096U, 32000U, 32767U}) {
+    SCOPED_TRACE(std::to_string(size) + " bytes are left");
+    ASSERT_LT(size, memory.size());
+    leave(household, killedWriter().log);
+    household.ann().folder().write("health.sqlite-shm", memory.substr(0, size));
 
     EXPECT_EQ(commitsShown(household.askedInShort()), commits);
   }

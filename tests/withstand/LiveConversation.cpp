@@ -61,7 +61,8 @@ nlohmann::json everything() {
 LiveConversation::LiveConversation(const std::filesystem::path& dataRoot, std::uint64_t seed)
     : program(LARKSPUR_MCP_PROGRAM, {"--data-root", dataRoot.string()}, dataRoot), random(seed) {}
 
-void LiveConversation::ask() {
+void LiveConversation::ask(const std::function<void()>& meanwhile) {
+  interruption = meanwhile;
   static constexpr std::array kinds{&LiveConversation::askPersons,
                                     &LiveConversation::askOverview,
                                     &LiveConversation::askTrend,
@@ -80,12 +81,17 @@ void LiveConversation::finish() {
 std::string LiveConversation::answer(Json request) {
   request["id"] = ++asked;
   program.write(request.dump() + "\n");
+  if (interruption) {
+    interruption();
+    if (!program.hasWritten()) ++unanswered;
+  }
   const Json reply = checkedReply(request, program.nextLine() + "\n");
   EXPECT_EQ(messageOf(reply), "") << request;
   return textOf(reply);
 }
 
 std::string LiveConversation::answerOf(const std::string& tool, Json arguments) {
+  ++ofTools;
   return answer(toolCall(tool, std::move(arguments)));
 }
 

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <random>
 #include <string>
@@ -19,13 +20,20 @@ class LiveConversation {
 public:
   LiveConversation(const std::filesystem::path& dataRoot, std::uint64_t seed);
 
-  /// Asks one question and checks the answer: all kinds in turn, the details by chance.
-  void ask();
+  /// Asks one question and checks the answer: all kinds in turn, the details by chance. What is
+  /// given as `meanwhile` happens between the two.
+  void ask(const std::function<void()>& meanwhile = {});
 
   /// Ends the conversation; fails the test when the program did not end well.
   void finish();
 
   std::int64_t calls() const { return asked; }
+
+  /// Those of them that called a tool.
+  std::int64_t toolCalls() const { return ofTools; }
+
+  /// How often `meanwhile` was over before there was anything of the answer.
+  std::int64_t underWay() const { return unanswered; }
 
 private:
   using Json = nlohmann::json;
@@ -46,7 +54,10 @@ private:
 
   ChildProcess program;
   std::mt19937_64 random;
+  std::function<void()> interruption;  ///< of the next question
   std::int64_t asked = 0;
+  std::int64_t ofTools = 0;
+  std::int64_t unanswered = 0;
   std::int64_t sessions = 0;                  ///< the most that any reply has shown
   std::map<std::string, std::int64_t> onDay;  ///< the same for single days
   std::string workoutID;                      ///< of some workout that a list has shown

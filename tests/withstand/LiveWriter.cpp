@@ -1,7 +1,7 @@
 // A writer that never rests: larkspur-live-writer <database> <diary> <seed>. Stores sessions, new
 // ones and old ones once more, until it is killed. Into the diary go single words, a line each:
-// "begun" after the first session, "refused" each time that someone else's lock kept it from
-// writing, and what it failed of.
+// "begun" after the first session, "refused" once for every session that someone else's lock kept
+// from being written, however often it was tried, and what it failed of.
 
 #include "platform/ControlProtocol.h"
 #include "platform/Files.h"
@@ -27,15 +27,17 @@ private:
   int handle;
 };
 
-/// Stores the session. A lock of someone else is noted, and tried again at once.
+/// Stores the session, and tries again at once as long as it meets a lock of someone else.
 void insist(LiveSessions::Writer& writer, std::int64_t number, const Diary& diary) {
+  bool refused = false;
   while (true) {
     try {
       writer.store(number);
       return;
     } catch (const ReceiverError& error) {
       if (!error.message.ends_with("database is locked")) throw;
-      diary.note("refused");
+      if (!refused) diary.note("refused");
+      refused = true;
     }
   }
 }
