@@ -8,7 +8,7 @@
 
 import { execFileSync, spawn } from 'node:child_process';
 import { once } from 'node:events';
-import { mkdirSync, readFileSync, rmSync } from 'node:fs';
+import { existsSync, mkdirSync, readFileSync, renameSync, rmSync } from 'node:fs';
 import { homedir } from 'node:os';
 import { join, resolve } from 'node:path';
 import { createInterface } from 'node:readline';
@@ -183,7 +183,7 @@ function promptText({ messages }) {
 /** The first lines of a resource: it reads like get_overview, which was shown already. */
 function beginning({ contents: [{ text }] }) {
   const lines = text.split('\n');
-  return [...lines.slice(0, 4), `… (${lines.length - 4} more lines)`].join('\n');
+  return [...lines.slice(0, 4), `… (+${lines.length - 4})`].join('\n');
 }
 
 /** The heart rate of a workout: one key a line, and of every sample what a chart would need. */
@@ -211,12 +211,27 @@ const dim = (text) => (process.stdout.isTTY ? `\x1b[2m${text}\x1b[0m` : text);
 const indented = (text) => text.replace(/^(?=.)/gm, '    ');
 const shortened = (text) => text.replace(new RegExp(`^(.{${longest}}).+$`, 'gmu'), '$1 …');
 
-/** Makes the household anew and returns the last day that there is something to say about. */
+/**
+ * Makes the household anew and returns the last day that there is something to say about. That of the
+ * demo before makes place, and comes back when there is no new one.
+ */
 function makeHousehold() {
-  // That of the demo before goes first: the sample program spares what exists.
-  rmSync(dataRoot, { recursive: true, force: true });
+  const before = `${dataRoot}.before`;
+  const remove = (path) => rmSync(path, { recursive: true, force: true });
   mkdirSync(folder, { recursive: true });
-  return household.make();
+  if (existsSync(dataRoot)) {
+    remove(before);
+    renameSync(dataRoot, before);
+  }
+  try {
+    return household.make();
+  } catch (error) {
+    remove(dataRoot);
+    if (existsSync(before)) renameSync(before, dataRoot);
+    throw error;
+  } finally {
+    remove(before);
+  }
 }
 
 /** The text to print for `reply`. Throws when it is not what `step` expects. */

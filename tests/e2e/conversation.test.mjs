@@ -101,7 +101,7 @@ test('the tools describe themselves in Chinese', async (t) => {
 
   const { tools } = await client.listTools();
 
-  assert.equal(tools.length, 7);
+  assert.ok(tools.length > 0);
   for (const { description } of tools) {
     assert.match(description, / 本工具提供原始测量数据,不构成诊断;缺失仅代表未采集。$/);
   }

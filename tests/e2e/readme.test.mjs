@@ -1,4 +1,5 @@
-// What README.md tells a reader to copy, in either language, taken from it as it stands.
+// What README.md, in either language, tells a reader to copy and what the client bundle names, taken
+// from the files as they stand.
 
 import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
@@ -7,10 +8,24 @@ import { test } from 'node:test';
 import { Client } from '@modelcontextprotocol/sdk/client/index.js';
 import { StdioClientTransport } from '@modelcontextprotocol/sdk/client/stdio.js';
 
-import { answer, bareEnvironment, household, run, server } from './support.mjs';
+import { answer, bareEnvironment, connect, household, run, server } from './support.mjs';
+
+const fileOf = (name) => readFileSync(new URL(`../../${name}`, import.meta.url), 'utf8');
+
+test('the client bundle names every tool', async (t) => {
+  const { client } = await connect(t, household());
+
+  const { tools } = await client.listTools();
+
+  const named = JSON.parse(fileOf('packaging/bundle/manifest.json.in')).tools;
+  assert.deepEqual(
+    named.map(({ name }) => name),
+    tools.map(({ name }) => name),
+  );
+});
 
 for (const name of ['README.md', 'README.zh.md']) {
-  const readme = readFileSync(new URL(`../../${name}`, import.meta.url), 'utf8');
+  const readme = fileOf(name);
 
   test(`${name} configures a client`, async (t) => {
     const blocks = [...readme.matchAll(/^```json\n(.*?)^```/gms)].map(([, text]) => JSON.parse(text));

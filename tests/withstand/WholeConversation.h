@@ -15,7 +15,7 @@ struct Question {
 /// The call of a tool, without an id.
 nlohmann::json toolCall(const std::string& tool, nlohmann::json arguments);
 
-/// All seven tools, in each of their forms, and the resource, about the member of that id. The days
+/// All tools, in each of their forms, and the resource, about the member of that id. The days
 /// are those around `testNow`; `workoutID` names the workout whose heart rate is wanted.
 std::vector<Question> questionsAbout(const std::string& member, const std::string& workoutID);
 
