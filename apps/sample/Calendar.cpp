@@ -1,8 +1,6 @@
 #include "sample/Calendar.h"
 
 #include <chrono>
-#include <cstddef>
-#include <cstdlib>
 
 namespace {
 
@@ -17,36 +15,6 @@ std::int64_t dayNumber(CivilDay day) {
 std::int64_t flooredDays(std::int64_t seconds) {
   return seconds / dayLength - (seconds % dayLength < 0 ? 1 : 0);
 }
-
-/// Writes `number` with leading zeros over the `width` letters that begin at `place`.
-void writeDigits(char* place, int width, int number) {
-  for (int index = width - 1; index >= 0; --index) {
-    place[index] = static_cast<char>('0' + number % 10);
-    number /= 10;
-  }
-}
-
-}  // namespace
-
-StampText::StampText(Stamp stamp) : letters{} {
-  const std::int64_t wall = stamp.moment + stamp.offset;
-  const std::int64_t days = flooredDays(wall);
-  const auto second = static_cast<int>(wall - days * dayLength);
-  const CivilDay day{std::chrono::sys_days{std::chrono::days{days}}};
-  constexpr std::string_view form = "yyyy-MM-dd HH:mm:ss +hhmm";
-  form.copy(letters.data(), form.size());
-  writeDigits(&letters[0], 4, static_cast<int>(day.year()));
-  writeDigits(&letters[5], 2, static_cast<int>(static_cast<unsigned>(day.month())));
-  writeDigits(&letters[8], 2, static_cast<int>(static_cast<unsigned>(day.day())));
-  writeDigits(&letters[11], 2, second / hour);
-  writeDigits(&letters[14], 2, second / 60 % 60);
-  writeDigits(&letters[17], 2, second % 60);
-  const int minutes = std::abs(stamp.offset) / 60;
-  letters[20] = stamp.offset < 0 ? '-' : '+';
-  writeDigits(&letters[21], 4, minutes / 60 * 100 + minutes % 60);
-}
-
-namespace {
 
 /// Whether New York's clocks are an hour ahead: from 2:00 standard time (7:00 UTC) on the second
 /// Sunday of March to 2:00 summer time (6:00 UTC) on the first Sunday of November.

@@ -88,9 +88,9 @@ std::optional<int> zoneOffsetAt(Cursor& cursor) {
   return west ? -*offset : *offset;
 }
 
-std::int64_t secondsSinceEpoch(CivilDay day, int seconds, int zoneOffset) {
+Stamp stampOf(CivilDay day, int seconds, int zoneOffset) {
   const std::int64_t days = std::chrono::sys_days{day}.time_since_epoch().count();
-  return days * 86400 + seconds - zoneOffset;
+  return {.moment = days * 86400 + seconds - zoneOffset, .offset = zoneOffset};
 }
 
 /// The number that the two digits at `position` spell, or -1.
@@ -102,7 +102,7 @@ int twoDigits(std::string_view text, std::size_t position) {
 
 /// The form that nearly every stored stamp has, "2024-03-01 06:54:32 +0800", read at fixed places:
 /// a long workout brings hundreds of thousands of them. `nullopt` when the text is anything else.
-std::optional<std::int64_t> canonicalStamp(std::string_view text) {
+std::optional<Stamp> canonicalStamp(std::string_view text) {
   if (text.size() != 25 || text[4] != '-' || text[7] != '-' || text[10] != ' ' || text[13] != ':' ||
       text[16] != ':' || text[19] != ' ' || (text[20] != '+' && text[20] != '-')) {
     return std::nullopt;
@@ -127,7 +127,7 @@ std::optional<std::int64_t> canonicalStamp(std::string_view text) {
   const std::optional<int> seconds = clockSeconds(hour, minute, second);
   const std::optional<int> offset = clockSeconds(zoneHours, zoneMinutes, 0);
   if (!day || !seconds || !offset) return std::nullopt;
-  return secondsSinceEpoch(*day, *seconds, text[20] == '-' ? -*offset : *offset);
+  return stampOf(*day, *seconds, text[20] == '-' ? -*offset : *offset);
 }
 
 }  // namespace
@@ -150,7 +150,12 @@ std::string AppleFormat::DayParser::text(CivilDay day) const {
 }
 
 std::optional<std::int64_t> AppleFormat::StampParser::parse(std::string_view text) const {
-  if (const std::optional<std::int64_t> canonical = canonicalStamp(text)) return canonical;
+  const std::optional<Stamp> read = stamp(text);
+  return read ? std::optional(read->moment) : std::nullopt;
+}
+
+std::optional<Stamp> AppleFormat::StampParser::stamp(std::string_view text) const {
+  if (const std::optional<Stamp> canonical = canonicalStamp(text)) return canonical;
   Cursor cursor(text);
   const std::optional<CivilDay> day = dayAt(cursor);
   if (!day || !cursor.take(" ")) return std::nullopt;
@@ -158,7 +163,7 @@ std::optional<std::int64_t> AppleFormat::StampParser::parse(std::string_view tex
   if (!seconds || !cursor.take(" ")) return std::nullopt;
   const std::optional<int> offset = zoneOffsetAt(cursor);
   if (!offset || !cursor.atEnd()) return std::nullopt;
-  return secondsSinceEpoch(*day, *seconds, *offset);
+  return stampOf(*day, *seconds, *offset);
 }
 
 LocalTime AppleFormat::localTime(double moment) {

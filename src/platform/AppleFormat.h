@@ -1,6 +1,8 @@
 #pragma once
 // Days and stamps as Apple's Health export writes them, and the arithmetic of calendar days.
 
+#include "platform/Stamp.h"
+
 #include <chrono>
 #include <cstdint>
 #include <optional>
@@ -39,6 +41,9 @@ struct StampParser {
   /// 0-59, 0-59, one blank, and a zone: "+hhmm" or "-hh:mm" up to 23:59, "Z" or "GMT". `nullopt`
   /// for all else. Allocates nothing.
   std::optional<std::int64_t> parse(std::string_view text) const;
+
+  /// The same, with the zone's distance from UTC.
+  std::optional<Stamp> stamp(std::string_view text) const;
 };
 
 inline constexpr DayParser dayParser;

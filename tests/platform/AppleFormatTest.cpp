@@ -91,6 +91,14 @@ TEST_P(StampParse, ReadsStampsAndNothingElse) {
   EXPECT_EQ(stampParser.parse(GetParam().text), GetParam().moment);
 }
 
+TEST(StampOf, TellsTheZonesOffset) {
+  const Stamp evening{.moment = 1709269199, .offset = -5 * 3600};
+  EXPECT_EQ(stampParser.stamp("2024-02-29 23:59:59 -0500"), evening);
+  EXPECT_EQ(stampParser.stamp("2024-2-29 23:59:59 -05:00"), evening);
+  EXPECT_EQ(stampParser.stamp("1970-01-01 00:00:00 Z"), (Stamp{.moment = 0, .offset = 0}));
+  EXPECT_EQ(stampParser.stamp("2024-02-29"), std::nullopt);
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Stamps, StampParse,
     testing::Values(StampCase{"EastOfUTC", "2024-03-01 06:54:32 +0800", 1709247272},

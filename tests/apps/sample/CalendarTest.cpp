@@ -52,9 +52,4 @@ TEST(StampIn, ChangesTheOffsetAtTheSecondOfTheChange) {
   EXPECT_EQ(StampText(stampIn(Zone::newYork, autumn)).text(), "2024-11-03 01:00:00 -0500");
 }
 
-TEST(StampText, BeginsWithItsDay) {
-  EXPECT_EQ(StampText(Stamp{.moment = 0, .offset = 8 * 3600}).day(), "1970-01-01");
-  EXPECT_EQ(StampText(Stamp{.moment = 0, .offset = -5 * 3600}).day(), "1969-12-31");
-}
-
 }  // namespace
