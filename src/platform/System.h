@@ -12,7 +12,10 @@
 
 namespace System {
 
-/// The value of an environment variable; an empty one counts as not set.
+/// The value of an environment variable, which may be empty; absent when it is not set.
+std::optional<std::string> variable(const char* name);
+
+/// The same; an empty value counts as not set.
 std::optional<std::string> environment(const char* name);
 
 /// The tags of a LANGUAGE value, "zh_CN:en", in its order; empty ones are left out.
@@ -34,5 +37,13 @@ std::vector<std::string> bundlePreferredLocalizations();
 /// How the user's numeric locale groups digits; by commas every three digits when the user has
 /// none.
 DigitGrouping digitGrouping();
+
+/// Where the system keeps its time zones, a file each under its name; TZDIR moves it.
+std::filesystem::path zoneFolder();
+
+/// The name of the time zone that the machine is in, or that TZ puts the process in: one that
+/// TimeZone knows. Absent when the zone has no name: TZ is a rule ("CST-8"), or the machine's zone
+/// in `etc` is a copy of a file instead of a link to it.
+std::optional<std::string> timeZoneName(const std::filesystem::path& etc = "/etc");
 
 }  // namespace System

@@ -1,18 +1,25 @@
-// What macOS shares with Linux and its kin: the environment and the password database.
+// What macOS shares with Linux and its kin: the environment, the password database, time zones.
 
 #include "platform/System.h"
+#include "platform/TimeZone.h"
 
 #include <pwd.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstdlib>
+#include <system_error>
+
+std::optional<std::string> System::variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+}
 
 std::optional<std::string> System::environment(const char* name) {
-  const char* value = std::getenv(name);
-  if (value == nullptr || *value == '\0') return std::nullopt;
-  return value;
+  std::optional<std::string> value = variable(name);
+  return value && !value->empty() ? value : std::nullopt;
 }
 
 std::vector<std::string> System::languageTags(std::string_view list) {
@@ -36,4 +43,46 @@ std::filesystem::path System::homeDirectory() {
     buffer.resize(2 * buffer.size());
   }
   return found != nullptr && *found->pw_dir == '/' ? found->pw_dir : "/";
+}
+
+std::filesystem::path System::zoneFolder() {
+  return environment("TZDIR").value_or("/usr/share/zoneinfo");
+}
+
+namespace {
+
+/// The zone's name in a path to its file, ".../zoneinfo/Asia/Shanghai"; the path when there is
+/// none.
+std::string nameInPath(const std::string& path) {
+  constexpr std::string_view folder = "/zoneinfo/";
+  const std::size_t place = path.find(folder);
+  return place == std::string::npos ? path : path.substr(place + folder.size());
+}
+
+/// The name that `link` leads to by way of further links. A machine without one is in UTC.
+std::optional<std::string> linkedZone(std::filesystem::path link) {
+  constexpr int mostLinks = 40;  // as many as the system itself follows
+  std::error_code error;
+  if (!std::filesystem::exists(std::filesystem::symlink_status(link, error))) return "UTC";
+  for (int count = 0; count < mostLinks; ++count) {
+    const std::filesystem::path target = std::filesystem::read_symlink(link, error);
+    if (error) return std::nullopt;
+    link = (link.parent_path() / target).lexically_normal();
+    const std::string name = nameInPath(link.string());
+    if (name != link.string()) return name;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::string> System::timeZoneName(const std::filesystem::path& etc) {
+  std::optional<std::string> name = variable("TZ");
+  if (name) {
+    if (name->starts_with(':')) name->erase(0, 1);
+    name = name->empty() ? "UTC" : nameInPath(*name);
+  } else {
+    name = linkedZone(etc / "localtime");
+  }
+  return name && TimeZone::named(*name) ? name : std::nullopt;
 }
