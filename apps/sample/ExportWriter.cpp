@@ -52,7 +52,7 @@ void ExportWriter::add(const Sample& sample) {
   written += '"';
   written += attributesOf(source);
   if (!sample.unit.empty()) appendAttribute(written, "unit", sample.unit);
-  appendAttribute(written, "creationDate", sample.end.after(source.delaySeconds));
+  appendAttribute(written, "creationDate", sample.created());
   appendAttribute(written, "startDate", sample.start);
   appendAttribute(written, "endDate", sample.end);
   appendAttribute(written,

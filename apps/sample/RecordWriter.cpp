@@ -64,7 +64,7 @@ void RecordWriter::add(const Sample& sample) {
   insertSample.bind(5, start.text());
   bindOrNull(insertSample, 6, sample.dated ? start.day() : std::string_view());
   insertSample.bind(7, StampText(sample.end).text());
-  insertSample.bind(8, StampText(sample.end.after(source.delaySeconds)).text());
+  insertSample.bind(8, StampText(sample.created()).text());
   bindValue(insertSample, 9, 10, sample);
   insertSample.run();
 
@@ -89,7 +89,7 @@ void RecordWriter::count(Tallies& tallies, std::string_view key, std::string_vie
 void RecordWriter::add(const Workout& workout) {
   const WorkoutEntry& entry = workout.entry;
   const StampText start(workout.start);
-  const std::string created(StampText(workout.end.after(60)).text());
+  const std::string created(StampText(workout.created()).text());
   insertWorkout.bind(1, entry.activity_type).bind(2, entry.duration_min).bind(3, entry.source);
   insertWorkout.bind(4, entry.start).bind(5, start.day()).bind(6, entry.end).bind(7, created);
   insertWorkout.bind(8, entry.distance_km).bind(9, entry.active_energy_kcal);

@@ -5,6 +5,7 @@
 #include "workouts/Workouts.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -43,6 +44,10 @@ struct Sample {
   Stamp end;
   std::variant<Decimal, std::string_view> value;  ///< a quantity, or a category's name
   bool dated = true;  ///< false for those that an old importer left without a calendar day
+  std::optional<Stamp> filed = {};  ///< absent: the source's delay after the end, on its clocks
+
+  /// When the phone filed the sample.
+  Stamp created() const { return filed.value_or(end.after(source->delaySeconds)); }
 };
 
 /// One workout, its texts as they are to be stored. A humidity reading in `entry.humidity` is what
@@ -52,6 +57,10 @@ struct Workout {
   const Source* source = nullptr;  ///< of that name; outlives the workout
   Stamp start;
   Stamp end;
+  std::optional<Stamp> filed = {};  ///< absent: a minute after the end, on its clocks
+
+  /// When the phone filed the workout.
+  Stamp created() const { return filed.value_or(end.after(60)); }
 };
 
 /// Takes what happened, in the order in which it is told. How it is written down is the sink's

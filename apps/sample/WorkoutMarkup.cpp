@@ -83,7 +83,6 @@ void appendHeartRate(std::string& text, const Workout& workout) {
 
 void WorkoutMarkup::append(std::string& text, const Workout& workout, std::string_view source) {
   const WorkoutEntry& entry = workout.entry;
-  constexpr int filedAfterSeconds = 60;
   text += " <Workout workoutActivityType=\"HKWorkoutActivityType";
   text += entry.activity_type;
   text += '"';
@@ -92,7 +91,7 @@ void WorkoutMarkup::append(std::string& text, const Workout& workout, std::strin
     appendAttribute(text, "durationUnit", "min");
   }
   text += source;
-  appendAttribute(text, "creationDate", workout.end.after(filedAfterSeconds));
+  appendAttribute(text, "creationDate", workout.created());
   appendAttribute(text, "startDate", workout.start);
   appendAttribute(text, "endDate", workout.end);
   text += ">\n";

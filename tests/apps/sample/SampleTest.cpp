@@ -36,4 +36,29 @@ INSTANTIATE_TEST_SUITE_P(Cases, DecimalText,
                                          DecimalCase{"NegativeBelowOne", -0.5, 1, "-0.5"}),
                          [](const auto& test) { return test.param.name; });
 
+constexpr Stamp end{.moment = 1700000060, .offset = 3600};
+
+TEST(Sample, IsFiledAfterItsSourcesDelayUnlessSaid) {
+  const Source phone{.name = "iPhone", .device = "", .delaySeconds = 240};
+  Sample sample{.type = "StepCount",
+                .source = &phone,
+                .unit = "count",
+                .start = end,
+                .end = end,
+                .value = Decimal{1, 0}};
+  EXPECT_EQ(sample.created(), end.after(240));
+
+  sample.filed = Stamp{.moment = end.moment + 240, .offset = 0};
+  EXPECT_EQ(sample.created(), sample.filed);
+}
+
+TEST(Workout, IsFiledAfterAMinuteUnlessSaid) {
+  Workout workout;
+  workout.end = end;
+  EXPECT_EQ(workout.created(), end.after(60));
+
+  workout.filed = Stamp{.moment = end.moment + 60, .offset = 0};
+  EXPECT_EQ(workout.created(), workout.filed);
+}
+
 }  // namespace
