@@ -36,11 +36,12 @@ static_assert(std::ranges::all_of(all, inBothLanguages));
 ExportReader::ExportReader(ExportSink& target) : sink(target), parser(*this) {}
 
 void ExportReader::feed(std::string_view bytes) {
-  parser.parse(prolog.passed(text.cleaned(bytes)));
+  parser.parse(unrepeated.removed(prolog.passed(text.cleaned(bytes))));
 }
 
 void ExportReader::finish() {
-  parser.parse(prolog.passed(text.rest()));
+  parser.parse(unrepeated.removed(prolog.passed(text.rest())));
+  parser.parse(unrepeated.rest());
   // Not before the parser has seen all of it: it may not yet have told that what it has is broken.
   parser.finish(phrases::noExport);
 }

@@ -4,6 +4,7 @@
 #include "import/Attributes.h"
 #include "import/ExportSink.h"
 #include "import/Prolog.h"
+#include "import/RepeatedAttributes.h"
 #include "import/WorkoutParts.h"
 #include "import/XmlParser.h"
 #include "import/XmlText.h"
@@ -34,6 +35,8 @@ public:
   std::int64_t droppedCharacters() const { return text.droppedCharacters(); }
   /// Ill-formed pieces of UTF-8 replaced by U+FFFD so far.
   std::int64_t replacedSequences() const { return text.replacedSequences(); }
+  /// Attributes so far that stood in their tag before; see RepeatedAttributes.
+  std::int64_t repeatedAttributes() const { return unrepeated.count(); }
 
 private:
   void startElement(std::string_view name, const Attributes& attributes) override;
@@ -50,6 +53,7 @@ private:
   // What XML forbids goes first: none of it may hide where the root begins.
   XmlText text;
   Prolog prolog;
+  RepeatedAttributes unrepeated;
   XmlParser parser;
   int depth = 0;         ///< of the element that is open, the root being 1
   int ignoredDepth = 0;  ///< of the element whose parts are of no interest; 0 is none

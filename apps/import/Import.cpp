@@ -120,6 +120,7 @@ Outcome store(ExportFile& source, const Place& place, const ImportSurroundings& 
                  .sourceBytes = static_cast<std::int64_t>(bytes)});
 
   report.tally = writer.tally();
+  report.repeatedAttributes = reader.repeatedAttributes();
   report.droppedCharacters = reader.droppedCharacters();
   report.replacedSequences = reader.replacedSequences();
   Outcome outcome{.firstDay = writer.firstStoredDay(), .exportedAt = std::nullopt};

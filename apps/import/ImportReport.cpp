@@ -22,6 +22,11 @@ constexpr Phrase days{.zh = "  圆环日:{0} 天,其中新增或更新 {1}",
                       .en = "  days of activity rings: {0}, {1} of them new or newer"};
 constexpr Phrase span{.zh = "  日期:{0} 至 {1}", .en = "  span: {0} to {1}"};
 constexpr Phrase sources{.zh = "  来源:库里现有 {0} 个", .en = "  sources: {0} in the database"};
+constexpr Phrase repeated{
+    .zh = "  写了两次的属性:{0}(以第一个为准;第二个 startDate 当作 endDate)",
+    .en =
+        "  attributes that stand twice: {0} (the first counts; a second startDate is the end "
+        "where that is missing)"};
 constexpr Phrase converted{.zh = "  换算了单位:{0}", .en = "  converted units: {0}"};
 constexpr Phrase unknownUnits{.zh = "  单位不认识:{0}(记录照原样保存,训练里的该项留空)",
                               .en =
@@ -43,11 +48,11 @@ constexpr Phrase comma{.zh = "、", .en = ", "};
 constexpr Phrase time{.zh = "  用时:{0} 秒", .en = "  time: {0} s"};
 constexpr Phrase nothingNew{.zh = "没有新数据,库里原样未变。",
                             .en = "Nothing new: the data is as it was."};
-constexpr std::array all{&into,     &intoNew,       &records,    &workouts,      &days,
-                         &span,     &sources,       &converted,  &unknownUnits,  &dropped,
-                         &replaced, &skipped,       &notStored,  &oneKind,       &routeFiles,
-                         &ecgFiles, &clinicalFiles, &otherFiles, &otherElements, &comma,
-                         &time,     &nothingNew};
+constexpr std::array all{&into,       &intoNew,  &records,       &workouts,   &days,
+                         &span,       &sources,  &repeated,      &converted,  &unknownUnits,
+                         &dropped,    &replaced, &skipped,       &notStored,  &oneKind,
+                         &routeFiles, &ecgFiles, &clinicalFiles, &otherFiles, &otherElements,
+                         &comma,      &time,     &nothingNew};
 static_assert(std::ranges::all_of(all,
                                   [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
 
@@ -118,6 +123,7 @@ std::string reportText(const ImportReport& report, SummaryLang lang) {
   page.add(phrases::sources, {grouped(tally.sources)});
   page.addUnlessZero(phrases::converted, tally.converted);
   page.addUnlessZero(phrases::unknownUnits, tally.unknownUnits);
+  page.addUnlessZero(phrases::repeated, report.repeatedAttributes);
   page.addUnlessZero(phrases::dropped, report.droppedCharacters);
   page.addUnlessZero(phrases::replaced, report.replacedSequences);
   for (const auto& [reason, skipped] : tally.skipped) {

@@ -15,6 +15,7 @@ struct ImportReport {
   bool newMember = false;
   std::string source;  ///< as named on the command line
   ImportTally tally;
+  std::int64_t repeatedAttributes = 0;
   std::int64_t droppedCharacters = 0;
   std::int64_t replacedSequences = 0;
   ExportContents beside;

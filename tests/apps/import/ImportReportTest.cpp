@@ -21,6 +21,7 @@ ImportReport fullReport() {
   report.tally.converted = 77;
   report.tally.unknownUnits = 4;
   report.tally.sources = 5;
+  report.repeatedAttributes = 2500;
   report.tally.firstDay = "2018-09-01";
   report.tally.lastDay = "2026-11-20";
   report.tally.skipped = {{"no startDate", {.count = 2, .firstLine = 1234}},
@@ -44,6 +45,8 @@ TEST(ImportReport, TellsEverything) {
             "  sources: 5 in the database\n"
             "  converted units: 77\n"
             "  unknown units: 4 (records are kept as exported, a workout's figure is left out)\n"
+            "  attributes that stand twice: 2,500 (the first counts; a second startDate is the end "
+            "where that is missing)\n"
             "  forbidden characters dropped: 3\n"
             "  invalid UTF-8 replaced by U+FFFD: 2\n"
             "  skipped 2: no startDate (the first in line 1234)\n"
@@ -81,6 +84,7 @@ TEST(ImportReport, TellsEverythingInChinese) {
             "  来源:库里现有 5 个\n"
             "  换算了单位:77\n"
             "  单位不认识:4(记录照原样保存,训练里的该项留空)\n"
+            "  写了两次的属性:2,500(以第一个为准;第二个 startDate 当作 endDate)\n"
             "  去掉的非法字符:3\n"
             "  替换为 U+FFFD 的非法 UTF-8:2\n"
             "  跳过 2 个:没有 startDate(第一个在第 1234 行)\n"

@@ -195,11 +195,18 @@ TEST_P(BrokenElements, AreRefusedWithTheirReason) {
   EXPECT_THAT(errorOf(exportOf(GetParam().elements)), HasSubstr(GetParam().reason));
 }
 
+/// An element with more attributes than any of an export, two of them of one name.
+std::string seventyAttributes() {
+  std::string element = "<Me";
+  for (int number = 0; number < 69; ++number) element += " a" + std::to_string(number) + "=''";
+  return element + " a68=''/>";
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Cases, BrokenElements,
     testing::Values(
         BrokenCase{"OtherEndTag", "<Me></You>", "an end tag does not match its start tag"},
-        BrokenCase{"AttributeTwice", "<Me a='1' a='2'/>", "an attribute stands twice"},
+        BrokenCase{"AttributeTwiceAmongTooMany", seventyAttributes(), "an attribute stands twice"},
         BrokenCase{
             "NoCharacter",
             "<Me a='&#x110000000000000000000000000000000000000000000000000000000000000000;'/>",

@@ -1,0 +1,132 @@
+#include "import/RepeatedAttributes.h"
+
+#include <algorithm>
+
+namespace {
+
+/// More than the longest tag of an export, and than the parser takes: it refuses what is left over.
+constexpr std::size_t mostHeldBack = 256UL << 10;
+
+/// An export's tags have 15 at most. A tag with more passes as it is.
+constexpr std::size_t mostAttributes = 64;
+
+constexpr std::size_t none = std::string_view::npos;
+
+constexpr bool isBlank(char letter) {
+  return letter == ' ' || letter == '\t' || letter == '\n' || letter == '\r';
+}
+
+/// Where the markup ends that begins at `open` with `start` and ends with `end`; `none` when it is
+/// cut.
+std::size_t endOf(std::string_view text, std::size_t open, std::string_view start,
+                  std::string_view end) {
+  const std::size_t found = text.find(end, open + start.size());
+  return found == none ? none : found + end.size();
+}
+
+/// Where the comment, instruction, end tag or section ends that begins at `open`; `none` when it is
+/// cut.
+std::size_t otherMarkupEnd(std::string_view text, std::size_t open) {
+  constexpr std::string_view comment = "<!--";
+  constexpr std::string_view section = "<![CDATA[";
+  const std::string_view markup = text.substr(open);
+  if (markup.starts_with(comment)) return endOf(text, open, comment, "-->");
+  if (markup.starts_with(section)) return endOf(text, open, section, "]]>");
+  if (comment.starts_with(markup) || section.starts_with(markup)) return none;
+  return endOf(text, open, "<", markup.starts_with("<?") ? "?>" : ">");
+}
+
+}  // namespace
+
+std::string_view RepeatedAttributes::removed(std::string_view piece) {
+  isCopied = !cut.empty();
+  std::string_view text = piece;
+  if (isCopied) {
+    edited = cut.append(piece);
+    text = edited;
+  }
+  std::size_t complete = completePart(text);
+  if (text.size() - complete > mostHeldBack) complete = text.size();
+  cut = text.substr(complete);
+  return isCopied ? std::string_view(edited).substr(0, complete) : text.substr(0, complete);
+}
+
+std::string_view RepeatedAttributes::rest() { return cut; }
+
+/// How much of `text` does not end inside of markup. Repairs the tags in it.
+std::size_t RepeatedAttributes::completePart(std::string_view text) {
+  std::size_t end = 0;
+  while (true) {
+    const std::size_t open = text.find('<', end);
+    if (open == none) return text.size();
+    if (open + 1 == text.size()) return open;
+    const char next = text[open + 1];
+    const bool startTag = next != '!' && next != '?' && next != '/';
+    end = startTag ? startTagEnd(text, open) : otherMarkupEnd(text, open);
+    if (end == none) return open;
+  }
+}
+
+/// Where the start tag ends that begins at `open`; `none` when it is cut.
+std::size_t RepeatedAttributes::startTagEnd(std::string_view text, std::size_t open) {
+  attributes.clear();
+  bool repeats = false;
+  std::size_t begin = open + 1;  // of the attribute's name, then behind it
+  std::size_t nameEnd = begin;
+  for (std::size_t at = begin; at < text.size(); ++at) {
+    const char letter = text[at];
+    if (letter == '>') {
+      if (repeats) repair(text);
+      return at + 1;
+    }
+    if (letter == '"' || letter == '\'') {
+      const std::size_t close = text.find(letter, at + 1);
+      if (close == none) return none;
+      repeats = note(text, {.begin = begin, .nameEnd = nameEnd, .end = close + 1}) || repeats;
+      begin = nameEnd = at = close;
+    } else if (letter != '=' && !isBlank(letter)) {
+      // The first letter behind a blank or a value begins a name.
+      if (nameEnd != at) begin = at;
+      nameEnd = at + 1;
+    }
+  }
+  return none;
+}
+
+/// Whether an attribute before this one in the tag has its name.
+bool RepeatedAttributes::note(std::string_view text, const Attribute& attribute) {
+  if (attributes.size() == mostAttributes) return false;
+  const auto nameOf = [text](const Attribute& any) {
+    return text.substr(any.begin, any.nameEnd - any.begin);
+  };
+  const bool repeats = std::ranges::find(attributes, nameOf(attribute), nameOf) != attributes.end();
+  attributes.push_back(attribute);
+  return repeats;
+}
+
+void RepeatedAttributes::repair(std::string_view text) {
+  if (!isCopied) edited = text;
+  isCopied = true;
+  constexpr std::string_view start = "startDate";
+  constexpr std::string_view end = "endDate";
+  std::vector<std::string_view> names;
+  for (const Attribute& attribute : attributes) {
+    names.push_back(text.substr(attribute.begin, attribute.nameEnd - attribute.begin));
+  }
+  bool hasEnd = std::ranges::find(names, end) != names.end();
+  for (std::size_t index = 1; index < attributes.size(); ++index) {
+    const auto before = names.begin() + static_cast<std::ptrdiff_t>(index);
+    if (std::find(names.begin(), before, names[index]) == before) continue;
+    const Attribute& attribute = attributes[index];
+    ++repeated;
+    if (names[index] == start && !hasEnd) {
+      std::fill_n(edited.begin() + static_cast<std::ptrdiff_t>(attribute.begin), start.size(), ' ');
+      end.copy(&edited[attribute.begin], end.size());
+      hasEnd = true;
+    } else {
+      std::fill(edited.begin() + static_cast<std::ptrdiff_t>(attribute.begin),
+                edited.begin() + static_cast<std::ptrdiff_t>(attribute.end),
+                ' ');
+    }
+  }
+}
