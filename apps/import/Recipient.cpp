@@ -21,7 +21,17 @@ constexpr Phrase paired{
     .en =
         "{0} has a paired phone, so the receiver writes that data and an import may not; an "
         "import under another name makes a member of its own"};
-constexpr std::array all{&otherName, &ambiguous, &paired};
+constexpr Phrase idIsName{
+    .zh = "id {0} 是另一位成员的名字,提问时分不清是谁;换一个 --id",
+    .en =
+        "{0} is another member's name, and a question could not tell the two apart; choose another "
+        "--id"};
+constexpr Phrase nameIsID{
+    .zh = "「{0}」是另一位成员的 id,提问时分不清是谁;换一个名字",
+    .en =
+        "{0} is another member's id, and a question could not tell the two apart; choose another "
+        "name"};
+constexpr std::array all{&otherName, &ambiguous, &paired, &idIsName, &nameIsID};
 static_assert(std::ranges::all_of(all,
                                   [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
 
@@ -48,11 +58,23 @@ std::optional<Member> memberOfName(const std::vector<Member>& members, const std
   return found.front();
 }
 
+/// Refuses a new member who would be asked for by the same text as another.
+void requireDistinct(const std::vector<Member>& members, const std::string& name,
+                     const std::optional<std::string>& id) {
+  if (id && std::ranges::find(members, *id, &Member::name) != members.end()) {
+    throw ImportError(phrases::idIsName, {*id});
+  }
+  if (std::ranges::find(members, name, &Member::id) != members.end()) {
+    throw ImportError(phrases::nameIsID, {name});
+  }
+}
+
 }  // namespace
 
 std::optional<Member> recipient(const std::vector<Member>& members, const std::string& name,
                                 const std::optional<std::string>& id) {
   std::optional<Member> member = id ? memberOfID(members, name, *id) : memberOfName(members, name);
+  if (!member) requireDistinct(members, name, id);
   if (member && !member->devices.empty()) throw ImportError(phrases::paired, {name});
   return member;
 }

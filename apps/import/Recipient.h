@@ -13,7 +13,8 @@
 /// One person's data must never end up in another's database, where nothing could tell the two
 /// apart again. So an id decides alone, and refuses a name that is not that member's; without an
 /// id, a name that several members have is refused. An id that nobody has is a new member, whose
-/// name may repeat. A member with a paired phone is refused too: the receiver writes that database.
-/// Refusals are ImportErrors.
+/// name may repeat; but neither may be what another member is asked for by, as an id that is
+/// another's name would be. A member with a paired phone is refused too: the receiver writes that
+/// database. Refusals are ImportErrors.
 std::optional<Member> recipient(const std::vector<Member>& members, const std::string& name,
                                 const std::optional<std::string>& id);

@@ -78,6 +78,10 @@ TEST_P(ImportMisuse, IsExplainedOnStandardErrorWithStatusTwo) {
   EXPECT_THAT(say.text, HasSubstr("--data-root <dir>"));
 }
 
+constexpr const char* nameUnusable =
+    "--member wants a name, in UTF-8, not empty, without control characters and without white "
+    "space at its ends";
+
 INSTANTIATE_TEST_SUITE_P(
     Cases, ImportMisuse,
     testing::Values(
@@ -90,24 +94,16 @@ INSTANTIATE_TEST_SUITE_P(
         MisuseCase{"NoValue", {"a.zip", "--member"}, "--member wants a value"},
         MisuseCase{"Unknown", {"--name", "Ann"}, "unknown argument: --name"},
         MisuseCase{"EmptyArgument", {""}, "unknown argument: "},
-        MisuseCase{"BlankName",
-                   {"--member", " \u00a0", "a.zip"},
-                   "--member wants a name, in UTF-8, not empty and without control characters"},
-        MisuseCase{"NameInAnotherCharacterSet",
-                   {"--member", "Ren\xe9", "a.zip"},
-                   "--member wants a name, in UTF-8, not empty and without control characters"},
-        MisuseCase{"NameOfTwoLines",
-                   {"--member", "Ann\nBen", "a.zip"},
-                   "--member wants a name, in UTF-8, not empty and without control characters"},
-        MisuseCase{"NameThatSteersATerminal",
-                   {"--member", "Ann\x1b[2J", "a.zip"},
-                   "--member wants a name, in UTF-8, not empty and without control characters"},
-        MisuseCase{"NameWithADelete",
-                   {"--member", "Ann\x7f", "a.zip"},
-                   "--member wants a name, in UTF-8, not empty and without control characters"},
+        MisuseCase{"BlankName", {"--member", " \u00a0", "a.zip"}, nameUnusable},
+        MisuseCase{"BlankBeforeTheName", {"--member", " Ann", "a.zip"}, nameUnusable},
+        MisuseCase{"NoBreakSpaceBehindTheName", {"--member", "Ann\u00a0", "a.zip"}, nameUnusable},
+        MisuseCase{"NameInAnotherCharacterSet", {"--member", "Ren\xe9", "a.zip"}, nameUnusable},
+        MisuseCase{"NameOfTwoLines", {"--member", "Ann\nBen", "a.zip"}, nameUnusable},
+        MisuseCase{"NameThatSteersATerminal", {"--member", "Ann\x1b[2J", "a.zip"}, nameUnusable},
+        MisuseCase{"NameWithADelete", {"--member", "Ann\x7f", "a.zip"}, nameUnusable},
         MisuseCase{"NameWithAControlCharacterOfTwoBytes",
                    {"--member", "Ann\u009b", "a.zip"},
-                   "--member wants a name, in UTF-8, not empty and without control characters"},
+                   nameUnusable},
         MisuseCase{"EmptyDataRoot",
                    {"--data-root", "", "--member", "Ann", "a.zip"},
                    "--data-root wants a folder"},

@@ -65,6 +65,13 @@ TEST(Recipient, IsRefusedWhenTheIDIsSomebodyElses) {
   EXPECT_THAT(refusal("Ann", "m-3"), HasSubstr("the id m-3 is 小美's, not Ann's"));
 }
 
+TEST(Recipient, IsRefusedWhenNewAndAskedForLikeAnother) {
+  EXPECT_THAT(refusal("Zoe", "Ann"), HasSubstr("Ann is another member's name"));
+  EXPECT_THAT(refusal("m-3", std::nullopt), HasSubstr("m-3 is another member's id"));
+  EXPECT_THAT(refusal("m-3", "z-1"), HasSubstr("m-3 is another member's id"));
+  EXPECT_EQ(recipient(family, "Zoe", "Zoe"), std::nullopt);
+}
+
 TEST(Recipient, IsRefusedWhenPairedByNameAndByID) {
   EXPECT_THAT(refusal("Ben", std::nullopt), HasSubstr("Ben has a paired phone"));
   EXPECT_THAT(refusal("Ben", "b-2"), HasSubstr("Ben has a paired phone"));
