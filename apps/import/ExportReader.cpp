@@ -117,16 +117,17 @@ namespace {
 /// Brings unit and number to the unit in which the type is stored.
 void convert(ExportedRecord& record) {
   if (!record.number) return;
-  const StoredUnit stored = StoredUnit::of(record.type);
+  const std::optional<std::string_view> stored = StoredUnit::of(record.type);
+  if (!stored || record.unit == stored) return;
   const std::string_view unit = record.unit.value_or(std::string_view());
-  if (stored.conversion == nullptr || unit == stored.unit) return;
-  const std::optional<double> number = stored.conversion({.number = *record.number, .unit = unit});
+  const std::optional<double> number =
+      Units::converted({.number = *record.number, .unit = unit}, *stored);
   if (!number) {
     record.unknownUnit = true;
     return;
   }
   record.number = number;
-  record.unit = stored.unit;
+  record.unit = stored;
   record.converted = true;
 }
 
@@ -171,6 +172,29 @@ bool ExportReader::startWorkout(const Attributes& attributes) {
   return true;
 }
 
+namespace {
+
+/// Brings the energies of a day to the unit that all energies are stored in.
+void convert(ExportedActivityDay& day) {
+  constexpr std::string_view stored = "kcal";
+  if (!day.activeEnergyUnit || *day.activeEnergyUnit == stored) return;
+  const std::string unit = *day.activeEnergyUnit;
+  // A unit is known or not, whatever the number.
+  if (!Units::converted({.number = 0, .unit = unit}, stored)) {
+    day.unknownUnit = true;
+    return;
+  }
+  const auto bring = [&](std::optional<double>& energy) {
+    if (energy) energy = Units::converted({.number = *energy, .unit = unit}, stored);
+  };
+  bring(day.activeEnergy);
+  bring(day.activeEnergyGoal);
+  day.activeEnergyUnit = stored;
+  day.converted = true;
+}
+
+}  // namespace
+
 void ExportReader::addDay(const Attributes& attributes) {
   const std::string_view date = attributes.find("dateComponents").value_or(std::string_view());
   if (date.size() != 10 || !isDay(date)) {
@@ -182,17 +206,24 @@ void ExportReader::addDay(const Attributes& attributes) {
     const std::optional<std::string_view> value = attributes.find(name);
     return value ? Units::number(*value) : std::nullopt;
   };
+  // Minutes of movement had another name in older exports.
+  const auto either = [&number](std::string_view name, std::string_view olderName) {
+    const std::optional<double> value = number(name);
+    return value ? value : number(olderName);
+  };
   const std::optional<std::string_view> unit = attributes.find("activeEnergyBurnedUnit");
-  sink.add(ExportedActivityDay{
+  ExportedActivityDay day{
       .date = std::string(date),
       .activeEnergy = number("activeEnergyBurned"),
       .activeEnergyGoal = number("activeEnergyBurnedGoal"),
       .activeEnergyUnit = unit ? std::optional<std::string>(*unit) : std::nullopt,
-      .moveTime = number("appleMoveTime"),
-      .moveTimeGoal = number("appleMoveTimeGoal"),
+      .moveTime = either("appleMoveTime", "appleMoveMinutes"),
+      .moveTimeGoal = either("appleMoveTimeGoal", "appleMoveMinutesGoal"),
       .exerciseTime = number("appleExerciseTime"),
       .exerciseTimeGoal = number("appleExerciseTimeGoal"),
       .standHours = number("appleStandHours"),
       .standHoursGoal = number("appleStandHoursGoal"),
-  });
+  };
+  convert(day);
+  sink.add(day);
 }

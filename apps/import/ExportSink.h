@@ -21,8 +21,8 @@ struct ExportedRecord {
   std::optional<std::string_view> value;
   std::optional<double> number;  ///< when the whole value is a finite number; converted
   bool converted = false;        ///< unit and number were converted to the unit we store
-  /// The type is stored in a unit of our choice and this one, or none, cannot be converted to it:
-  /// unit and number are as exported, so that the row itself tells what its number means.
+  /// The type is stored in one unit and this one, or none, cannot be converted to it: unit and
+  /// number are as exported, so that the row itself tells what its number means.
   bool unknownUnit = false;
 };
 
@@ -38,7 +38,7 @@ struct ExportedWorkout {
   bool operator==(const ExportedWorkout&) const = default;
 };
 
-/// The rings of one day.
+/// The rings of one day, energies in kilocalories.
 struct ExportedActivityDay {
   std::string date;  ///< "2024-03-01"
   std::optional<double> activeEnergy;
@@ -50,6 +50,8 @@ struct ExportedActivityDay {
   std::optional<double> exerciseTimeGoal;
   std::optional<double> standHours;
   std::optional<double> standHoursGoal;
+  bool converted = false;    ///< energies were converted to the unit we store
+  bool unknownUnit = false;  ///< energies are in a unit that we cannot convert, as exported
 
   bool operator==(const ExportedActivityDay&) const = default;
 };

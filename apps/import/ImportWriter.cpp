@@ -1,9 +1,14 @@
 #include "import/ImportWriter.h"
 #include "import/ImportStatistics.h"
 #include "import/StoredUnit.h"
+#include "import/Units.h"
 #include "platform/AppleFormat.h"
 
 #include <nlohmann/json.hpp>
+
+#include <array>
+#include <cmath>
+#include <utility>
 
 namespace {
 
@@ -35,14 +40,8 @@ std::int64_t begun(Database& database, const ImportWriter::Setting& setting) {
 }
 
 constexpr const char* recordSearch =
-    "SELECT 1 FROM records WHERE type = ? AND source_name IS ? AND start_date = ?"
-    " AND end_date IS ? AND value IS ?";
-// The phone exports a sample in the unit that is chosen there at that time: "1.609344" km once and
-// "1" mi later. Each text is rounded to six digits or so.
-constexpr const char* rewordedSearch =
-    "SELECT 1 FROM records WHERE type = ?1 AND source_name IS ?2 AND start_date = ?3"
-    " AND end_date IS ?4 AND value IS NOT ?5 AND unit IS ?6"
-    " AND abs(value_num - ?7) <= abs(?7) * 1e-5";
+    "SELECT value, value_num, unit IS ?5 FROM records WHERE type = ?1 AND source_name IS ?2"
+    " AND start_date = ?3 AND end_date IS ?4";
 constexpr const char* recordInsertion =
     "INSERT OR IGNORE INTO records (type, source_name, device, unit, start_date, start_day,"
     " end_date, creation_date, value, value_num) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
@@ -88,12 +87,11 @@ std::optional<std::string_view> unlessEmpty(std::string_view text) {
 
 }  // namespace
 
-ImportWriter::ImportWriter(Database& database, Setting setting)
+ImportWriter::ImportWriter(Database& database, Setting chosen)
     : database(database),
-      setting(setting),
+      setting(std::move(chosen)),
       lastRowBefore(begun(database, setting)),
       findRecord(database.prepare(recordSearch, "")),
-      findReworded(database.prepare(rewordedSearch, "")),
       insertRecord(database.prepare(recordInsertion, "")),
       insertWorkout(database.prepare(workoutInsertion, "")),
       insertHumidity(database.prepare(humidityInsertion, "")),
@@ -119,25 +117,70 @@ void ImportWriter::bindIfChanged(std::size_t position, std::optional<std::string
   insertRecord.bind(static_cast<int>(position), text);
 }
 
+/// The unit of the first number that was stored of the record's type; the record's own when it is
+/// the first.
+std::string ImportWriter::firstUnitOf(const ExportedRecord& record) {
+  std::string unit;
+  // Mostly all numbers of a type are in one unit, which the index finds at once; to find the first
+  // row takes as long as there are rows of the type.
+  constexpr std::array searches{
+      "SELECT unit FROM records WHERE type = ? AND unit IS NOT NULL AND value_num IS NOT NULL"
+      " LIMIT 1",
+      "SELECT unit FROM records WHERE type = ? AND unit IS NOT NULL AND value_num IS NOT NULL"
+      " ORDER BY rowid LIMIT 1"};
+  for (const char* search : searches) {
+    Statement query = database.prepare(search, "");
+    const std::optional<Row> row = query.bind(1, record.type).next();
+    const std::optional<std::string> stored = row ? row->find<std::string>(0) : std::nullopt;
+    if (!stored || *stored == *record.unit) return std::string(*record.unit);
+    unit = *stored;
+  }
+  return unit;
+}
+
+/// Brings the record of a type that has no unit of our choice to the one that the database has.
+void ImportWriter::convert(ExportedRecord& record) {
+  if (!record.number || !record.unit || StoredUnit::of(record.type)) return;
+  auto first = firstUnits.find(record.type);
+  if (first == firstUnits.end()) {
+    first = firstUnits.emplace(record.type, firstUnitOf(record)).first;
+  }
+  if (*record.unit == first->second) return;
+  const std::optional<double> number =
+      Units::converted({.number = *record.number, .unit = *record.unit}, first->second);
+  if (!number) {
+    record.unknownUnit = true;
+    return;
+  }
+  record.number = number;
+  record.unit = first->second;
+  record.converted = true;
+}
+
+/// Whether the sample is there: the same text, or a number that lies no further from the stored one
+/// than the phone's rounding. The phone exports a sample in the unit that is chosen there at that
+/// time, "1.609344" km once and "1" mi later.
 bool ImportWriter::isStored(const ExportedRecord& record) {
   findRecord.bind(1, record.type).bind(2, record.sourceName).bind(3, record.startDate);
-  findRecord.bind(4, record.endDate).bind(5, record.value);
-  return changed(findRecord);
+  findRecord.bind(4, record.endDate).bind(5, record.unit);
+  const bool comparable = record.number && record.unit && Units::isConvertible(*record.unit);
+  const double rounding = comparable ? Units::roundingIn(*record.unit, *record.number) : 0;
+  bool found = false;
+  while (const std::optional<Row> row = findRecord.next()) {
+    const bool sameText = row->isNull(0) ? !record.value : row->bytes(0) == record.value;
+    const std::optional<double> number = row->find<double>(1);
+    const bool sameUnit = row->find<std::int64_t>(2) == 1;
+    const bool sameNumber =
+        comparable && sameUnit && number && std::abs(*number - *record.number) <= rounding;
+    found = found || sameText || sameNumber;
+  }
+  findRecord.reset();
+  return found;
 }
 
-/// Whether the same sample is there from an export that had it in another unit. One export has each
-/// type in one unit, so that a database which held no records before needs no search.
-bool ImportWriter::isStoredInOtherWords(const ExportedRecord& record) {
-  if (lastRowBefore == 0 || !record.number) return false;
-  const StoredUnit stored = StoredUnit::of(record.type);
-  if (stored.conversion == nullptr || record.unit != stored.unit) return false;
-  findReworded.bind(1, record.type).bind(2, record.sourceName).bind(3, record.startDate);
-  findReworded.bind(4, record.endDate).bind(5, record.value).bind(6, record.unit);
-  findReworded.bind(7, record.number);
-  return changed(findReworded);
-}
-
-void ImportWriter::add(const ExportedRecord& record) {
+void ImportWriter::add(const ExportedRecord& exported) {
+  ExportedRecord record = exported;
+  convert(record);
   ++counts.records.read;
   if (record.converted) ++counts.converted;
   if (record.unknownUnit) ++counts.unknownUnits;
@@ -145,8 +188,11 @@ void ImportWriter::add(const ExportedRecord& record) {
 
   // For the table's constraint a NULL equals nothing, so such a row would come again every time.
   const bool comparable = record.sourceName && record.endDate && record.value;
-  if (!comparable && isStored(record)) return;
-  if (isStoredInOtherWords(record)) return;
+  // One export has each type in one unit, so nothing is there in other words that was not there
+  // before it.
+  const bool mayBeReworded =
+      lastRowBefore != 0 && record.number && record.unit && Units::isConvertible(*record.unit);
+  if ((!comparable || mayBeReworded) && isStored(record)) return;
   bindIfChanged(1, record.type);
   bindIfChanged(2, record.sourceName);
   bindIfChanged(3, record.device);
@@ -185,6 +231,8 @@ void ImportWriter::addHumidity(const WorkoutEntry& entry) {
 
 void ImportWriter::add(const ExportedActivityDay& day) {
   ++counts.activityDays.read;
+  if (day.converted) ++counts.converted;
+  if (day.unknownUnit) ++counts.unknownUnits;
   Statement& statement = olderExport ? insertDay : upsertDay;
   statement.bind(1, day.date).bind(2, day.activeEnergy).bind(3, day.activeEnergyGoal);
   statement.bind(4, day.activeEnergyUnit).bind(5, day.moveTime).bind(6, day.moveTimeGoal);

@@ -8,6 +8,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,7 +17,9 @@
 /// Writes in one transaction, which `finish` commits: a run that ends in any other way, the death
 /// of the process and a power failure included, leaves the database as it was. What is stored
 /// already stays as it is, but for the rings of a day, which a newer export knows better. A sample
-/// whose unit was changed on the phone since it was stored is stored already. Failures leave as
+/// whose unit was changed on the phone since it was stored is stored already. The numbers of one
+/// type are all in one unit: a type for which StoredUnit has none takes the one that the database
+/// has first; what cannot be converted to it is stored as exported and counted. Failures leave as
 /// ReceiverError with SQLite's own message, mostly.
 class ImportWriter final : public ExportSink {
 public:
@@ -40,7 +44,7 @@ public:
 
   /// Begins. `database` has the present schema, may be written, has no open transaction, and
   /// outlives the writer.
-  ImportWriter(Database& database, Setting setting);
+  ImportWriter(Database& database, Setting chosen);
 
   void exportedAt(std::string_view stamp) override;
   void add(const ExportedRecord& record) override;
@@ -59,8 +63,9 @@ public:
   const std::optional<std::string>& firstStoredDay() const { return firstStored; }
 
 private:
+  std::string firstUnitOf(const ExportedRecord& record);
+  void convert(ExportedRecord& record);
   bool isStored(const ExportedRecord& record);
-  bool isStoredInOtherWords(const ExportedRecord& record);
   void bindIfChanged(std::size_t position, std::optional<std::string_view> text);
   void addHumidity(const WorkoutEntry& entry);
   void insertRun(const Origin& origin);
@@ -69,7 +74,6 @@ private:
   Setting setting;
   std::int64_t lastRowBefore;
   Statement findRecord;
-  Statement findReworded;
   Statement insertRecord;
   Statement insertWorkout;
   Statement insertHumidity;
@@ -77,6 +81,7 @@ private:
   Statement insertDay;
   /// What the first four positions of `insertRecord` are bound to: neighbours share most of it.
   std::array<std::optional<std::string>, 4> bound;
+  std::map<std::string, std::string, std::less<>> firstUnits;  ///< by type, where asked for so far
   bool olderExport = false;
   ImportTally counts;
   std::optional<std::string> firstStored;

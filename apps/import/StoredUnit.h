@@ -1,22 +1,15 @@
 #pragma once
-// The types that the database keeps in a unit of our choice, whatever unit an export has them in.
-
-#include "import/Units.h"
+// The unit in which the numbers of a type are stored, whatever unit an export has them in.
 
 #include <optional>
 #include <string_view>
 
-/// How the numbers of a type are stored.
-struct StoredUnit {
-  /// Brings a number to `unit`; null for a type whose numbers are stored as exported.
-  std::optional<double> (*conversion)(const Quantity&) = nullptr;
-  std::string_view unit;
+namespace StoredUnit {
 
-  /// That of `type`, which has no prefix any more ("BodyMass").
-  static constexpr StoredUnit of(std::string_view type) {
-    if (type.starts_with("Distance")) return {Units::kilometres, "km"};
-    if (type.ends_with("EnergyBurned")) return {Units::kilocalories, "kcal"};
-    if (type == "BodyMass") return {Units::kilograms, "kg"};
-    return {};
-  }
-};
+/// That of `type`, which has no prefix any more ("BodyMass"): for each type whose unit can be
+/// chosen on the phone, and for times and rates, the one that a phone set to metric units exports.
+/// Of distances it is km, of energy kcal. `nullopt` for all other types: they are stored in the
+/// unit that came first.
+std::optional<std::string_view> of(std::string_view type);
+
+}  // namespace StoredUnit

@@ -1,5 +1,5 @@
 #pragma once
-// The numbers of an export and their units, brought to the units that the database keeps.
+// The numbers of an export, and the units that measure the same thing.
 
 #include <optional>
 #include <string_view>
@@ -12,9 +12,7 @@ struct Quantity {
   bool operator==(const Quantity&) const = default;
 };
 
-/// All but the first two answer `nullopt` for a unit they do not know and for a result that is not
-/// finite. A number that is already in the wanted unit comes back unchanged. Units are spelled as
-/// exports spell them, letter case included: "Cal" is a thousand "cal".
+/// Units are spelled as exports spell them, letter case included: "Cal" is a thousand "cal".
 namespace Units {
 
 /// The number that the whole of `text` is, in any locale; `nullopt` when it is none or not finite.
@@ -23,15 +21,17 @@ std::optional<double> number(std::string_view text);
 /// "418 cm": a finite number, blanks (no-break ones too) or none, a unit or none.
 std::optional<Quantity> quantity(std::string_view text);
 
-std::optional<double> kilometres(const Quantity& length);
-std::optional<double> metres(const Quantity& length);
-std::optional<double> kilocalories(const Quantity& energy);
-std::optional<double> kilograms(const Quantity& mass);
-std::optional<double> minutes(const Quantity& time);
-std::optional<double> celsius(const Quantity& temperature);
-std::optional<double> beatsPerMinute(const Quantity& rate);
+/// The number of `quantity` in `unit`; unchanged when it is in that unit already, whatever unit
+/// that is. `nullopt` when one of the two units is unknown, when they measure different things, and
+/// when the result is not finite.
+std::optional<double> converted(const Quantity& quantity, std::string_view unit);
 
-/// Metabolic equivalents: "4.5 kcal/hr·kg", however its denominator is spelled, or a number alone.
-std::optional<double> mets(const Quantity& intensity);
+/// Whether numbers in `unit` may come in another unit too.
+bool isConvertible(std::string_view unit);
+
+/// How far apart two numbers in `unit`, one of them `number`, may lie and be one sample: the phone
+/// writes six digits or so of a number in the unit that is chosen there. A hundred-thousandth, of
+/// the number itself or, for a temperature, of what it is with its zero elsewhere.
+double roundingIn(std::string_view unit, double number);
 
 }  // namespace Units

@@ -24,8 +24,8 @@ WorkoutParts::WorkoutParts(std::string_view startDate, const Attributes& attribu
   entry.end = attributes.find("endDate").value_or(std::string_view());
   entry.source = attributes.find("sourceName").value_or(std::string_view());
   workout.creationDate = owned(attributes.find("creationDate"));
-  entry.duration_min = converted(
-      attributes.find("duration"), attributes.find("durationUnit"), Units::minutes, "min");
+  entry.duration_min =
+      converted(attributes.find("duration"), attributes.find("durationUnit"), "min");
   distance = {owned(attributes.find("totalDistance")), owned(attributes.find("totalDistanceUnit"))};
   energy = {owned(attributes.find("totalEnergyBurned")),
             owned(attributes.find("totalEnergyBurnedUnit"))};
@@ -41,18 +41,18 @@ void WorkoutParts::addStatistics(const Attributes& attributes) {
   if (type == "HeartRate") {
     const auto complete = [&](std::optional<double>& figure, std::string_view name) {
       if (figure) return;
-      figure = converted(attributes.find(name), unit, Units::beatsPerMinute, "count/min");
+      figure = converted(attributes.find(name), unit, "count/min");
     };
     complete(entry.hr_avg, "average");
     complete(entry.hr_min, "minimum");
     complete(entry.hr_max, "maximum");
   } else if (type == "ActiveEnergyBurned") {
-    addTo(entry.active_energy_kcal, converted(sum, unit, Units::kilocalories, "kcal"));
+    addTo(entry.active_energy_kcal, converted(sum, unit, "kcal"));
   } else if (type == "BasalEnergyBurned") {
-    addTo(entry.basal_energy_kcal, converted(sum, unit, Units::kilocalories, "kcal"));
+    addTo(entry.basal_energy_kcal, converted(sum, unit, "kcal"));
   } else if (type.starts_with("Distance")) {
     // A triathlon has one of these for each way of moving; its distance is all of them.
-    addTo(entry.distance_km, converted(sum, unit, Units::kilometres, "km"));
+    addTo(entry.distance_km, converted(sum, unit, "km"));
   }
 }
 
@@ -91,28 +91,29 @@ void WorkoutParts::addMetadata(const Attributes& attributes) {
     if (!entry.humidity) entry.humidity = humidityOf(value, sourceVersion);
     return;
   }
-  const std::optional<Quantity> quantity = Units::quantity(value);
+  std::optional<Quantity> quantity = Units::quantity(value);
   if (!quantity) return;
-  const auto complete =
-      [&](std::optional<double>& figure, Conversion conversion, std::string_view target) {
-        if (!figure) figure = converted(*quantity, conversion, target);
-      };
+  const auto complete = [&](std::optional<double>& figure, std::string_view unit) {
+    if (!figure) figure = converted(*quantity, unit);
+  };
   if (key == "HKAverageMETs") {
-    complete(entry.avg_mets, Units::mets, quantity->unit);
+    // Its unit says how a number is meant that can be nothing else.
+    if (quantity->unit.empty()) quantity->unit = "kcal/hr·kg";
+    complete(entry.avg_mets, "kcal/hr·kg");
   } else if (key == "HKElevationAscended") {
-    complete(entry.elevation_m, Units::metres, "m");
+    complete(entry.elevation_m, "m");
   } else if (key == "HKWeatherTemperature") {
-    complete(entry.temp_c, Units::celsius, "degC");
+    complete(entry.temp_c, "degC");
   }
 }
 
 ExportedWorkout WorkoutParts::finished() && {
   WorkoutEntry& entry = workout.entry;
   if (!entry.distance_km) {
-    entry.distance_km = converted(distance.number, distance.unit, Units::kilometres, "km");
+    entry.distance_km = converted(distance.number, distance.unit, "km");
   }
   if (!entry.active_energy_kcal) {
-    entry.active_energy_kcal = converted(energy.number, energy.unit, Units::kilocalories, "kcal");
+    entry.active_energy_kcal = converted(energy.number, energy.unit, "kcal");
   }
   return std::move(workout);
 }
@@ -120,16 +121,14 @@ ExportedWorkout WorkoutParts::finished() && {
 /// `number` in `target`; absent when it is no number.
 std::optional<double> WorkoutParts::converted(std::optional<std::string_view> number,
                                               std::optional<std::string_view> unit,
-                                              Conversion conversion, std::string_view target) {
+                                              std::string_view target) {
   const std::optional<double> value = number ? Units::number(*number) : std::nullopt;
   if (!value) return std::nullopt;
-  return converted(
-      {.number = *value, .unit = unit.value_or(std::string_view())}, conversion, target);
+  return converted({.number = *value, .unit = unit.value_or(std::string_view())}, target);
 }
 
-std::optional<double> WorkoutParts::converted(const Quantity& quantity, Conversion conversion,
-                                              std::string_view target) {
-  const std::optional<double> result = conversion(quantity);
+std::optional<double> WorkoutParts::converted(const Quantity& quantity, std::string_view target) {
+  const std::optional<double> result = Units::converted(quantity, target);
   if (!result) {
     workout.unknownUnit = true;
   } else if (quantity.unit != target) {

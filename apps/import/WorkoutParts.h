@@ -34,13 +34,9 @@ private:
     std::optional<std::string> unit;
   };
 
-  using Conversion = std::optional<double> (*)(const Quantity&);
-
   std::optional<double> converted(std::optional<std::string_view> number,
-                                  std::optional<std::string_view> unit, Conversion conversion,
-                                  std::string_view target);
-  std::optional<double> converted(const Quantity& quantity, Conversion conversion,
-                                  std::string_view target);
+                                  std::optional<std::string_view> unit, std::string_view target);
+  std::optional<double> converted(const Quantity& quantity, std::string_view target);
 
   ExportedWorkout workout;
   std::optional<std::string> sourceVersion;

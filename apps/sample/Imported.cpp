@@ -9,10 +9,16 @@ void Imported::note(Stamp start) {
 void Imported::add(const Sample& sample) {
   Sample imported = sample;
   imported.dated = true;
-  const auto* metres = std::get_if<Decimal>(&sample.value);
-  if (metres != nullptr && sample.unit == "m" && sample.type.starts_with("Distance")) {
+  const auto* number = std::get_if<Decimal>(&sample.value);
+  if (number != nullptr && sample.unit == "m" && sample.type.starts_with("Distance")) {
     imported.unit = "km";
-    imported.value = Decimal{metres->digits, metres->places + 3};
+    imported.value = Decimal{number->digits, number->places + 3};
+  } else if (number != nullptr && sample.unit == "kJ") {
+    constexpr double kilojoulesPerKilocalorie = 4.184;
+    imported.unit = "kcal";
+    imported.value = Decimal::nearest(number->number() / kilojoulesPerKilocalorie, 6);
+  } else if (sample.unit == "bpm") {
+    imported.unit = "count/min";
   }
   note(sample.start);
   sink.add(imported);

@@ -105,7 +105,7 @@ TEST_P(RecordUnits, AreConvertedWhereWeStoreAnother) {
 
   EXPECT_EQ(record.unit, given.storedUnit);
   ASSERT_TRUE(record.number);
-  EXPECT_DOUBLE_EQ(*record.number, given.number);
+  EXPECT_NEAR(*record.number, given.number, 1e-7 * given.number);
   EXPECT_EQ(record.value, given.value);
   EXPECT_EQ(record.converted, given.converted);
   EXPECT_EQ(record.unknownUnit, given.unknownUnit);
@@ -121,8 +121,28 @@ INSTANTIATE_TEST_SUITE_P(
         UnitCase{"LargeCalories", "ActiveEnergyBurned", "Cal", "3", "kcal", 3, true, false},
         UnitCase{"Kilojoules", "BasalEnergyBurned", "kJ", "4.184", "kcal", 1, true, false},
         UnitCase{"Pounds", "BodyMass", "lb", "100", "kg", 45.359237, true, false},
-        UnitCase{"LeanMassIsNot", "LeanBodyMass", "lb", "100", "lb", 100, false, false},
-        UnitCase{"HeightIsNot", "Height", "cm", "170", "cm", 170, false, false}),
+        UnitCase{"LeanMass", "LeanBodyMass", "lb", "100", "kg", 45.359237, true, false},
+        UnitCase{"Height", "Height", "cm", "170", "cm", 170, false, false},
+        UnitCase{"HeightInFeet", "Height", "ft", "5.5", "cm", 167.64, true, false},
+        UnitCase{"Fever", "BodyTemperature", "degF", "101.3", "degC", 38.5, true, false},
+        UnitCase{"Speed", "WalkingSpeed", "mi/hr", "3", "km/hr", 4.828032, true, false},
+        UnitCase{"Step", "WalkingStepLength", "in", "28", "cm", 71.12, true, false},
+        UnitCase{"Stairs", "StairAscentSpeed", "ft/s", "1", "m/s", 0.3048, true, false},
+        UnitCase{"Water", "DietaryWater", "fl_oz_us", "8", "mL", 236.5882365, true, false},
+        UnitCase{"Sodium", "DietarySodium", "g", "1.5", "mg", 1500, true, false},
+        UnitCase{
+            "Pressure", "BloodPressureSystolic", "kPa", "16", "mmHg", 120.0098521, true, false},
+        UnitCase{"Glucose",
+                 "BloodGlucose",
+                 "mmol&lt;180.1558800000541&gt;/L",
+                 "5.5",
+                 "mg/dL",
+                 99.085734,
+                 true,
+                 false},
+        UnitCase{"Minutes", "AppleExerciseTime", "s", "90", "min", 1.5, true, false},
+        UnitCase{"UnknownTemperature", "BodyTemperature", "°C", "38", "°C", 38, false, true},
+        UnitCase{"TypeWithoutAUnitOfOurs", "StepCount", "dozen", "4", "dozen", 4, false, false}),
     [](const auto& test) { return test.param.name; });
 
 TEST(ExportedRecords, WithoutAUnitAreOfAnUnknownOneWhereWeStoreAnother) {
@@ -233,13 +253,39 @@ TEST(ExportedDays, HaveTheFiguresThatTheExportHas) {
   EXPECT_EQ(day.date, "2024-03-01");
   EXPECT_EQ(day.activeEnergy, 412.5);
   EXPECT_EQ(day.activeEnergyGoal, 500);
-  EXPECT_EQ(day.activeEnergyUnit, "Cal");
+  EXPECT_EQ(day.activeEnergyUnit, "kcal");
   EXPECT_EQ(day.moveTime, 0);
   EXPECT_EQ(day.moveTimeGoal, std::nullopt);
   EXPECT_EQ(day.exerciseTime, 31);
   EXPECT_EQ(day.exerciseTimeGoal, 30);
   EXPECT_EQ(day.standHours, 11);
   EXPECT_EQ(day.standHoursGoal, 12);
+}
+
+TEST(ExportedDays, HaveTheirEnergiesInKilocalories) {
+  const CollectingSink sink =
+      sinkOf(exportOf("<ActivitySummary dateComponents=\"2024-03-01\" activeEnergyBurned=\"418.4\""
+                      " activeEnergyBurnedGoal=\"836.8\" activeEnergyBurnedUnit=\"kJ\"/>"
+                      "<ActivitySummary dateComponents=\"2024-03-02\" activeEnergyBurned=\"3\""
+                      " activeEnergyBurnedUnit=\"fire\"/>"));
+
+  ASSERT_EQ(sink.days.size(), 2U);
+  EXPECT_EQ(sink.days[0].activeEnergy, 100);
+  EXPECT_EQ(sink.days[0].activeEnergyGoal, 200);
+  EXPECT_EQ(sink.days[0].activeEnergyUnit, "kcal");
+  EXPECT_TRUE(sink.days[0].converted);
+  EXPECT_EQ(sink.days[1].activeEnergy, 3);
+  EXPECT_EQ(sink.days[1].activeEnergyUnit, "fire");
+  EXPECT_TRUE(sink.days[1].unknownUnit);
+}
+
+TEST(ExportedDays, KnowTheOlderNameOfMinutesOfMovement) {
+  const CollectingSink sink =
+      sinkOf(exportOf("<ActivitySummary dateComponents=\"2024-03-01\" appleMoveMinutes=\"25\""
+                      " appleMoveMinutesGoal=\"30\"/>"));
+
+  EXPECT_EQ(sink.days.at(0).moveTime, 25);
+  EXPECT_EQ(sink.days.at(0).moveTimeGoal, 30);
 }
 
 TEST(ExportDate, IsTold) {
