@@ -26,7 +26,8 @@ std::size_t whatItSays(std::string_view rest) {
 /// Reads `document` into `sink` and tells how that ends: with a refusal, or with so many characters
 /// dropped and replaced. A refusal comes without those: they depend on how far the piece goes.
 std::string endOfReading(CollectingSink& sink, std::string_view document, Length length) {
-  ExportReader reader(sink);
+  TimeZone zone = berlin();
+  ExportReader reader(sink, zone);
   try {
     for (std::string_view rest = document; !rest.empty();) {
       const std::string_view piece = rest.substr(0, length(rest));

@@ -33,7 +33,8 @@ static_assert(std::ranges::all_of(all, inBothLanguages));
 
 }  // namespace
 
-ExportReader::ExportReader(ExportSink& target) : sink(target), parser(*this) {}
+ExportReader::ExportReader(ExportSink& target, TimeZone& zone)
+    : sink(target), parser(*this), stamps(zone) {}
 
 void ExportReader::feed(std::string_view bytes) {
   parser.parse(unrepeated.removed(prolog.passed(text.cleaned(bytes))));
@@ -79,7 +80,10 @@ void ExportReader::startTopElement(std::string_view name, const Attributes& attr
   } else if (name == "ActivitySummary") {
     addDay(attributes);
   } else if (name == "ExportDate") {
-    if (const auto stamp = attributes.findFilled("value")) sink.exportedAt(*stamp);
+    if (const auto stamp = attributes.findFilled("value")) {
+      exportDate = AppleFormat::stampParser.stamp(*stamp);
+      sink.exportedAt(*stamp);
+    }
   } else {
     sink.notStored(name);
   }
@@ -100,16 +104,12 @@ void ExportReader::startPart(std::string_view name, const Attributes& attributes
   }
 }
 
-/// Whether `stamp` begins with a day. The start of a stamp is all that is asked of it: phones with
-/// other clocks and calendars have written hours in several ways.
-bool ExportReader::isDay(std::string_view stamp) {
-  constexpr std::size_t length = 10;
-  const std::string_view day = stamp.substr(0, length);
-  if (day.size() < length) return false;
-  if (day == knownDay) return true;
-  if (!AppleFormat::dayParser.parse(day)) return false;
-  knownDay = day;
-  return true;
+/// Whether an element that starts at `start` belongs to a day; tells the sink when not.
+bool ExportReader::hasDay(const LocalStamp& start) {
+  if (start.day()) return true;
+  const bool missing = start.text().empty();
+  sink.skipped((missing ? SkipReasons::noStart : SkipReasons::startIsNoDate).en, parser.line());
+  return false;
 }
 
 namespace {
@@ -137,19 +137,22 @@ void convert(ExportedRecord& record) {
 bool ExportReader::addRecord(const Attributes& attributes) {
   ExportedRecord record;
   record.type = TypeNames::ofRecord(attributes.find("type").value_or(std::string_view()));
-  record.startDate = attributes.find("startDate").value_or(std::string_view());
   if (record.type.empty()) {
     sink.skipped(SkipReasons::noType.en, parser.line());
     return false;
   }
-  if (!isDay(record.startDate)) {
-    const bool missing = record.startDate.empty();
-    sink.skipped((missing ? SkipReasons::noStart : SkipReasons::startIsNoDate).en, parser.line());
-    return false;
-  }
-  record.startDay = record.startDate.substr(0, 10);
-  record.endDate = attributes.find("endDate");
-  record.creationDate = attributes.find("creationDate");
+  const LocalStamp start = stamps.local(attributes.find("startDate").value_or(std::string_view()));
+  if (!hasDay(start)) return false;
+  const auto localized = [&](std::string_view name) {
+    const std::optional<std::string_view> stamp = attributes.find(name);
+    return stamp ? std::optional(stamps.local(*stamp)) : std::nullopt;
+  };
+  const std::optional<LocalStamp> end = localized("endDate");
+  const std::optional<LocalStamp> creation = localized("creationDate");
+  record.startDate = start.text();
+  record.startDay = start.day();
+  if (end) record.endDate = end->text();
+  if (creation) record.creationDate = creation->text();
   record.sourceName = attributes.find("sourceName");
   record.device = attributes.find("device");
   record.unit = attributes.find("unit");
@@ -162,13 +165,9 @@ bool ExportReader::addRecord(const Attributes& attributes) {
 
 /// Whether the workout can be stored; tells the sink when not.
 bool ExportReader::startWorkout(const Attributes& attributes) {
-  const std::string_view start = attributes.find("startDate").value_or(std::string_view());
-  if (!isDay(start)) {
-    const bool missing = start.empty();
-    sink.skipped((missing ? SkipReasons::noStart : SkipReasons::startIsNoDate).en, parser.line());
-    return false;
-  }
-  workout.emplace(start, attributes);
+  const LocalStamp start = stamps.local(attributes.find("startDate").value_or(std::string_view()));
+  if (!hasDay(start)) return false;
+  workout.emplace(start, attributes, stamps);
   return true;
 }
 
@@ -197,7 +196,7 @@ void convert(ExportedActivityDay& day) {
 
 void ExportReader::addDay(const Attributes& attributes) {
   const std::string_view date = attributes.find("dateComponents").value_or(std::string_view());
-  if (date.size() != 10 || !isDay(date)) {
+  if (date.size() != 10 || !AppleFormat::dayParser.parse(date)) {
     const bool missing = date.empty();
     sink.skipped((missing ? SkipReasons::noDay : SkipReasons::dayIsNoDate).en, parser.line());
     return;

@@ -3,11 +3,13 @@
 
 #include "import/Attributes.h"
 #include "import/ExportSink.h"
+#include "import/LocalStamps.h"
 #include "import/Prolog.h"
 #include "import/RepeatedAttributes.h"
 #include "import/WorkoutParts.h"
 #include "import/XmlParser.h"
 #include "import/XmlText.h"
+#include "platform/TimeZone.h"
 
 #include <cstdint>
 #include <optional>
@@ -15,6 +17,9 @@
 #include <string_view>
 
 /// Takes the bytes in pieces of any size and keeps no more of them than one element.
+///
+/// The stamps of records and workouts are told in the time zone `zone`, and so are their days. One
+/// whose time cannot be read is told as exported.
 ///
 /// Elements that the XML is sound about but the database cannot take are told to the sink and left
 /// out. Broken XML throws ImportError with line and column; so does a file that is nested deeper
@@ -26,7 +31,7 @@
 /// less than the file's by those dropped before it.
 class ExportReader : private XmlHandler {
 public:
-  explicit ExportReader(ExportSink& target);  ///< `target` outlives the reader
+  ExportReader(ExportSink& target, TimeZone& zone);  ///< both outlive the reader
 
   void feed(std::string_view bytes);
   void finish();  ///< after the last byte
@@ -37,6 +42,12 @@ public:
   std::int64_t replacedSequences() const { return text.replacedSequences(); }
   /// Attributes so far that stood in their tag before; see RepeatedAttributes.
   std::int64_t repeatedAttributes() const { return unrepeated.count(); }
+  /// Stamps of records and workouts so far that have a day but no time that can be read.
+  std::int64_t unreadableStamps() const { return stamps.unreadable(); }
+
+  /// The stamp that tells the phone's clocks at the export: the export's own date, or the first
+  /// stamp of a record or workout as long as there is no date. Absent while there is neither.
+  std::optional<Stamp> exportStamp() const { return exportDate ? exportDate : stamps.first(); }
 
 private:
   void startElement(std::string_view name, const Attributes& attributes) override;
@@ -47,7 +58,7 @@ private:
   bool addRecord(const Attributes& attributes);
   bool startWorkout(const Attributes& attributes);
   void addDay(const Attributes& attributes);
-  bool isDay(std::string_view stamp);
+  bool hasDay(const LocalStamp& start);
 
   ExportSink& sink;
   // What XML forbids goes first: none of it may hide where the root begins.
@@ -55,8 +66,9 @@ private:
   Prolog prolog;
   RepeatedAttributes unrepeated;
   XmlParser parser;
+  LocalStamps stamps;
+  std::optional<Stamp> exportDate;
   int depth = 0;         ///< of the element that is open, the root being 1
   int ignoredDepth = 0;  ///< of the element whose parts are of no interest; 0 is none
   std::optional<WorkoutParts> workout;  ///< the one that is open
-  std::string knownDay;                 ///< the last text found to be a day
 };

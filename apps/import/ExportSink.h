@@ -7,12 +7,14 @@
 #include <string>
 #include <string_view>
 
-/// One record. Every text is as exported but for the cut-off prefix of the type and a converted
-/// unit; it is valid during the call alone. An attribute that the export leaves out is absent.
+/// One record. Every text is as exported but for the cut-off prefix of the type, the stamps, which
+/// are in the member's time zone, and a converted unit; it is valid during the call alone. An
+/// attribute that the export leaves out is absent. A stamp whose time cannot be read is as
+/// exported.
 struct ExportedRecord {
   std::string_view type;                     ///< "StepCount", never empty
   std::string_view startDate;                ///< stamp, "2024-03-01 08:00:00 +0800", never empty
-  std::optional<std::string_view> startDay;  ///< first ten characters of the start
+  std::optional<std::string_view> startDay;  ///< first ten characters of `startDate`
   std::optional<std::string_view> endDate;
   std::optional<std::string_view> creationDate;
   std::optional<std::string_view> sourceName;
@@ -26,7 +28,8 @@ struct ExportedRecord {
   bool unknownUnit = false;
 };
 
-/// One workout, in minutes, kilometres, kilocalories, metres and degrees Celsius.
+/// One workout, in minutes, kilometres, kilocalories, metres and degrees Celsius, its stamps in the
+/// member's time zone.
 struct ExportedWorkout {
   WorkoutEntry entry;  ///< an empty end or source is absent (NULL); an empty activity_type too
   std::optional<std::string> creationDate;

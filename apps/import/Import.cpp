@@ -6,15 +6,16 @@
 #include "import/ImportLock.h"
 #include "import/ImportWriter.h"
 #include "import/MemberFolder.h"
+#include "import/MemberZone.h"
 #include "import/Recipient.h"
 #include "import/RosterDocument.h"
 #include "platform/AppleFormat.h"
+#include "platform/Text.h"
 #include "store/HealthStore.h"
 
 #include <algorithm>
 #include <array>
-#include <chrono>
-#include <cstdio>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -28,6 +29,9 @@ namespace phrases {
 
 constexpr Phrase folderMissing{.zh = "数据目录不可用(盘没挂载?):{0}",
                                .en = "the data folder is not there (drive not mounted?): {0}"};
+constexpr Phrase rootNotUTF8{
+    .zh = "数据目录的路径不是 UTF-8,名册里写不下:{0}",
+    .en = "the data root's path is not UTF-8, and the roster could not hold it: {0}"};
 constexpr Phrase pathUnusable{
     .zh = "名册里「{0}」的 dbPath 不是绝对路径,不知道指的是哪个库:\"{1}\"",
     .en = "the roster's dbPath for {0} is no absolute path, so it names no database: \"{1}\""};
@@ -41,32 +45,17 @@ constexpr Phrase rosterUnread{
     .en =
         "the data is in the database, but the roster {0} became unreadable meanwhile; mend it and "
         "import again to complete it"};
-constexpr std::array all{folderMissing, pathUnusable, rosterUnwritten, rosterUnread};
+constexpr std::array all{folderMissing, rootNotUTF8, pathUnusable, rosterUnwritten, rosterUnread};
 static_assert(std::ranges::all_of(all, inBothLanguages));
 
 }  // namespace phrases
-
-/// The stamp of `moment`, in UTC.
-std::string stampText(double moment) {
-  using namespace std::chrono;
-  const sys_seconds time{seconds{static_cast<std::int64_t>(moment)}};
-  const sys_days day = floor<days>(time);
-  const hh_mm_ss clock{time - day};
-  char text[32];
-  std::snprintf(text,
-                sizeof text,
-                " %02d:%02d:%02d +0000",
-                static_cast<int>(clock.hours().count()),
-                static_cast<int>(clock.minutes().count()),
-                static_cast<int>(clock.seconds().count()));
-  return AppleFormat::dayParser.text(CivilDay{day}) + text;
-}
 
 /// Where the data goes.
 struct Place {
   std::string id;
   std::filesystem::path database;
   bool inUse = true;  ///< see ImportWriter::Setting
+  /// When the database was last brought up to date; absent when that is not known.
   std::optional<double> lastSyncAt = std::nullopt;
 };
 
@@ -75,17 +64,20 @@ std::string lastName(const std::filesystem::path& path) {
   return (path.has_filename() ? path : path.parent_path()).filename().string();
 }
 
-/// Reads the export into the open transaction of `writer`; returns the bytes read.
-std::uint64_t transfer(ExportFile& source, ExportReader& reader, ImportProgress& progress) {
+/// Reads the export into the open transaction of the reader's sink; returns the bytes read.
+std::uint64_t transfer(ExportFile& source, ExportReader& reader, MemberZone& zone,
+                       ImportProgress& progress) {
   constexpr std::size_t pieceSize = 131072;
   std::vector<char> piece(pieceSize);
   std::uint64_t total = 0;
   while (const std::size_t count = source.read(piece)) {
     reader.feed(std::string_view(piece.data(), count));
+    zone.confirm(reader.exportStamp());
     progress.read(count);
     total += count;
   }
   reader.finish();
+  zone.confirm(reader.exportStamp());
   return total;
 }
 
@@ -96,8 +88,14 @@ struct Outcome {
 };
 
 /// Everything that happens in the database. Fills the counts of `report`.
-Outcome store(ExportFile& source, const Place& place, const ImportSurroundings& surroundings,
-              ImportReport& report) {
+Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
+              const ImportSurroundings& surroundings, ImportReport& report) {
+  // Before the store touches the file, which may be none that an import can go on with.
+  MemberZone zone({.member = order.name,
+                   .id = place.id,
+                   .database = place.database,
+                   .asked = order.timeZone,
+                   .machine = surroundings.timeZone});
   // The store makes the file and brings its tables up to date, before the one transaction begins.
   Logger quiet(std::nullopt, Logger::Level::error, false, surroundings.clock);
   const std::string path = place.database.string();
@@ -105,42 +103,50 @@ Outcome store(ExportFile& source, const Place& place, const ImportSurroundings& 
   Database database(path, {.create = false, .readOnly = false});
   ImportWriter writer(database,
                       {.inUse = place.inUse,
+                       .timeZone = zone.zone().name(),
                        .lastSyncAt = place.lastSyncAt,
                        .cacheKibibytes = surroundings.cacheKibibytes});
-  ExportReader reader(writer);
+  ExportReader reader(writer, zone.zone());
   ImportProgress progress(surroundings.progress,
                           surroundings.progressKind,
                           surroundings.lang,
                           surroundings.clock,
                           source.size());
-  const std::uint64_t bytes = transfer(source, reader, progress);
+  const std::uint64_t bytes = transfer(source, reader, zone, progress);
   progress.finishing();
-  writer.finish({.importedAt = stampText(surroundings.clock()),
+  const double now = surroundings.clock();
+  const StampText importedAt({.moment = static_cast<std::int64_t>(now), .offset = 0});
+  writer.finish({.importedAt = std::string(importedAt.text()),
                  .sourceFile = lastName(report.source),
                  .sourceBytes = static_cast<std::int64_t>(bytes)});
 
   report.tally = writer.tally();
+  report.timeZone = zone.zone().name();
+  report.machineTimeZone = surroundings.timeZone;
+  report.unreadableStamps = reader.unreadableStamps();
   report.repeatedAttributes = reader.repeatedAttributes();
   report.droppedCharacters = reader.droppedCharacters();
   report.replacedSequences = reader.replacedSequences();
   Outcome outcome{.firstDay = writer.firstStoredDay(), .exportedAt = std::nullopt};
   if (report.tally.exportedAt) {
     const auto moment = AppleFormat::stampParser.parse(*report.tally.exportedAt);
-    if (moment) outcome.exportedAt = static_cast<double>(*moment);
+    // A phone whose clock was ahead must not make every later export an older one.
+    if (moment) outcome.exportedAt = std::min(static_cast<double>(*moment), now);
   }
   return outcome;
 }
 
-Outcome storeOrExplain(ExportFile& source, const Place& place,
+Outcome storeOrExplain(ExportFile& source, const Place& place, const ImportOrder& order,
                        const ImportSurroundings& surroundings, ImportReport& report) {
   try {
-    return store(source, place, surroundings, report);
+    return store(source, place, order, surroundings, report);
   } catch (const ReceiverError& error) {
     throw databaseFailure(error);
   }
 }
 
-Place placeOf(const Member& member) {
+/// The place of a member whom the roster names. A sync later than `now` was told by a wrong clock.
+Place placeOf(const Member& member, double now) {
   const std::filesystem::path database = member.dbPath;
   // Anything else would depend on the folder that the import happens to be started in.
   if (!database.is_absolute()) {
@@ -150,7 +156,11 @@ Place placeOf(const Member& member) {
   if (!std::filesystem::is_directory(database.parent_path())) {
     throw ImportError(phrases::folderMissing, {database.parent_path().string()});
   }
-  return {.id = member.id, .database = database, .inUse = true, .lastSyncAt = member.lastSyncAt};
+  const bool inPast = member.lastSyncAt && *member.lastSyncAt <= now;
+  return {.id = member.id,
+          .database = database,
+          .inUse = true,
+          .lastSyncAt = inPast ? member.lastSyncAt : std::nullopt};
 }
 
 std::vector<std::string> idsOf(const std::vector<Member>& members) {
@@ -180,14 +190,14 @@ void enter(const std::filesystem::path& rosterPath, const ImportReport& report,
 
 /// The same for a member whom the roster does not name yet.
 void storeNew(ExportFile& source, const MemberFolder& folder,
-              const std::filesystem::path& rosterPath, const ImportSurroundings& surroundings,
-              ImportReport& report) {
+              const std::filesystem::path& rosterPath, const ImportOrder& order,
+              const ImportSurroundings& surroundings, ImportReport& report) {
   const Place place{.id = folder.id(), .database = folder.database(), .inUse = false};
   report.id = place.id;
   report.newMember = true;
   Outcome outcome;
   try {
-    outcome = storeOrExplain(source, place, surroundings, report);
+    outcome = storeOrExplain(source, place, order, surroundings, report);
   } catch (...) {
     folder.abandon();
     throw;
@@ -196,16 +206,24 @@ void storeNew(ExportFile& source, const MemberFolder& folder,
   folder.finish();
 }
 
+/// The roster names databases by their paths and is JSON, which takes UTF-8 alone.
+void requireUTF8(const std::filesystem::path& root) {
+  const std::string text = repaired(root.string());
+  if (text != root.string()) throw ImportError(phrases::rootNotUTF8, {text});
+}
+
 }  // namespace
 
 ImportReport runImport(const ImportOrder& order, const ImportSurroundings& surroundings) {
   const double began = surroundings.clock();
+  const std::filesystem::path root = std::filesystem::absolute(order.dataRoot).lexically_normal();
+  requireUTF8(root);
+  if (order.timeZone) knownZone(*order.timeZone);
   ExportFile source(order.source);
   ImportReport report;
   report.name = order.name;
   report.source = order.source.string();
   report.beside = source.contents();
-  const std::filesystem::path root = std::filesystem::absolute(order.dataRoot).lexically_normal();
   const std::filesystem::path rosterPath = root / "members.json";
   // Whoever must not be written for is refused before the first file is made.
   recipient(RosterDocument(rosterPath).members(), order.name, order.id);
@@ -214,13 +232,13 @@ ImportReport runImport(const ImportOrder& order, const ImportSurroundings& surro
   const ImportLock lock(root);
   const std::vector<Member> members = RosterDocument(rosterPath).members();
   if (const std::optional<Member> member = recipient(members, order.name, order.id)) {
-    const Place place = placeOf(*member);
+    const Place place = placeOf(*member, began);
     report.id = place.id;
-    const Outcome outcome = storeOrExplain(source, place, surroundings, report);
+    const Outcome outcome = storeOrExplain(source, place, order, surroundings, report);
     enter(rosterPath, report, place.database, outcome, surroundings.clock());
   } else {
     const MemberFolder folder(root, order.name, order.id, idsOf(members), randomID);
-    storeNew(source, folder, rosterPath, surroundings, report);
+    storeNew(source, folder, rosterPath, order, surroundings, report);
   }
   // Only now: the roster on the disk names these members for certain since it was just replaced.
   removeObsoleteNotes(root, idsOf(members));

@@ -8,7 +8,9 @@
 #include "platform/Clock.h"
 #include "summary/SummaryLang.h"
 
+#include <optional>
 #include <ostream>
+#include <string>
 
 /// Where an import shows how far it has come, and what time it is there.
 struct ImportSurroundings {
@@ -16,6 +18,7 @@ struct ImportSurroundings {
   ImportProgress::Kind progressKind;
   SummaryLang lang;
   Clock clock;
+  std::optional<std::string> timeZone;  ///< the machine's, by its name; absent when it has none
   /// Memory for pages of the database. What does not fit is written early, inside the transaction.
   int cacheKibibytes = ImportWriter::usualCacheKibibytes;
 };

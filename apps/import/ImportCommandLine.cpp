@@ -13,11 +13,14 @@ namespace phrases {
 constexpr Phrase usage{
     .zh = R"(larkspur-import —— 把 iPhone「健康」App 导出的数据导入 Larkspur
 
-  larkspur-import [--data-root <dir>] --member <name> [--id <id>] <export>
+  larkspur-import [--data-root <dir>] --member <name> [--id <id>]
+                  [--time-zone <zone>] <export>
 
   --data-root <dir>   数据目录(默认 ~/Library/Application Support/Larkspur)
   --member <name>     数据属于谁;名册里没有这个名字时新增一位成员
   --id <id>           成员的 id:用来区分同名的人,或给新成员指定 id
+  --time-zone <zone>  成员居住地的时区,如 Asia/Shanghai(默认本机时区);
+                      第一次导入时记下,以后一直沿用
   --help              显示这段说明
   --version           显示版本
 
@@ -26,11 +29,14 @@ constexpr Phrase usage{
 )",
     .en = R"(larkspur-import: brings what the iPhone's Health app exports into Larkspur
 
-  larkspur-import [--data-root <dir>] --member <name> [--id <id>] <export>
+  larkspur-import [--data-root <dir>] --member <name> [--id <id>]
+                  [--time-zone <zone>] <export>
 
   --data-root <dir>   data root (default ~/Library/Application Support/Larkspur)
   --member <name>     whose data it is; a name that the roster lacks becomes a new member
   --id <id>           the member's id: tells people of one name apart, or names a new member's
+  --time-zone <zone>  where the member lives, such as Asia/Shanghai (default: this machine's
+                      zone); kept at the first import and used by every later one
   --help              this text
   --version           the version
 
@@ -49,6 +55,8 @@ constexpr Phrase nameUnusable{
         "--member wants a name, in UTF-8, not empty, without control characters and without white "
         "space at its ends"};
 constexpr Phrase rootEmpty{.zh = "--data-root 要一个文件夹", .en = "--data-root wants a folder"};
+constexpr Phrase zoneEmpty{.zh = "--time-zone 要一个时区,如 Asia/Shanghai",
+                           .en = "--time-zone wants a zone, such as Asia/Shanghai"};
 constexpr Phrase idUnusable{
     .zh = "--id 只能由 1 到 64 个字母、数字、- 和 _ 组成",
     .en = "--id wants 1 to 64 letters, digits, hyphens and underscores, nothing else"};
@@ -60,6 +68,7 @@ constexpr std::array all{&usage,
                          &memberMissing,
                          &nameUnusable,
                          &rootEmpty,
+                         &zoneEmpty,
                          &idUnusable};
 static_assert(std::ranges::all_of(all,
                                   [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
@@ -122,6 +131,9 @@ public:
     } else if (option == "--member") {
       if (!usableName(value)) return refusal(phrases::nameUnusable);
       order.name = value;
+    } else if (option == "--time-zone") {
+      if (value.empty()) return refusal(phrases::zoneEmpty);
+      order.timeZone = value;
     } else {
       if (!usableID(value)) return refusal(phrases::idUnusable);
       order.id = value;
@@ -159,7 +171,8 @@ std::variant<ImportOrder, ImportCommandLine::Say> ImportCommandLine::parsed(
       return reading.answer(std::string(phrases::usage.in(lang)));
     }
     if (argument == "--version") return reading.answer("larkspur-import " LARKSPUR_VERSION "\n");
-    if (argument == "--data-root" || argument == "--member" || argument == "--id") {
+    if (argument == "--data-root" || argument == "--member" || argument == "--id" ||
+        argument == "--time-zone") {
       if (index + 1 == arguments.size()) return reading.refusal(phrases::valueMissing, argument);
       wrong = reading.take(argument, arguments[++index]);
     } else if (argument.starts_with("-") || argument.empty()) {

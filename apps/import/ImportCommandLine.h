@@ -14,8 +14,9 @@ struct ImportOrder {
   std::filesystem::path dataRoot;
   /// Of the member: valid UTF-8, no control characters, no white space at its ends, not empty.
   std::string name;
-  std::optional<std::string> id;  ///< of the member; fit to name a folder
-  std::filesystem::path source;   ///< a .zip, an export.xml or the unpacked folder
+  std::optional<std::string> id;             ///< of the member; fit to name a folder
+  std::optional<std::string> timeZone = {};  ///< of the member, by its name; not looked up yet
+  std::filesystem::path source;              ///< a .zip, an export.xml or the unpacked folder
 
   bool operator==(const ImportOrder&) const = default;
 };

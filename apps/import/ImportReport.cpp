@@ -22,6 +22,24 @@ constexpr Phrase days{.zh = "  圆环日:{0} 天,其中新增或更新 {1}",
                       .en = "  days of activity rings: {0}, {1} of them new or newer"};
 constexpr Phrase span{.zh = "  日期:{0} 至 {1}", .en = "  span: {0} to {1}"};
 constexpr Phrase sources{.zh = "  来源:库里现有 {0} 个", .en = "  sources: {0} in the database"};
+constexpr Phrase zone{.zh = "  时区:{0}", .en = "  time zone: {0}"};
+constexpr Phrase otherZone{
+    .zh =
+        "  本机时区是 {0},问答里的夜晚和「今天」按本机时区算;要与日期一致,请在客户端的配置里加上 "
+        "\"env\": {\"TZ\": \"{1}\"}",
+    .en =
+        "  this machine is in {0}, and answers tell nights and \"today\" by the machine; for those "
+        "of the days above, add \"env\": {\"TZ\": \"{1}\"} to the client's entry"};
+constexpr Phrase unnamedZone{
+    .zh =
+        "  本机时区没有名称,问答里的夜晚和「今天」按本机时区算;要与日期一致,请在客户端的配置里加上 "
+        "\"env\": {\"TZ\": \"{0}\"}",
+    .en =
+        "  this machine's time zone has no name, and answers tell nights and \"today\" by the "
+        "machine; for those of the days above, add \"env\": {\"TZ\": \"{0}\"} to the client's "
+        "entry"};
+constexpr Phrase unreadable{.zh = "  读不出时间的时间戳:{0}(照原样保存)",
+                            .en = "  stamps without a readable time: {0} (kept as exported)"};
 constexpr Phrase repeated{
     .zh = "  写了两次的属性:{0}(以第一个为准;第二个 startDate 当作 endDate)",
     .en =
@@ -48,11 +66,11 @@ constexpr Phrase comma{.zh = "、", .en = ", "};
 constexpr Phrase time{.zh = "  用时:{0} 秒", .en = "  time: {0} s"};
 constexpr Phrase nothingNew{.zh = "没有新数据,库里原样未变。",
                             .en = "Nothing new: the data is as it was."};
-constexpr std::array all{&into,       &intoNew,  &records,       &workouts,   &days,
-                         &span,       &sources,  &repeated,      &converted,  &unknownUnits,
-                         &dropped,    &replaced, &skipped,       &notStored,  &oneKind,
-                         &routeFiles, &ecgFiles, &clinicalFiles, &otherFiles, &otherElements,
-                         &comma,      &time,     &nothingNew};
+constexpr std::array all{
+    &into,          &intoNew,    &records,       &workouts,  &days,    &zone,       &otherZone,
+    &unnamedZone,   &unreadable, &repeated,      &span,      &sources, &converted,  &unknownUnits,
+    &dropped,       &replaced,   &skipped,       &notStored, &oneKind, &routeFiles, &ecgFiles,
+    &clinicalFiles, &otherFiles, &otherElements, &comma,     &time,    &nothingNew};
 static_assert(std::ranges::all_of(all,
                                   [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
 
@@ -120,9 +138,16 @@ std::string reportText(const ImportReport& report, SummaryLang lang) {
   if (tally.firstDay && tally.lastDay) {
     page.add(phrases::span, {*tally.firstDay, *tally.lastDay});
   }
+  page.add(phrases::zone, {report.timeZone});
+  if (!report.machineTimeZone) {
+    page.add(phrases::unnamedZone, {report.timeZone});
+  } else if (*report.machineTimeZone != report.timeZone) {
+    page.add(phrases::otherZone, {*report.machineTimeZone, report.timeZone});
+  }
   page.add(phrases::sources, {grouped(tally.sources)});
   page.addUnlessZero(phrases::converted, tally.converted);
   page.addUnlessZero(phrases::unknownUnits, tally.unknownUnits);
+  page.addUnlessZero(phrases::unreadable, report.unreadableStamps);
   page.addUnlessZero(phrases::repeated, report.repeatedAttributes);
   page.addUnlessZero(phrases::dropped, report.droppedCharacters);
   page.addUnlessZero(phrases::replaced, report.replacedSequences);

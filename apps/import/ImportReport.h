@@ -6,6 +6,7 @@
 #include "summary/SummaryLang.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 /// A run that has ended well.
@@ -15,6 +16,10 @@ struct ImportReport {
   bool newMember = false;
   std::string source;  ///< as named on the command line
   ImportTally tally;
+  std::string timeZone;  ///< that the member's days are in
+  /// The machine's, in which the server tells nights; absent when it has no name.
+  std::optional<std::string> machineTimeZone;
+  std::int64_t unreadableStamps = 0;
   std::int64_t repeatedAttributes = 0;
   std::int64_t droppedCharacters = 0;
   std::int64_t replacedSequences = 0;

@@ -1,5 +1,6 @@
 #include "import/ImportWriter.h"
 #include "import/ImportStatistics.h"
+#include "import/ImportedZone.h"
 #include "import/StoredUnit.h"
 #include "import/Units.h"
 #include "platform/AppleFormat.h"
@@ -141,6 +142,9 @@ std::string ImportWriter::firstUnitOf(const ExportedRecord& record) {
 /// Brings the record of a type that has no unit of our choice to the one that the database has.
 void ImportWriter::convert(ExportedRecord& record) {
   if (!record.number || !record.unit || StoredUnit::of(record.type)) return;
+  // An export has some hundred types; one of ever new types must not take all memory there is.
+  constexpr std::size_t mostKept = 1000;
+  if (firstUnits.size() == mostKept) firstUnits.clear();
   auto first = firstUnits.find(record.type);
   if (first == firstUnits.end()) {
     first = firstUnits.emplace(record.type, firstUnitOf(record)).first;
@@ -264,5 +268,6 @@ void ImportWriter::finish(const Origin& origin) {
   counts.sources = ImportStatistics::sources(database);
   firstStored = ImportStatistics::firstDay(database);
   insertRun(origin);
+  ImportedZone::keep(database, setting.timeZone);
   run(database, "COMMIT");
 }

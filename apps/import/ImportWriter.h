@@ -28,6 +28,8 @@ public:
   struct Setting {
     /// The roster names the member, so somebody may be reading the database meanwhile.
     bool inUse = true;
+    /// The name of the zone that the stamps are in. Kept in the database for every later import.
+    std::string timeZone = {};
     /// Moment of the last export or sync that the database holds, seconds since 1970. The rings of
     /// an older export replace none.
     std::optional<double> lastSyncAt = std::nullopt;

@@ -8,6 +8,7 @@
 #include "platform/Clock.h"
 #include "platform/ControlProtocol.h"
 #include "platform/Files.h"
+#include "platform/System.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -44,8 +45,12 @@ int say(const ImportCommandLine::Say& order) {
 int bringIn(const ImportOrder& order, SummaryLang lang) {
   const auto kind =
       isatty(STDERR_FILENO) == 1 ? ImportProgress::Kind::terminal : ImportProgress::Kind::log;
-  const ImportReport report = runImport(
-      order, {.progress = std::cerr, .progressKind = kind, .lang = lang, .clock = systemTime});
+  const ImportReport report = runImport(order,
+                                        {.progress = std::cerr,
+                                         .progressKind = kind,
+                                         .lang = lang,
+                                         .clock = systemTime,
+                                         .timeZone = System::timeZoneName()});
   if (writeAll(STDOUT_FILENO, reportText(report, lang))) return succeeded;
   const std::string reason = std::generic_category().message(errno);
   return fail(ImportError(reportUnwritten, {reason}).text(lang));

@@ -84,7 +84,8 @@ void RosterDocument::put(const ImportedMember& member) {
   nlohmann::ordered_json& entry = entryOf(document->at("members"), member);
   if (member.exportedAt) {
     const nlohmann::ordered_json before = entry.value("lastSyncAt", nlohmann::ordered_json());
-    const bool later = before.is_number() && before.get<double>() > *member.exportedAt;
+    const bool later = before.is_number() && before.get<double>() > *member.exportedAt &&
+                       before.get<double>() <= member.now;
     if (!later) entry["lastSyncAt"] = *member.exportedAt;
   }
   nlohmann::ordered_json& backfill = entry["backfill"];

@@ -16,7 +16,7 @@ struct ImportedMember {
   std::string id;
   std::string name;
   std::filesystem::path database;       ///< absolute; of a new member only
-  double now = 0;                       ///< when a new member came to be, seconds since 1970
+  double now = 0;                       ///< seconds since 1970
   std::optional<double> exportedAt;     ///< the moment of the export, seconds since 1970
   std::optional<std::string> firstDay;  ///< "2018-09-01", the first with data; absent: no data
 };
@@ -38,7 +38,8 @@ public:
   const std::vector<Member>& members() const { return file.members; }
 
   /// Gives the member of that id a complete history up to the export, or adds the member. A sync
-  /// later than the export stays, for the database still has what it brought.
+  /// later than the export stays, for the database still has what it brought; one later than now is
+  /// a clock's mistake.
   void put(const ImportedMember& member);
 
   /// Replaces the file, complete or not at all and after a crash too. Fails with

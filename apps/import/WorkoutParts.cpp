@@ -15,15 +15,18 @@ void addTo(std::optional<double>& sum, std::optional<double> part) {
 
 }  // namespace
 
-WorkoutParts::WorkoutParts(std::string_view startDate, const Attributes& attributes)
+WorkoutParts::WorkoutParts(const LocalStamp& start, const Attributes& attributes,
+                           LocalStamps& stamps)
     : sourceVersion(owned(attributes.find("sourceVersion"))) {
   WorkoutEntry& entry = workout.entry;
-  entry.start = startDate;
+  entry.start = start.text();
   entry.activity_type =
       TypeNames::ofActivity(attributes.find("workoutActivityType").value_or(std::string_view()));
-  entry.end = attributes.find("endDate").value_or(std::string_view());
+  entry.end = stamps.local(attributes.find("endDate").value_or(std::string_view())).text();
   entry.source = attributes.find("sourceName").value_or(std::string_view());
-  workout.creationDate = owned(attributes.find("creationDate"));
+  if (const auto created = attributes.find("creationDate")) {
+    workout.creationDate = stamps.local(*created).text();
+  }
   entry.duration_min =
       converted(attributes.find("duration"), attributes.find("durationUnit"), "min");
   distance = {owned(attributes.find("totalDistance")), owned(attributes.find("totalDistanceUnit"))};

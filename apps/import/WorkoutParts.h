@@ -3,6 +3,7 @@
 
 #include "import/Attributes.h"
 #include "import/ExportSink.h"
+#include "import/LocalStamps.h"
 #include "import/Units.h"
 
 #include <optional>
@@ -13,8 +14,9 @@
 /// figure that comes more than once the first is kept; sums alone add up.
 class WorkoutParts {
 public:
-  /// From the attributes of a Workout; `startDate` is one of them, found to be there.
-  WorkoutParts(std::string_view startDate, const Attributes& attributes);
+  /// From the attributes of a Workout; `start` is one of them. `stamps` brings the others into the
+  /// same zone.
+  WorkoutParts(const LocalStamp& start, const Attributes& attributes, LocalStamps& stamps);
 
   /// A WorkoutStatistics of the workout itself, not of one of its activities.
   void addStatistics(const Attributes& attributes);

@@ -34,6 +34,10 @@ int offsetAt(Zone zone, std::int64_t moment) {
 
 }  // namespace
 
+std::string_view nameOf(Zone zone) {
+  return zone == Zone::shanghai ? "Asia/Shanghai" : "America/New_York";
+}
+
 Stamp stampIn(Zone zone, std::int64_t moment) { return {moment, offsetAt(zone, moment)}; }
 
 Stamp midnight(Zone zone, CivilDay day) {

@@ -46,8 +46,9 @@ public:
                                       const std::filesystem::path& database) {
     std::optional<std::string> first;
     write(person, database, [&](RecordWriter& writer) {
-      Imported imported(writer);
+      Imported imported(writer, person.home);
       tellHistory(person, request, imported);
+      writer.noteImportZone(nameOf(person.home));
       writer.finish(RecordWriter::Statistics::built);
       first = imported.firstDay();
     });

@@ -6,26 +6,44 @@ void Imported::note(Stamp start) {
   if (!first || text.day() < *first) first = text.day();
 }
 
+namespace {
+
+/// Brings a number of another unit to the one that an import stores for its type.
+void convert(Sample& sample) {
+  auto* number = std::get_if<Decimal>(&sample.value);
+  if (number == nullptr) return;
+  if (sample.unit == "m" && sample.type.starts_with("Distance")) {
+    sample.unit = "km";
+    number->places += 3;
+  } else if (sample.unit == "kJ") {
+    constexpr double kilojoulesPerKilocalorie = 4.184;
+    sample.unit = "kcal";
+    *number = Decimal::nearest(number->number() / kilojoulesPerKilocalorie, 6);
+  } else if (sample.unit == "bpm") {
+    sample.unit = "count/min";
+  }
+}
+
+}  // namespace
+
 void Imported::add(const Sample& sample) {
   Sample imported = sample;
+  imported.start = atHome(sample.start);
+  imported.end = atHome(sample.end);
+  imported.filed = atHome(sample.created());
   imported.dated = true;
-  const auto* number = std::get_if<Decimal>(&sample.value);
-  if (number != nullptr && sample.unit == "m" && sample.type.starts_with("Distance")) {
-    imported.unit = "km";
-    imported.value = Decimal{number->digits, number->places + 3};
-  } else if (number != nullptr && sample.unit == "kJ") {
-    constexpr double kilojoulesPerKilocalorie = 4.184;
-    imported.unit = "kcal";
-    imported.value = Decimal::nearest(number->number() / kilojoulesPerKilocalorie, 6);
-  } else if (sample.unit == "bpm") {
-    imported.unit = "count/min";
-  }
-  note(sample.start);
+  convert(imported);
+  note(imported.start);
   sink.add(imported);
 }
 
 void Imported::add(const Workout& workout) {
   Workout imported = workout;
+  imported.start = atHome(workout.start);
+  imported.end = atHome(workout.end);
+  imported.filed = atHome(workout.created());
+  imported.entry.start = StampText(imported.start).text();
+  imported.entry.end = StampText(imported.end).text();
   imported.entry.humidity_pct.reset();
   imported.entry.humidity.reset();
   if (const std::optional<Decimal> exported = exportedHumidity(workout.entry)) {
@@ -35,6 +53,6 @@ void Imported::add(const Workout& workout) {
     humidity.encoding = "xml_percent";
     humidity.source_version = workout.source->version;
   }
-  note(workout.start);
+  note(imported.start);
   sink.add(imported);
 }

@@ -113,13 +113,17 @@ void RecordWriter::insertTallies(const char* sql, const Tallies& tallies) {
   }
 }
 
+void RecordWriter::noteImportZone(std::string_view name) {
+  store.prepare("INSERT INTO stat_meta (k, v) VALUES ('import_time_zone', ?)").bind(1, name).run();
+}
+
 void RecordWriter::finish(Statistics statistics) {
   if (statistics == Statistics::built) {
     insertTallies("INSERT INTO stat_types (type, n, last) VALUES (?, ?, ?)", types);
     insertTallies("INSERT INTO stat_sources (source_name, n, last) VALUES (?, ?, ?)", sources);
   } else {
     // The store marked the statistics of the empty file as complete; those of its records are not.
-    run("DELETE FROM stat_meta");
+    run("DELETE FROM stat_meta WHERE k = 'built'");
   }
   run("COMMIT");
   run("PRAGMA journal_mode=WAL");  // as the receiver keeps it

@@ -23,6 +23,9 @@ public:
   void add(const Sample& sample) override;
   void add(const Workout& workout) override;
 
+  /// Notes the name of the zone that an import put all stamps in, where the next one looks for it.
+  void noteImportZone(std::string_view name);
+
   /// Writes what remains. The writer takes nothing more.
   void finish(Statistics statistics);
 

@@ -20,7 +20,8 @@ constexpr std::string_view record = "<Record type=\"a\" startDate=\"2024-03-01\"
 TEST(HostileExport, CannotFillTheMemoryWithOneElement) {
   const std::string letters(1 << 16, 'a');
   CollectingSink sink;
-  ExportReader reader(sink);
+  TimeZone zone = berlin();
+  ExportReader reader(sink, zone);
   reader.feed("<HealthData>\n <Record type=\"");
 
   int pieces = 0;
@@ -114,7 +115,8 @@ TEST(ExportReader, LetsWhatTheSinkThrowsPass) {
     void add(const ExportedRecord& /*record*/) override { throw std::length_error("disk full"); }
   };
   FullDisk sink;
-  ExportReader reader(sink);
+  TimeZone zone = berlin();
+  ExportReader reader(sink, zone);
 
   EXPECT_THROW(reader.feed(exportOf(record)), std::length_error);
 }
@@ -135,7 +137,8 @@ TEST(LargeExport, IsReadInPiecesAndItsLinesAreCounted) {
   while (piece.size() < 100000) piece.append(record).append("\n");
   const auto recordsInPiece = static_cast<std::int64_t>(piece.size() / (record.size() + 1));
   CountingSink sink;
-  ExportReader reader(sink);
+  TimeZone zone = berlin();
+  ExportReader reader(sink, zone);
 
   constexpr int pieces = 40;
   reader.feed("<HealthData>\n");

@@ -14,6 +14,7 @@
 
 #include <filesystem>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -50,12 +51,14 @@ protected:
     // The number of records is a wish for Ann's history alone.
     run(LARKSPUR_SAMPLE_PROGRAM,
         withSize({"--out", "direct", "--as-imported", "--records", "15000"}));
-    for (const auto& [name, id] : {std::pair("Ann", "ann-01"), std::pair("Ben", "ben-02")}) {
+    for (const auto& [name, id, home] : {std::tuple("Ann", "ann-01", "Asia/Shanghai"),
+                                         std::tuple("Ben", "ben-02", "America/New_York")}) {
       const std::string file = std::string(name) + ".zip";
       std::vector<std::string> exporting = withSize({"--export", file, "--member", name});
       if (id == std::string("ann-01")) exporting.insert(exporting.end(), {"--records", "15000"});
       run(LARKSPUR_SAMPLE_PROGRAM, exporting);
-      run(LARKSPUR_IMPORT_PROGRAM, {"--data-root", "imported", "--member", name, "--id", id, file});
+      run(LARKSPUR_IMPORT_PROGRAM,
+          {"--data-root", "imported", "--member", name, "--id", id, "--time-zone", home, file});
     }
   }
 

@@ -38,6 +38,13 @@ TEST(ImportCommandLine, TakesOptionsInAnyOrderAndTheLastOfARepeatedOne) {
       (ImportOrder{.dataRoot = "~/root", .name = "小美", .id = "mei-03", .source = "export.zip"}));
 }
 
+TEST(ImportCommandLine, TakesATimeZoneAsItStands) {
+  const auto order = std::get<ImportOrder>(
+      parsed({"--member", "Ann", "--time-zone", "Asia/Shanghai", "export.zip"}));
+
+  EXPECT_EQ(order.timeZone, "Asia/Shanghai");
+}
+
 TEST(ImportCommandLine, HelpsWhereverItIsAsked) {
   for (const char* word : {"-h", "--help"}) {
     const auto say = std::get<Say>(parsed({"--member", "Ann", word, "--unknown"}));
@@ -97,6 +104,9 @@ INSTANTIATE_TEST_SUITE_P(
         MisuseCase{"BlankName", {"--member", " \u00a0", "a.zip"}, nameUnusable},
         MisuseCase{"BlankBeforeTheName", {"--member", " Ann", "a.zip"}, nameUnusable},
         MisuseCase{"NoBreakSpaceBehindTheName", {"--member", "Ann\u00a0", "a.zip"}, nameUnusable},
+        MisuseCase{"EmptyTimeZone",
+                   {"--time-zone", "", "--member", "Ann", "a.zip"},
+                   "--time-zone wants a zone, such as Asia/Shanghai"},
         MisuseCase{"NameInAnotherCharacterSet", {"--member", "Ren\xe9", "a.zip"}, nameUnusable},
         MisuseCase{"NameOfTwoLines", {"--member", "Ann\nBen", "a.zip"}, nameUnusable},
         MisuseCase{"NameThatSteersATerminal", {"--member", "Ann\x1b[2J", "a.zip"}, nameUnusable},

@@ -24,11 +24,16 @@ class Import : public testing::Test {
 protected:
   ImportReport importFor(const std::string& name, const std::optional<std::string>& id = {}) const {
     std::ostringstream unseen;
-    return runImport({.dataRoot = root(), .name = name, .id = id, .source = folder / "export.xml"},
+    return runImport({.dataRoot = root(),
+                      .name = name,
+                      .id = id,
+                      .timeZone = askedZone,
+                      .source = folder / "export.xml"},
                      {.progress = unseen,
                       .progressKind = ImportProgress::Kind::log,
                       .lang = SummaryLang::en,
-                      .clock = [] { return now; }});
+                      .clock = [] { return now; },
+                      .timeZone = machineZone});
   }
 
   /// What the refusal says, in English.
@@ -62,6 +67,9 @@ protected:
   }
 
   TemporaryFolder folder;
+  /// The machine's, where most of these exports are made.
+  std::optional<std::string> machineZone = "Asia/Shanghai";
+  std::optional<std::string> askedZone;
 };
 
 /// A roster's entry for Ann, without a paired phone.

@@ -68,6 +68,8 @@ void writeBomb(const std::filesystem::path& path) {
 
 class ImportMemory : public Import, public testing::WithParamInterface<LargeCase> {
 protected:
+  ImportMemory() { machineZone = "Europe/Berlin"; }
+
   /// Imports and ends the process, whose status is how many mebibytes more it then has had.
   [[noreturn]] void importAndTell() const noexcept {
     const std::size_t before = peakMemory();

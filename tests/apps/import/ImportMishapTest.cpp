@@ -135,7 +135,8 @@ TEST_F(Import, SaysThatTheDataIsStoredWhenTheRosterBreaksMeanwhile) {
               {.progress = unseen,
                .progressKind = ImportProgress::Kind::log,
                .lang = SummaryLang::en,
-               .clock = breaking});
+               .clock = breaking,
+               .timeZone = "Asia/Shanghai"});
     ADD_FAILURE() << "a broken roster was written";
   } catch (const ImportError& error) {
     EXPECT_THAT(error.text(SummaryLang::en),

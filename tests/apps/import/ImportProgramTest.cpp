@@ -42,7 +42,8 @@ protected:
   }
 
   TemporaryFolder folder;
-  EnvironmentGuard english{{"LANGUAGE", std::nullopt}, {"LC_ALL", "en_US.UTF-8"}};
+  EnvironmentGuard english{
+      {"LANGUAGE", std::nullopt}, {"LC_ALL", "en_US.UTF-8"}, {"TZ", "Asia/Shanghai"}};
 };
 
 TEST_F(ImportProgram, ReportsOnStandardOutputAndIsQuietOtherwise) {

@@ -21,6 +21,9 @@ ImportReport fullReport() {
   report.tally.converted = 77;
   report.tally.unknownUnits = 4;
   report.tally.sources = 5;
+  report.timeZone = "Asia/Shanghai";
+  report.machineTimeZone = "Etc/UTC";
+  report.unreadableStamps = 6;
   report.repeatedAttributes = 2500;
   report.tally.firstDay = "2018-09-01";
   report.tally.lastDay = "2026-11-20";
@@ -36,24 +39,29 @@ ImportReport fullReport() {
 }
 
 TEST(ImportReport, TellsEverything) {
-  EXPECT_EQ(reportText(fullReport(), SummaryLang::en),
-            "export.zip -> Ann (new member, id ann-01)\n"
-            "  records: 900, 850 of them new\n"
-            "  workouts: 12, 3 of them new\n"
-            "  days of activity rings: 40, 2 of them new or newer\n"
-            "  span: 2018-09-01 to 2026-11-20\n"
-            "  sources: 5 in the database\n"
-            "  converted units: 77\n"
-            "  unknown units: 4 (records are kept as exported, a workout's figure is left out)\n"
-            "  attributes that stand twice: 2,500 (the first counts; a second startDate is the end "
-            "where that is missing)\n"
-            "  forbidden characters dropped: 3\n"
-            "  invalid UTF-8 replaced by U+FFFD: 2\n"
-            "  skipped 2: no startDate (the first in line 1234)\n"
-            "  skipped 1: no type (the first in line 9)\n"
-            "  not stored: ClinicalRecord 6, WorkoutRoute 8, other elements 1, route files 8, ECG "
-            "files 4, clinical record files 6, other files 1\n"
-            "  time: 12.3 s\n");
+  EXPECT_EQ(
+      reportText(fullReport(), SummaryLang::en),
+      "export.zip -> Ann (new member, id ann-01)\n"
+      "  records: 900, 850 of them new\n"
+      "  workouts: 12, 3 of them new\n"
+      "  days of activity rings: 40, 2 of them new or newer\n"
+      "  span: 2018-09-01 to 2026-11-20\n"
+      "  time zone: Asia/Shanghai\n"
+      "  this machine is in Etc/UTC, and answers tell nights and \"today\" by the machine; for "
+      "those of the days above, add \"env\": {\"TZ\": \"Asia/Shanghai\"} to the client's entry\n"
+      "  sources: 5 in the database\n"
+      "  converted units: 77\n"
+      "  unknown units: 4 (records are kept as exported, a workout's figure is left out)\n"
+      "  stamps without a readable time: 6 (kept as exported)\n"
+      "  attributes that stand twice: 2,500 (the first counts; a second startDate is the end "
+      "where that is missing)\n"
+      "  forbidden characters dropped: 3\n"
+      "  invalid UTF-8 replaced by U+FFFD: 2\n"
+      "  skipped 2: no startDate (the first in line 1234)\n"
+      "  skipped 1: no type (the first in line 9)\n"
+      "  not stored: ClinicalRecord 6, WorkoutRoute 8, other elements 1, route files 8, ECG "
+      "files 4, clinical record files 6, other files 1\n"
+      "  time: 12.3 s\n");
 }
 
 TEST(ImportReport, CutsALongNameBetweenTwoCharacters) {
@@ -75,23 +83,28 @@ TEST(ImportReport, CutsALongNameInsideACharacterBeforeIt) {
 }
 
 TEST(ImportReport, TellsEverythingInChinese) {
-  EXPECT_EQ(reportText(fullReport(), SummaryLang::zh),
-            "export.zip → Ann(新成员,id ann-01)\n"
-            "  记录:900 条,其中新增 850\n"
-            "  训练:12 次,其中新增 3\n"
-            "  圆环日:40 天,其中新增或更新 2\n"
-            "  日期:2018-09-01 至 2026-11-20\n"
-            "  来源:库里现有 5 个\n"
-            "  换算了单位:77\n"
-            "  单位不认识:4(记录照原样保存,训练里的该项留空)\n"
-            "  写了两次的属性:2,500(以第一个为准;第二个 startDate 当作 endDate)\n"
-            "  去掉的非法字符:3\n"
-            "  替换为 U+FFFD 的非法 UTF-8:2\n"
-            "  跳过 2 个:没有 startDate(第一个在第 1234 行)\n"
-            "  跳过 1 个:没有 type(第一个在第 9 行)\n"
-            "  没有导入:ClinicalRecord 6 个、WorkoutRoute 8 个、其他元素 1 个、路线文件 8 个、"
-            "心电图文件 4 个、临床记录文件 6 个、其他文件 1 个\n"
-            "  用时:12.3 秒\n");
+  EXPECT_EQ(
+      reportText(fullReport(), SummaryLang::zh),
+      "export.zip → Ann(新成员,id ann-01)\n"
+      "  记录:900 条,其中新增 850\n"
+      "  训练:12 次,其中新增 3\n"
+      "  圆环日:40 天,其中新增或更新 2\n"
+      "  日期:2018-09-01 至 2026-11-20\n"
+      "  时区:Asia/Shanghai\n"
+      "  本机时区是 Etc/UTC,问答里的夜晚和「今天」按本机时区算;要与日期一致,请在客户端的配置里"
+      "加上 \"env\": {\"TZ\": \"Asia/Shanghai\"}\n"
+      "  来源:库里现有 5 个\n"
+      "  换算了单位:77\n"
+      "  单位不认识:4(记录照原样保存,训练里的该项留空)\n"
+      "  读不出时间的时间戳:6(照原样保存)\n"
+      "  写了两次的属性:2,500(以第一个为准;第二个 startDate 当作 endDate)\n"
+      "  去掉的非法字符:3\n"
+      "  替换为 U+FFFD 的非法 UTF-8:2\n"
+      "  跳过 2 个:没有 startDate(第一个在第 1234 行)\n"
+      "  跳过 1 个:没有 type(第一个在第 9 行)\n"
+      "  没有导入:ClinicalRecord 6 个、WorkoutRoute 8 个、其他元素 1 个、路线文件 8 个、"
+      "心电图文件 4 个、临床记录文件 6 个、其他文件 1 个\n"
+      "  用时:12.3 秒\n");
 }
 
 TEST(ImportReport, IsShortWhenThereIsLittleToTell) {
@@ -99,15 +112,27 @@ TEST(ImportReport, IsShortWhenThereIsLittleToTell) {
   report.name = "Ann";
   report.id = "ann-01";
   report.source = "export.xml";
+  report.timeZone = "Asia/Shanghai";
+  report.machineTimeZone = "Asia/Shanghai";
 
   EXPECT_EQ(reportText(report, SummaryLang::en),
             "export.xml -> Ann (id ann-01)\n"
             "  records: 0, 0 of them new\n"
             "  workouts: 0, 0 of them new\n"
             "  days of activity rings: 0, 0 of them new or newer\n"
+            "  time zone: Asia/Shanghai\n"
             "  sources: 0 in the database\n"
             "  time: 0.0 s\n"
             "Nothing new: the data is as it was.\n");
+}
+
+TEST(ImportReport, TellsThatTheMachinesZoneHasNoName) {
+  ImportReport report = fullReport();
+  report.machineTimeZone.reset();
+
+  EXPECT_THAT(reportText(report, SummaryLang::en),
+              HasSubstr("  this machine's time zone has no name, and answers tell"));
+  EXPECT_THAT(reportText(report, SummaryLang::zh), HasSubstr("  本机时区没有名称,"));
 }
 
 TEST(ImportReport, CallsAnExportThatOnlyRenewsRingsNews) {

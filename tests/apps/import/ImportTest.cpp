@@ -42,7 +42,8 @@ TEST_F(Import, KeepsARowOfTheRunWithTheNameOfWhatWasGiven) {
               {.progress = unseen,
                .progressKind = ImportProgress::Kind::log,
                .lang = SummaryLang::en,
-               .clock = [] { return now; }});
+               .clock = [] { return now; },
+               .timeZone = "Asia/Shanghai"});
   };
 
   bringIn(folder / "export.xml");
@@ -153,7 +154,8 @@ TEST_F(Import, KeepsAMemberWhomTheReceiverAddedMeanwhile) {
             {.progress = unseen,
              .progressKind = ImportProgress::Kind::log,
              .lang = SummaryLang::en,
-             .clock = meddling});
+             .clock = meddling,
+             .timeZone = "Asia/Shanghai"});
 
   ASSERT_EQ(roster()["members"].size(), 2U);
   EXPECT_EQ(roster()["members"][0]["name"], "Ben");

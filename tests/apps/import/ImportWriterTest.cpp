@@ -164,7 +164,8 @@ TEST(ImportWriter, MakesTheStatisticsTrue) {
   EXPECT_THAT(rows(database.path(), "SELECT source_name, n, last FROM stat_sources ORDER BY n", 3),
               ElementsAre("Ann\u2019s iPhone|1|2024-03-01 08:00:00 +0800",
                           "Ann\u2019s Watch|2|2024-03-05 08:00:00 +0800"));
-  EXPECT_THAT(rows(database.path(), "SELECT k, v FROM stat_meta", 2), ElementsAre("built|1"));
+  EXPECT_THAT(rows(database.path(), "SELECT k, v FROM stat_meta ORDER BY k", 2),
+              ElementsAre("built|1", "import_time_zone|Asia/Shanghai"));
 }
 
 TEST(ImportWriter, BuildsStatisticsThatNobodyBuiltEvenWhenNothingIsNew) {
@@ -176,7 +177,8 @@ TEST(ImportWriter, BuildsStatisticsThatNobodyBuiltEvenWhenNothingIsNew) {
 
   EXPECT_THAT(rows(database.path(), "SELECT type, n FROM stat_types", 2),
               ElementsAre("StepCount|1"));
-  EXPECT_THAT(rows(database.path(), "SELECT k, v FROM stat_meta", 2), ElementsAre("built|1"));
+  EXPECT_THAT(rows(database.path(), "SELECT k, v FROM stat_meta ORDER BY k", 2),
+              ElementsAre("built|1", "import_time_zone|Asia/Shanghai"));
 }
 
 TEST(ImportWriter, KnowsTheFirstDayOfAllThatIsStored) {

@@ -51,6 +51,7 @@ protected:
                .progressKind = ImportProgress::Kind::log,
                .lang = SummaryLang::en,
                .clock = [] { return now; },
+               .timeZone = "Asia/Shanghai",
                .cacheKibibytes = 40});
   }
 

@@ -63,7 +63,8 @@ TEST(UncleanExport, NeverExpandsAnEntity) {
 
 TEST(UncleanExport, LosesForbiddenCharactersAndCountsThem) {
   CollectingSink sink;
-  ExportReader reader(sink);
+  TimeZone zone = berlin();
+  ExportReader reader(sink, zone);
 
   reader.feed(
       exportOf(std::string("<Record type=\"a\v\" startDate=\"2024-03-01\""
@@ -89,7 +90,8 @@ class ForbiddenCharacter : public testing::TestWithParam<ForbiddenCase> {};
 
 TEST_P(ForbiddenCharacter, IsDroppedBeforeTheElementsToo) {
   CollectingSink sink;
-  ExportReader reader(sink);
+  TimeZone zone = berlin();
+  ExportReader reader(sink, zone);
 
   reader.feed(GetParam().document + "<Record type=\"a\" startDate=\"2024-03-01\"/></HealthData>");
   reader.finish();
@@ -114,7 +116,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(UncleanExport, HasIllFormedTextReplaced) {
   CollectingSink sink;
-  ExportReader reader(sink);
+  TimeZone zone = berlin();
+  ExportReader reader(sink, zone);
 
   reader.feed(
       exportOf("<Record type=\"a\" startDate=\"2024-03-01\" sourceName=\"A\xC3nn\xED\xA0\"/>"));

@@ -34,8 +34,14 @@ protected:
         "<Record type=\"HKQuantityTypeIdentifierStepCount\" value=\"8\"/>\n"
         "<Record type=\"HKQuantityTypeIdentifierBodyMass\" value=\"70\" sourceName=\"Z\xC3\""
         " startDate=\"2099-01-02 00:00:00 +0000\"/>\n" +
-        session + run + "</HealthData>\n";
+        session + run +
+        "<Workout workoutActivityType=\"HKWorkoutActivityTypeRunning\" sourceName=\"Watch\""
+        " startDate=\"2024-03-31 03:30:00 +0200\" startDate=\"2024-03-31 04:00:00 +0200\">"
+        "<WorkoutStatistics type=\"HKQuantityTypeIdentifierDistanceWalkingRunning\" sum=\"5\""
+        " unit=\"km\" startDate=\"2024-03-31 03:30:00 +0200\""
+        " startDate=\"2024-03-31 04:00:00 +0200\" sum=\"6\"/></Workout>\n</HealthData>\n";
     writeZip(folder / "export.xml", {{"Gesundheit ä/export.xml", text}});
+    machineZone = "Europe/Berlin";
   }
 };
 
@@ -50,11 +56,16 @@ TEST_F(UncleanImport, StoresWhatIsSoundAndCountsTheRest) {
                           "<<HKDevice: 0x1>, name:Apple Watch, hardware:Watch6,1>|count/min|"
                           "2024-03-31 01:30:00 +0100|2024-03-31|61|61.0",
                           "MindfulSession|-|-|-|2024-03-31 03:30:00 +0200|2024-03-31|-|-",
-                          "StepCount|Ann|-|-|2099-01-01 00:00:00 -0330|2099-01-01|7|7.0",
-                          "BodyMass|Z\uFFFD|-|-|2099-01-02 00:00:00 +0000|2099-01-02|70|70.0"));
+                          "StepCount|Ann|-|-|2099-01-01 04:30:00 +0100|2099-01-01|7|7.0",
+                          "BodyMass|Z\uFFFD|-|-|2099-01-02 01:00:00 +0100|2099-01-02|70|70.0"));
   EXPECT_EQ(report.tally.records, (Tally{.read = 6, .added = 4}));
   EXPECT_THAT(report.tally.skipped,
               ElementsAre(Pair("no startDate", Skipped{.count = 1, .firstLine = 11})));
+  EXPECT_THAT(rows((root() / "members/ann/health.db").string(),
+                   "SELECT start_date, end_date, distance_km FROM workouts",
+                   3),
+              ElementsAre("2024-03-31 03:30:00 +0200|2024-03-31 04:00:00 +0200|5.0"));
+  EXPECT_EQ(report.repeatedAttributes, 3);
   EXPECT_EQ(report.tally.unknownUnits, 1);
   EXPECT_EQ(report.tally.lastDay, "2099-01-02");
   EXPECT_EQ(report.droppedCharacters, 3);

@@ -47,7 +47,7 @@ inline ExportedActivityDay rings(double energy) {
 /// Imports what `tell` tells into `database` and commits; what the run counted.
 inline ImportTally imported(const TestDatabase& database,
                             const std::function<void(ImportWriter&)>& tell,
-                            ImportWriter::Setting setting = {}) {
+                            ImportWriter::Setting setting = {.timeZone = "Asia/Shanghai"}) {
   Database connection(database.path(), {.create = false, .readOnly = false});
   ImportWriter writer(connection, setting);
   tell(writer);

@@ -52,4 +52,9 @@ TEST(StampIn, ChangesTheOffsetAtTheSecondOfTheChange) {
   EXPECT_EQ(StampText(stampIn(Zone::newYork, autumn)).text(), "2024-11-03 01:00:00 -0500");
 }
 
+TEST(ZoneName, IsWhatTheWorldCallsIt) {
+  EXPECT_EQ(nameOf(Zone::shanghai), "Asia/Shanghai");
+  EXPECT_EQ(nameOf(Zone::newYork), "America/New_York");
+}
+
 }  // namespace

@@ -14,6 +14,12 @@
 /// The day on which the tests' histories end.
 inline constexpr CivilDay sampleDay = std::chrono::year{2026} / 11 / 20;
 
+/// SQL for the moment of the stamp in `column`, in seconds since 1970 UTC.
+inline std::string momentSQL(const std::string& column) {
+  return "unixepoch(substr(" + column + ", 1, 19) || substr(" + column +
+         ", 21, 3) || ':' || substr(" + column + ", 24))";
+}
+
 /// A household in a folder of its own, as the program writes it.
 class WrittenHousehold {
 public:

@@ -1,0 +1,42 @@
+#pragma once
+// In which time zone a member's days are.
+
+#include "platform/Stamp.h"
+#include "platform/TimeZone.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+/// The zone of a member whose export is about to be read.
+class MemberZone {
+public:
+  /// What is known of it before.
+  struct Hints {
+    std::string member;                  ///< the member's name, for messages
+    std::string id;                      ///< the member's
+    std::filesystem::path database;      ///< the member's; need not exist
+    std::optional<std::string> asked;    ///< by the user
+    std::optional<std::string> machine;  ///< the machine's zone; absent when it has no name
+  };
+
+  /// The zone that the database was filled in, else the one that was asked for, else the machine's.
+  /// Throws ImportError when another one was asked for than the database has, when the database
+  /// has samples of which nobody knows the zone, when the system does not know the zone, and when
+  /// there is none. Failures of the database leave as ReceiverError.
+  explicit MemberZone(const Hints& hints);
+
+  TimeZone& zone() { return timeZone; }
+
+  /// Compares an assumed zone with the stamp that tells the phone's clocks at the export, once
+  /// there is one. Throws ImportError when the clocks of the zone were elsewhere: nobody has said
+  /// that it is the member's, and all days would be another place's for good.
+  void confirm(const std::optional<Stamp>& exported);
+
+private:
+  bool assumed = false;  ///< the machine's zone, for want of a better one, and not confirmed yet
+  TimeZone timeZone;
+};
+
+/// Throws ImportError when the system knows no zone called `name`.
+TimeZone knownZone(const std::string& name);
