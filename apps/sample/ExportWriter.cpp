@@ -24,6 +24,7 @@ constexpr std::string_view me =
 }  // namespace
 
 void ExportWriter::open(Stamp exported) {
+  offset = exported.offset;
   written += documentType;
   written += "<HealthData";
   appendAttribute(written, "locale", person.home == Zone::shanghai ? "zh_CN" : "en_US");
@@ -52,9 +53,9 @@ void ExportWriter::add(const Sample& sample) {
   written += '"';
   written += attributesOf(source);
   if (!sample.unit.empty()) appendAttribute(written, "unit", sample.unit);
-  appendAttribute(written, "creationDate", sample.created());
-  appendAttribute(written, "startDate", sample.start);
-  appendAttribute(written, "endDate", sample.end);
+  appendAttribute(written, "creationDate", onPhone(sample.created()));
+  appendAttribute(written, "startDate", onPhone(sample.start));
+  appendAttribute(written, "endDate", onPhone(sample.end));
   appendAttribute(written,
                   "value",
                   number != nullptr ? number->text() : std::get<std::string_view>(sample.value));
@@ -82,11 +83,10 @@ void appendEntry(std::string& text, std::string_view key, std::string_view value
   text += "/>\n";
 }
 
-std::string_view nameOf(int offset) {
-  return offset == 8 * hour ? "Asia/Shanghai" : "America/New_York";
-}
+/// Where the person was, which the offset of a stamp of the life gives away.
+Zone zoneOf(Stamp stamp) { return stamp.offset == 8 * hour ? Zone::shanghai : Zone::newYork; }
 
-/// "6:54:32.26 AM", as the clocks of the stamp's place show it.
+/// "6:54:32.26 AM", as the clocks of the stamp show it.
 std::string timeOfDay(Stamp stamp, int hundredths) {
   const auto second = static_cast<int>((stamp.moment + stamp.offset) % (24 * hour));
   const int wholeHour = second / hour;
@@ -104,21 +104,21 @@ std::string timeOfDay(Stamp stamp, int hundredths) {
 
 /// The beats that a variability was measured on. The life does not tell them: they follow from the
 /// moment alone.
-void appendBeats(std::string& text, const Sample& sample) {
-  Random random(static_cast<std::uint64_t>(sample.start.moment));
+void appendBeats(std::string& text, Stamp start, Stamp end) {
+  Random random(static_cast<std::uint64_t>(start.moment));
   const double usual = random.between(55, 85);
-  const auto end = static_cast<double>(sample.end.moment - sample.start.moment);
+  const auto length = static_cast<double>(end.moment - start.moment);
   text += "  <HeartRateVariabilityMetadataList>\n";
   double at = 0;
   while (true) {
     const Decimal rate = Decimal::nearest(random.bell(usual, 4), 0);
     at += 60 / rate.number();
-    if (at >= end) break;
+    if (at >= length) break;
     const auto seconds = static_cast<int>(at);
     const auto hundredths = static_cast<int>((at - seconds) * 100);
     text += "   <InstantaneousBeatsPerMinute";
     appendAttribute(text, "bpm", rate.text());
-    appendAttribute(text, "time", timeOfDay(sample.start.after(seconds), hundredths));
+    appendAttribute(text, "time", timeOfDay(start.after(seconds), hundredths));
     text += "/>\n";
   }
   text += "  </HeartRateVariabilityMetadataList>\n";
@@ -132,9 +132,9 @@ void ExportWriter::appendChildren(const Sample& sample) {
     const bool active = std::get<Decimal>(sample.value).number() >= lively;
     appendEntry(written, "HKMetadataKeyHeartRateMotionContext", active ? "2" : "1");
   } else if (sample.type == "HeartRateVariabilitySDNN") {
-    appendBeats(written, sample);
+    appendBeats(written, onPhone(sample.start), onPhone(sample.end));
   } else if (sample.type == "SleepAnalysis") {
-    appendEntry(written, "HKTimeZone", nameOf(sample.start.offset));
+    appendEntry(written, "HKTimeZone", nameOf(zoneOf(sample.start)));
   } else if (sample.type == "VO2Max") {
     appendEntry(written, "HKVO2MaxTestType", "2");
   } else if (person.devices.byHand && sample.source == &*person.devices.byHand) {
@@ -143,7 +143,11 @@ void ExportWriter::appendChildren(const Sample& sample) {
 }
 
 void ExportWriter::add(const Workout& workout) {
-  WorkoutMarkup::append(keptWorkouts, workout, attributesOf(*workout.source));
+  Workout shown = workout;
+  shown.start = onPhone(workout.start);
+  shown.end = onPhone(workout.end);
+  shown.filed = onPhone(workout.created());
+  WorkoutMarkup::append(keptWorkouts, shown, attributesOf(*workout.source));
   ++workoutCount;
 }
 

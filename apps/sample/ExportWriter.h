@@ -12,12 +12,14 @@
 
 /// Makes the text of an export, piece by piece: `open` first, `close` last. Records come in the
 /// order in which they are told; workouts and the days' rings follow them, and are kept until then.
+/// A phone words every moment on its clocks of the moment of the export, whatever the offset was
+/// then and there. Days of rings and names of time zones are those of the life.
 class ExportWriter final : public RecordSink {
 public:
   /// `person` owns the devices that the samples come from. Both outlive the writer.
   ExportWriter(const Person& person, Progress& progress) : person(person), progress(progress) {}
 
-  void open(Stamp exported);  ///< when the export is made
+  void open(Stamp exported);  ///< when the export is made, at the offset of all its stamps
   void add(const Sample& sample) override;
   void add(const Workout& workout) override;
   void close();
@@ -30,11 +32,13 @@ public:
   std::int64_t workouts() const { return workoutCount; }
 
 private:
+  Stamp onPhone(Stamp stamp) const { return {stamp.moment, offset}; }
   void appendChildren(const Sample& sample);
   const std::string& attributesOf(const Source& source);
 
   const Person& person;
   Progress& progress;
+  int offset = 0;  ///< the phone's, see `open`
   std::string written;
   std::string keptWorkouts;
   ActivityRings rings;

@@ -3,6 +3,7 @@
 
 #include "apps/sample/ReadExport.h"
 #include "apps/sample/WrittenHousehold.h"
+#include "platform/AppleFormat.h"
 #include "platform/Files.h"
 #include "sample/Export.h"
 #include "store/HealthStore.h"
@@ -12,6 +13,7 @@
 
 #include <cstdlib>
 #include <iomanip>
+#include <map>
 #include <optional>
 #include <set>
 #include <sstream>
@@ -80,21 +82,60 @@ TEST(Export, IsWellFormedAndHoldsWhatItsTypeSays) {
   EXPECT_EQ(read.root.children[1].name, "Me");
 }
 
+/// The moment of a stamp, in seconds since 1970 UTC.
+std::string momentOf(const std::string& stamp) {
+  return std::to_string(AppleFormat::stampParser.parse(stamp).value());
+}
+
 TEST(Export, HoldsEveryRecordOfTheHouseholdInTheSameOrder) {
   const WrittenHousehold household = annsHousehold();
   std::vector<std::string> lines;
   for (const ExportElement& record : annsExport().root.all("Record")) {
     lines.push_back(withoutPrefix(record.text("type")) + '|' + record.text("sourceName") + '|' +
                     record.text("device") + '|' + record.text("unit") + '|' +
-                    record.text("startDate") + '|' + record.text("endDate") + '|' +
-                    record.text("creationDate") + '|' + record.text("value"));
+                    momentOf(record.text("startDate")) + '|' + momentOf(record.text("endDate")) +
+                    '|' + momentOf(record.text("creationDate")) + '|' + record.text("value"));
   }
 
   EXPECT_EQ(lines,
             household.texts("ann-01",
                             "SELECT type || '|' || source_name || '|' || ifnull(device, '') || '|'"
-                            " || ifnull(unit, '') || '|' || start_date || '|' || end_date || '|'"
-                            " || creation_date || '|' || value FROM records ORDER BY rowid"));
+                            " || ifnull(unit, '') || '|' || " +
+                                momentSQL("start_date") + " || '|' || " + momentSQL("end_date") +
+                                " || '|' || " + momentSQL("creation_date") +
+                                " || '|' || value FROM records ORDER BY rowid"));
+}
+
+using Offsets = std::map<std::string, std::set<std::string>>;
+
+/// Adds to `offsets`, by the element's name, the offset of every stamp in `element` and inside it.
+void collectOffsets(const ExportElement& element, Offsets& offsets) {
+  for (const auto& [name, value] : element.attributes) {
+    if (AppleFormat::stampParser.parse(value)) offsets[element.name].insert(value.substr(20));
+  }
+  for (const ExportElement& child : element.children) collectOffsets(child, offsets);
+}
+
+Offsets offsetsIn(const ReadExport& read) {
+  Offsets offsets;
+  collectOffsets(read.root, offsets);
+  return offsets;
+}
+
+/// The offsets of an export that has nothing but `offset` in all its elements with stamps.
+Offsets everywhere(const std::set<std::string>& elements, const std::string& offset) {
+  Offsets offsets;
+  for (const std::string& element : elements) offsets[element] = {offset};
+  return offsets;
+}
+
+const std::set<std::string> stampedOfAnn{
+    "ExportDate", "Record", "Workout", "WorkoutEvent", "WorkoutStatistics"};
+const std::set<std::string> stampedOfBen{"ExportDate", "Record", "Workout", "WorkoutEvent"};
+
+TEST(Export, HasTheOffsetOfItsMomentInEveryStamp) {
+  EXPECT_EQ(offsetsIn(annsExport()), everywhere(stampedOfAnn, "+0800"));
+  EXPECT_EQ(offsetsIn(ReadExport(exported(optionsOf("Ben")))), everywhere(stampedOfBen, "-0500"));
 }
 
 /// The sum or the attribute `what` of a workout's statistics of a type that begins with `type`.
@@ -122,11 +163,12 @@ std::optional<double> entry(const ExportElement& workout, const std::string& key
   return std::nullopt;
 }
 
+/// The workout of an element, with moments for stamps.
 WorkoutEntry entryOf(const ExportElement& workout) {
   WorkoutEntry read;
   read.activity_type = withoutPrefix(workout.text("workoutActivityType"));
-  read.start = workout.text("startDate");
-  read.end = workout.text("endDate");
+  read.start = momentOf(workout.text("startDate"));
+  read.end = momentOf(workout.text("endDate"));
   read.source = workout.text("sourceName");
   EXPECT_EQ(workout.text("durationUnit"), "min");
   read.duration_min = std::strtod(workout.text("duration").c_str(), nullptr);
@@ -152,8 +194,12 @@ WorkoutEntry entryOf(const ExportElement& workout) {
 TEST(Export, HoldsEveryWorkoutWithFiguresThatComeBackAsTheyWere) {
   const WrittenHousehold household = annsHousehold(true);
   Logger quiet(std::nullopt, Logger::Level::error, false, [] { return 0.0; });
-  const std::vector<WorkoutEntry> stored =
+  std::vector<WorkoutEntry> stored =
       HealthStore(household.database("ann-01"), {}, quiet).workoutDetails({}, {});
+  for (WorkoutEntry& workout : stored) {
+    workout.start = momentOf(workout.start);
+    workout.end = momentOf(workout.end);
+  }
   std::vector<WorkoutEntry> read;
   for (const ExportElement& workout : annsExport().root.all("Workout")) {
     read.push_back(entryOf(workout));
@@ -185,6 +231,10 @@ TEST(Export, GivesEveryVariabilityTheBeatsItWasMeasuredOn) {
       EXPECT_THAT(beat.text("time"),
                   testing::MatchesRegex("1?[0-9]:[0-5][0-9]:[0-5][0-9]\\.[0-9][0-9] [AP]M"));
     }
+    const std::string hour =
+        std::to_string((std::stoi(record.text("startDate").substr(11)) + 11) % 12 + 1);
+    EXPECT_EQ(lists[0].children[0].text("time").substr(0, hour.size() + 3),
+              hour + record.text("startDate").substr(13, 3));
   }
   EXPECT_GT(variabilities, 100U);
 }
