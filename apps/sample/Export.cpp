@@ -23,13 +23,20 @@ Person exporter(const Options& options) {
   return *found;
 }
 
+/// The export is made when the last record has arrived. Who does not say where the phone is has it
+/// at home.
+Stamp exportedOf(const Person& person, const Options& options, CivilDay today) {
+  const Stamp atHome = stampIn(person.home, lastSync(today).moment);
+  return {atHome.moment, options.offset.value_or(atHome.offset)};
+}
+
 }  // namespace
 
 void writeExport(const Options& options, CivilDay today, std::ostream& report, Progress& progress) {
   const Person person = exporter(options);
   const HistoryRequest request{
       .today = today, .years = options.years, .seed = options.seed, .records = options.records};
-  ExportDocument document(person, request, progress);
+  ExportDocument document(person, request, exportedOf(person, options, today), progress);
   const auto nextPiece = [&document] { return document.nextPiece(); };
 
   progress.begin(person.name);

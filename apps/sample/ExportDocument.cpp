@@ -2,11 +2,10 @@
 
 #include <cstddef>
 
-ExportDocument::ExportDocument(const Person& person, const HistoryRequest& request,
+ExportDocument::ExportDocument(const Person& person, const HistoryRequest& request, Stamp exported,
                                Progress& progress)
     : history(person, request), writer(person, progress) {
-  // The export is made when the last record has arrived, on the clock of the person's home.
-  writer.open(stampIn(person.home, lastSync(request.today).moment));
+  writer.open(exported);
 }
 
 std::string_view ExportDocument::nextPiece() {

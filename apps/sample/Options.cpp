@@ -4,13 +4,14 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdlib>
 #include <string>
 #include <system_error>
 
 constinit const std::string_view usage =
     "larkspur-sample --out DIR [--members N] [--years Y] [--records N] [--seed S]\n"
     "                [--today YYYY-MM-DD] [--as-imported]\n"
-    "larkspur-sample --export PATH [--member NAME] [the same options]\n"
+    "larkspur-sample --export PATH [--member NAME] [--offset HH:MM] [the same options]\n"
     "\n"
     "Writes a data root with a household that nobody lives in, or what one of its members\n"
     "would export from the phone's Health app.\n"
@@ -19,6 +20,9 @@ constinit const std::string_view usage =
     "  --export PATH       the export to make: a zip when PATH ends in .zip, else the XML\n"
     "                      alone; a file that exists already is left alone\n"
     "  --member NAME       whose export, by name or identifier (default: Ann)\n"
+    "  --offset HH:MM      the phone's distance from UTC at the moment of the export, which\n"
+    "                      all its stamps have: +08:00 is east, as is 08:00, -05:00 is west\n"
+    "                      (default: that of the member's home)\n"
     "  --members N         how many people, 1 to 99 (default 3)\n"
     "  --years Y           how long Ann's history is, 1 to 30 (default 3)\n"
     "  --records N         about how many records Ann, or who exports, has, 1000 to 100000000\n"
@@ -55,6 +59,20 @@ CivilDay dayOf(std::string_view option, std::string_view text) {
   return *day;
 }
 
+/// Seconds east of UTC; without a sign they are east. The colon may be missing, as it is in stamps.
+int offsetOf(std::string_view option, std::string_view text) {
+  const bool hasSign = text.starts_with('+') || text.starts_with('-');
+  std::string stamp = "1970-01-01 00:00:00 ";
+  if (!hasSign) stamp += '+';
+  stamp += text;
+  const std::optional<Stamp> parsed = AppleFormat::stampParser.stamp(stamp);
+  constexpr int farthest = 14 * 3600;  // no place on Earth is farther from UTC
+  if (!parsed || std::abs(parsed->offset) > farthest) {
+    throw UsageError(std::string(option) + " wants HH:MM with or without a sign, 14:00 at most");
+  }
+  return parsed->offset;
+}
+
 void set(Options& options, std::string_view option, std::string_view value) {
   if (option == "--out") {
     options.out = value;
@@ -64,6 +82,8 @@ void set(Options& options, std::string_view option, std::string_view value) {
     if (value.empty()) throw UsageError("--export wants a file");
   } else if (option == "--member") {
     options.member = value;
+  } else if (option == "--offset") {
+    options.offset = offsetOf(option, value);
   } else if (option == "--members") {
     options.members = numberOf(option, value, 1, largestHousehold);
   } else if (option == "--years") {
@@ -78,8 +98,15 @@ void set(Options& options, std::string_view option, std::string_view value) {
 }
 
 bool takesValue(std::string_view option) {
-  constexpr std::array<std::string_view, 8> all{
-      "--out", "--export", "--member", "--members", "--years", "--records", "--seed", "--today"};
+  constexpr std::array<std::string_view, 9> all{"--out",
+                                                "--export",
+                                                "--member",
+                                                "--offset",
+                                                "--members",
+                                                "--years",
+                                                "--records",
+                                                "--seed",
+                                                "--today"};
   return std::ranges::find(all, option) != all.end();
 }
 
@@ -93,6 +120,9 @@ void check(const Options& options) {
   }
   if (options.member && options.exportTo.empty()) {
     throw UsageError("--member belongs to --export");
+  }
+  if (options.offset && options.exportTo.empty()) {
+    throw UsageError("--offset belongs to --export");
   }
   if (options.asImported && options.out.empty()) {
     throw UsageError("--as-imported belongs to --out");

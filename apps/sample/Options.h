@@ -15,6 +15,7 @@ struct Options {
   std::filesystem::path out;            ///< the data root to be made
   std::filesystem::path exportTo = {};  ///< or the export; one of the two is set unless `help` is
   std::optional<std::string> member = {};  ///< who exports, by name or identifier; Ann when absent
+  std::optional<int> offset = {};  ///< of an export, seconds east of UTC; the home's when absent
   int members = 3;
   int years = 3;
   std::optional<std::int64_t> records;  ///< of Ann or who exports, about; natural when absent

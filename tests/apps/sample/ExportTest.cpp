@@ -138,6 +138,39 @@ TEST(Export, HasTheOffsetOfItsMomentInEveryStamp) {
   EXPECT_EQ(offsetsIn(ReadExport(exported(optionsOf("Ben")))), everywhere(stampedOfBen, "-0500"));
 }
 
+TEST(Export, HasTheOffsetThatIsAskedForInEveryStamp) {
+  Options options = optionsOf("Ben");
+  options.offset = 5 * 3600 + 45 * 60;
+  EXPECT_EQ(offsetsIn(ReadExport(exported(options))), everywhere(stampedOfBen, "+0545"));
+
+  options = optionsOf("Ann");
+  options.offset = -4 * 3600;
+  EXPECT_EQ(offsetsIn(ReadExport(exported(options))), everywhere(stampedOfAnn, "-0400"));
+}
+
+/// The element with moments for stamps, as text.
+std::string withMoments(const ExportElement& element) {
+  std::string text = element.name;
+  for (const auto& [name, value] : element.attributes) {
+    const auto moment = AppleFormat::stampParser.parse(value);
+    text += ' ' + name + '=' + (moment ? std::to_string(*moment) : value);
+  }
+  for (const ExportElement& child : element.children) {
+    // The clock times of beats have no offset of their own.
+    if (child.name != "HeartRateVariabilityMetadataList") text += '\n' + withMoments(child);
+  }
+  return text;
+}
+
+TEST(Export, IsTheSameAtAnyOffsetButForItsClocks) {
+  Options options = optionsOf();
+  options.offset = -5 * 3600;
+  const ReadExport read(exported(options));
+
+  EXPECT_NE(read.root.children[0].text("value"), annsExport().root.children[0].text("value"));
+  EXPECT_TRUE(withMoments(read.root) == withMoments(annsExport().root));
+}
+
 /// The sum or the attribute `what` of a workout's statistics of a type that begins with `type`.
 std::optional<double> statistic(const ExportElement& workout, const std::string& type,
                                 const std::string& what) {

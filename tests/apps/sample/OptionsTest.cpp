@@ -31,6 +31,13 @@ Options optionsWith(auto change) {
   return options;
 }
 
+Options exportWith(auto change) {
+  Options options;
+  options.exportTo = "e";
+  change(options);
+  return options;
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Cases, AcceptedOptions,
     testing::Values(AcceptedCase{"Defaults", {"--out", "d"}, optionsWith([](Options&) {})},
@@ -65,6 +72,24 @@ INSTANTIATE_TEST_SUITE_P(
                                    options.member = "Ben";
                                    options.seed = 3;
                                  })},
+                    AcceptedCase{"OffsetEastByItsSign",
+                                 {"--export", "e", "--offset", "+08:00"},
+                                 exportWith([](Options& options) { options.offset = 28800; })},
+                    AcceptedCase{"OffsetEastWithoutASign",
+                                 {"--export", "e", "--offset", "14:00"},
+                                 exportWith([](Options& options) { options.offset = 50400; })},
+                    AcceptedCase{"OffsetWest",
+                                 {"--export", "e", "--offset", "-05:00"},
+                                 exportWith([](Options& options) { options.offset = -18000; })},
+                    AcceptedCase{"OffsetAsInAStamp",
+                                 {"--export", "e", "--offset", "-0500"},
+                                 exportWith([](Options& options) { options.offset = -18000; })},
+                    AcceptedCase{"OffsetWithMinutes",
+                                 {"--export", "e", "--offset", "+05:45"},
+                                 exportWith([](Options& options) { options.offset = 20700; })},
+                    AcceptedCase{"OffsetOfNothing",
+                                 {"--export", "e", "--offset", "-00:00"},
+                                 exportWith([](Options& options) { options.offset = 0; })},
                     AcceptedCase{"TheLastOfARepeatedOptionWins",
                                  {"--out", "c", "--seed", "1", "--out", "d", "--seed", "2"},
                                  optionsWith([](Options& options) { options.seed = 2; })},
@@ -105,6 +130,36 @@ INSTANTIATE_TEST_SUITE_P(
                      "--out and --export exclude each other"},
         RejectedCase{
             "MemberOfADataRoot", {"--out", "d", "--member", "Ann"}, "--member belongs to --export"},
+        RejectedCase{"OffsetOfADataRoot",
+                     {"--out", "d", "--offset", "+08:00"},
+                     "--offset belongs to --export"},
+        RejectedCase{"OffsetTooFarEast",
+                     {"--export", "e", "--offset", "+14:01"},
+                     "--offset wants HH:MM with or without a sign, 14:00 at most"},
+        RejectedCase{"OffsetTooFarWest",
+                     {"--export", "e", "--offset", "-15:00"},
+                     "--offset wants HH:MM with or without a sign, 14:00 at most"},
+        RejectedCase{"OffsetWithSixtyMinutes",
+                     {"--export", "e", "--offset", "08:60"},
+                     "--offset wants HH:MM with or without a sign, 14:00 at most"},
+        RejectedCase{"OffsetInWords",
+                     {"--export", "e", "--offset", "Shanghai"},
+                     "--offset wants HH:MM with or without a sign, 14:00 at most"},
+        RejectedCase{"OffsetOfUTC",
+                     {"--export", "e", "--offset", "Z"},
+                     "--offset wants HH:MM with or without a sign, 14:00 at most"},
+        RejectedCase{"OffsetWithoutMinutes",
+                     {"--export", "e", "--offset", "+08"},
+                     "--offset wants HH:MM with or without a sign, 14:00 at most"},
+        RejectedCase{"OffsetWithTwoSigns",
+                     {"--export", "e", "--offset", "+-08:00"},
+                     "--offset wants HH:MM with or without a sign, 14:00 at most"},
+        RejectedCase{"OffsetWithMoreBehind",
+                     {"--export", "e", "--offset", "+08:00 "},
+                     "--offset wants HH:MM with or without a sign, 14:00 at most"},
+        RejectedCase{"EmptyOffset",
+                     {"--export", "e", "--offset", ""},
+                     "--offset wants HH:MM with or without a sign, 14:00 at most"},
         RejectedCase{"ImportedExport",
                      {"--export", "e.zip", "--as-imported"},
                      "--as-imported belongs to --out"},
@@ -136,6 +191,7 @@ TEST(Usage, NamesEveryOption) {
   for (const char* option : {"--out",
                              "--export",
                              "--member NAME",
+                             "--offset HH:MM",
                              "--members",
                              "--years",
                              "--records",
