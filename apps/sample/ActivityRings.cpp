@@ -30,12 +30,15 @@ void ActivityRings::add(const Sample& sample) {
   if (isExercise) day.exercise += Decimal::nearest(amount, 0).digits;
 }
 
-void ActivityRings::append(std::string& text) const {
+void ActivityRings::append(std::string& text, UnitSystem system) const {
   for (const auto& [date, day] : days) {
+    const ExportUnits::Quantity energy =
+        ExportUnits::worded(system, "ActiveEnergyBurned", {day.energy, energyPlaces}, "kcal");
     text += " <ActivitySummary";
     Markup::appendAttribute(text, "dateComponents", date);
-    Markup::appendAttribute(text, "activeEnergyBurned", Decimal{day.energy, energyPlaces}.text());
-    text += " activeEnergyBurnedGoal=\"450\" activeEnergyBurnedUnit=\"kcal\"";
+    Markup::appendAttribute(text, "activeEnergyBurned", energy.number);
+    text += " activeEnergyBurnedGoal=\"450\"";
+    Markup::appendAttribute(text, "activeEnergyBurnedUnit", energy.unit);
     text += " appleMoveTime=\"0\" appleMoveTimeGoal=\"0\"";
     Markup::appendAttribute(text, "appleExerciseTime", Decimal{day.exercise, 0}.text());
     text += " appleExerciseTimeGoal=\"30\"";

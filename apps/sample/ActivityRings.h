@@ -1,6 +1,7 @@
 #pragma once
 // The rings that a watch fills every day: energy, exercise, hours with some standing.
 
+#include "sample/ExportUnits.h"
 #include "sample/Sample.h"
 
 #include <cstdint>
@@ -13,8 +14,8 @@ public:
   /// Counts a sample of the watch; samples that fill no ring are passed over.
   void add(const Sample& sample);
 
-  /// Appends one element a day, oldest first.
-  void append(std::string& text) const;
+  /// Appends one element a day, oldest first, with its energy in a unit of `system`.
+  void append(std::string& text, UnitSystem system) const;
 
 private:
   struct Day {

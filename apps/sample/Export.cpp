@@ -36,7 +36,11 @@ void writeExport(const Options& options, CivilDay today, std::ostream& report, P
   const Person person = exporter(options);
   const HistoryRequest request{
       .today = today, .years = options.years, .seed = options.seed, .records = options.records};
-  ExportDocument document(person, request, exportedOf(person, options, today), progress);
+  ExportDocument document(person,
+                          request,
+                          exportedOf(person, options, today),
+                          options.units.value_or(UnitSystem::metric),
+                          progress);
   const auto nextPiece = [&document] { return document.nextPiece(); };
 
   progress.begin(person.name);

@@ -3,8 +3,8 @@
 #include <cstddef>
 
 ExportDocument::ExportDocument(const Person& person, const HistoryRequest& request, Stamp exported,
-                               Progress& progress)
-    : history(person, request), writer(person, progress) {
+                               UnitSystem units, Progress& progress)
+    : history(person, request), writer(person, units, progress) {
   writer.open(exported);
 }
 

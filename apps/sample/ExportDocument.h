@@ -10,10 +10,10 @@
 /// The "export.xml" of one person's life. A piece holds a few days; the workouts come at the end.
 class ExportDocument {
 public:
-  /// The document is made at the moment and on the clocks of `exported`. `person` and `progress`
-  /// outlive it.
+  /// The document is made at the moment and on the clocks of `exported`, by a phone that measures
+  /// in `units`. `person` and `progress` outlive it.
   ExportDocument(const Person& person, const HistoryRequest& request, Stamp exported,
-                 Progress& progress);
+                 UnitSystem units, Progress& progress);
 
   /// The next piece, valid until the next call; empty after the last.
   std::string_view nextPiece();

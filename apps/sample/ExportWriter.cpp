@@ -44,21 +44,32 @@ const std::string& ExportWriter::attributesOf(const Source& source) {
   return sourceAttributes;
 }
 
+namespace {
+
+/// The value of a sample and its unit, as they are to be written.
+ExportUnits::Quantity quantityOf(const Sample& sample, UnitSystem units) {
+  if (const auto* number = std::get_if<Decimal>(&sample.value)) {
+    return ExportUnits::worded(units, sample.type, *number, sample.unit);
+  }
+  return {std::string(std::get<std::string_view>(sample.value)), sample.unit};
+}
+
+}  // namespace
+
 void ExportWriter::add(const Sample& sample) {
   const Source& source = *sample.source;
-  const auto* number = std::get_if<Decimal>(&sample.value);
+  const bool isQuantity = std::holds_alternative<Decimal>(sample.value);
   written += " <Record type=\"";
-  written += number != nullptr ? "HKQuantityTypeIdentifier" : "HKCategoryTypeIdentifier";
+  written += isQuantity ? "HKQuantityTypeIdentifier" : "HKCategoryTypeIdentifier";
   written += sample.type;
   written += '"';
   written += attributesOf(source);
-  if (!sample.unit.empty()) appendAttribute(written, "unit", sample.unit);
+  const ExportUnits::Quantity quantity = quantityOf(sample, units);
+  if (!quantity.unit.empty()) appendAttribute(written, "unit", quantity.unit);
   appendAttribute(written, "creationDate", onPhone(sample.created()));
   appendAttribute(written, "startDate", onPhone(sample.start));
   appendAttribute(written, "endDate", onPhone(sample.end));
-  appendAttribute(written,
-                  "value",
-                  number != nullptr ? number->text() : std::get<std::string_view>(sample.value));
+  appendAttribute(written, "value", quantity.number);
 
   const std::size_t end = written.size();
   written += ">\n";
@@ -147,12 +158,12 @@ void ExportWriter::add(const Workout& workout) {
   shown.start = onPhone(workout.start);
   shown.end = onPhone(workout.end);
   shown.filed = onPhone(workout.created());
-  WorkoutMarkup::append(keptWorkouts, shown, attributesOf(*workout.source));
+  WorkoutMarkup::append(keptWorkouts, shown, attributesOf(*workout.source), units);
   ++workoutCount;
 }
 
 void ExportWriter::close() {
   written += keptWorkouts;
-  rings.append(written);
+  rings.append(written, units);
   written += "</HealthData>\n";
 }

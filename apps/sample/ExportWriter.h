@@ -2,6 +2,7 @@
 // Writes a life down as the Health app does when it exports everything: "export.xml".
 
 #include "sample/ActivityRings.h"
+#include "sample/ExportUnits.h"
 #include "sample/Person.h"
 #include "sample/Progress.h"
 #include "sample/Sample.h"
@@ -16,8 +17,10 @@
 /// then and there. Days of rings and names of time zones are those of the life.
 class ExportWriter final : public RecordSink {
 public:
-  /// `person` owns the devices that the samples come from. Both outlive the writer.
-  ExportWriter(const Person& person, Progress& progress) : person(person), progress(progress) {}
+  /// `person` owns the devices that the samples come from, and the phone measures in `units`.
+  /// Person and progress outlive the writer.
+  ExportWriter(const Person& person, UnitSystem units, Progress& progress)
+      : person(person), units(units), progress(progress) {}
 
   void open(Stamp exported);  ///< when the export is made, at the offset of all its stamps
   void add(const Sample& sample) override;
@@ -37,6 +40,7 @@ private:
   const std::string& attributesOf(const Source& source);
 
   const Person& person;
+  UnitSystem units;
   Progress& progress;
   int offset = 0;  ///< the phone's, see `open`
   std::string written;

@@ -11,7 +11,8 @@
 constinit const std::string_view usage =
     "larkspur-sample --out DIR [--members N] [--years Y] [--records N] [--seed S]\n"
     "                [--today YYYY-MM-DD] [--as-imported]\n"
-    "larkspur-sample --export PATH [--member NAME] [--offset HH:MM] [the same options]\n"
+    "larkspur-sample --export PATH [--member NAME] [--offset HH:MM] [--units SYSTEM]\n"
+    "                [the same options]\n"
     "\n"
     "Writes a data root with a household that nobody lives in, or what one of its members\n"
     "would export from the phone's Health app.\n"
@@ -23,6 +24,7 @@ constinit const std::string_view usage =
     "  --offset HH:MM      the phone's distance from UTC at the moment of the export, which\n"
     "                      all its stamps have: +08:00 is east, as is 08:00, -05:00 is west\n"
     "                      (default: that of the member's home)\n"
+    "  --units SYSTEM      what the phone measures in: metric or imperial (default: metric)\n"
     "  --members N         how many people, 1 to 99 (default 3)\n"
     "  --years Y           how long Ann's history is, 1 to 30 (default 3)\n"
     "  --records N         about how many records Ann, or who exports, has, 1000 to 100000000\n"
@@ -73,6 +75,12 @@ int offsetOf(std::string_view option, std::string_view text) {
   return parsed->offset;
 }
 
+UnitSystem unitsOf(std::string_view option, std::string_view text) {
+  if (text == "metric") return UnitSystem::metric;
+  if (text == "imperial") return UnitSystem::imperial;
+  throw UsageError(std::string(option) + " wants metric or imperial");
+}
+
 void set(Options& options, std::string_view option, std::string_view value) {
   if (option == "--out") {
     options.out = value;
@@ -84,6 +92,8 @@ void set(Options& options, std::string_view option, std::string_view value) {
     options.member = value;
   } else if (option == "--offset") {
     options.offset = offsetOf(option, value);
+  } else if (option == "--units") {
+    options.units = unitsOf(option, value);
   } else if (option == "--members") {
     options.members = numberOf(option, value, 1, largestHousehold);
   } else if (option == "--years") {
@@ -98,15 +108,16 @@ void set(Options& options, std::string_view option, std::string_view value) {
 }
 
 bool takesValue(std::string_view option) {
-  constexpr std::array<std::string_view, 9> all{"--out",
-                                                "--export",
-                                                "--member",
-                                                "--offset",
-                                                "--members",
-                                                "--years",
-                                                "--records",
-                                                "--seed",
-                                                "--today"};
+  constexpr std::array<std::string_view, 10> all{"--out",
+                                                 "--export",
+                                                 "--member",
+                                                 "--offset",
+                                                 "--units",
+                                                 "--members",
+                                                 "--years",
+                                                 "--records",
+                                                 "--seed",
+                                                 "--today"};
   return std::ranges::find(all, option) != all.end();
 }
 
@@ -123,6 +134,9 @@ void check(const Options& options) {
   }
   if (options.offset && options.exportTo.empty()) {
     throw UsageError("--offset belongs to --export");
+  }
+  if (options.units && options.exportTo.empty()) {
+    throw UsageError("--units belongs to --export");
   }
   if (options.asImported && options.out.empty()) {
     throw UsageError("--as-imported belongs to --out");

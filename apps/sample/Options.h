@@ -2,6 +2,7 @@
 // The command line of the sample household.
 
 #include "platform/AppleFormat.h"
+#include "sample/ExportUnits.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -16,6 +17,7 @@ struct Options {
   std::filesystem::path exportTo = {};  ///< or the export; one of the two is set unless `help` is
   std::optional<std::string> member = {};  ///< who exports, by name or identifier; Ann when absent
   std::optional<int> offset = {};  ///< of an export, seconds east of UTC; the home's when absent
+  std::optional<UnitSystem> units = {};  ///< of an export; metric when absent
   int members = 3;
   int years = 3;
   std::optional<std::int64_t> records;  ///< of Ann or who exports, about; natural when absent

@@ -6,10 +6,14 @@
 
 namespace {
 
+using ExportUnits::Quantity;
+using ExportUnits::worded;
 using Markup::appendAttribute;
 
 /// Lives are told with no more than two decimals.
-std::string textOf(double value) { return Decimal::nearest(value, 2).text(); }
+Decimal told(double value) { return Decimal::nearest(value, 2); }
+
+std::string textOf(double value) { return told(value).text(); }
 
 void appendEntry(std::string& text, std::string_view key, const std::string& value) {
   text += "  <MetadataEntry";
@@ -18,7 +22,7 @@ void appendEntry(std::string& text, std::string_view key, const std::string& val
   text += "/>\n";
 }
 
-void appendEntries(std::string& text, const WorkoutEntry& entry) {
+void appendEntries(std::string& text, const WorkoutEntry& entry, UnitSystem units) {
   if (entry.indoor) appendEntry(text, "HKIndoorWorkout", *entry.indoor ? "1" : "0");
   if (entry.avg_mets) {
     appendEntry(text, "HKAverageMETs", textOf(*entry.avg_mets) + " kcal/hr·kg");
@@ -27,7 +31,10 @@ void appendEntries(std::string& text, const WorkoutEntry& entry) {
     appendEntry(
         text, "HKElevationAscended", Decimal::nearest(*entry.elevation_m * 100, 0).text() + " cm");
   }
-  if (entry.temp_c) appendEntry(text, "HKWeatherTemperature", textOf(*entry.temp_c) + " degC");
+  if (entry.temp_c) {
+    Quantity weather = worded(units, "", told(*entry.temp_c), "degC");
+    appendEntry(text, "HKWeatherTemperature", weather.number.append(" ").append(weather.unit));
+  }
   if (const std::optional<Decimal> humidity = exportedHumidity(entry)) {
     appendEntry(text, "HKWeatherHumidity", humidity->text() + " %");
   }
@@ -53,11 +60,12 @@ void beginStatistics(std::string& text, const Workout& workout, std::string_view
 }
 
 void appendSum(std::string& text, const Workout& workout, std::string_view type,
-               std::optional<double> sum, std::string_view unit) {
+               std::optional<double> sum, std::string_view unit, UnitSystem units) {
   if (!sum) return;
+  const Quantity quantity = worded(units, type, told(*sum), unit);
   beginStatistics(text, workout, type);
-  appendAttribute(text, "sum", textOf(*sum));
-  appendAttribute(text, "unit", unit);
+  appendAttribute(text, "sum", quantity.number);
+  appendAttribute(text, "unit", quantity.unit);
   text += "/>\n";
 }
 
@@ -81,7 +89,8 @@ void appendHeartRate(std::string& text, const Workout& workout) {
 
 }  // namespace
 
-void WorkoutMarkup::append(std::string& text, const Workout& workout, std::string_view source) {
+void WorkoutMarkup::append(std::string& text, const Workout& workout, std::string_view source,
+                           UnitSystem units) {
   const WorkoutEntry& entry = workout.entry;
   text += " <Workout workoutActivityType=\"HKWorkoutActivityType";
   text += entry.activity_type;
@@ -95,11 +104,11 @@ void WorkoutMarkup::append(std::string& text, const Workout& workout, std::strin
   appendAttribute(text, "startDate", workout.start);
   appendAttribute(text, "endDate", workout.end);
   text += ">\n";
-  appendEntries(text, entry);
+  appendEntries(text, entry, units);
   appendEvent(text, workout);
-  appendSum(text, workout, "ActiveEnergyBurned", entry.active_energy_kcal, "kcal");
-  appendSum(text, workout, "BasalEnergyBurned", entry.basal_energy_kcal, "kcal");
-  appendSum(text, workout, distanceTypeOf(entry.activity_type), entry.distance_km, "km");
+  appendSum(text, workout, "ActiveEnergyBurned", entry.active_energy_kcal, "kcal", units);
+  appendSum(text, workout, "BasalEnergyBurned", entry.basal_energy_kcal, "kcal", units);
+  appendSum(text, workout, distanceTypeOf(entry.activity_type), entry.distance_km, "km", units);
   appendHeartRate(text, workout);
   text += " </Workout>\n";
 }

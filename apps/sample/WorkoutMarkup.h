@@ -1,6 +1,7 @@
 #pragma once
 // A workout as an export writes it down.
 
+#include "sample/ExportUnits.h"
 #include "sample/Sample.h"
 
 #include <string>
@@ -8,9 +9,10 @@
 
 namespace WorkoutMarkup {
 
-/// Appends the element of `workout`. `source` are the attributes that say what recorded it. Lengths
-/// are written in kilometres and heights in centimetres, temperatures in degrees Celsius: so every
-/// figure has as many digits as it was told with, and reads back as the same number.
-void append(std::string& text, const Workout& workout, std::string_view source);
+/// Appends the element of `workout`. `source` are the attributes that say what recorded it. Metric
+/// lengths are in kilometres and temperatures in degrees Celsius, climbs in centimetres in either
+/// system: so every metric figure has as many digits as it was told with, and reads back as the
+/// same number.
+void append(std::string& text, const Workout& workout, std::string_view source, UnitSystem units);
 
 }  // namespace WorkoutMarkup

@@ -11,6 +11,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstddef>
 #include <cstdlib>
 #include <iomanip>
 #include <map>
@@ -18,6 +20,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -240,6 +243,150 @@ TEST(Export, HoldsEveryWorkoutWithFiguresThatComeBackAsTheyWere) {
 
   EXPECT_GT(read.size(), 50U);
   EXPECT_THAT(read, testing::UnorderedElementsAreArray(stored));
+}
+
+/// Ann's export from a phone that measures in miles, read once for all tests.
+const ReadExport& annsImperialExport() {
+  static const ReadExport read = [] {
+    Options options = optionsOf();
+    options.units = UnitSystem::imperial;
+    return ReadExport(exported(options));
+  }();
+  return read;
+}
+
+/// `value` in the basic unit of what `unit` measures; as it is when `unit` is in both systems.
+double inBasicUnit(double value, const std::string& unit) {
+  static const std::map<std::string, double> factors{{"km", 1000},
+                                                     {"mi", 1609.344},
+                                                     {"yd", 0.9144},
+                                                     {"cm", 0.01},
+                                                     {"in", 0.0254},
+                                                     {"km/hr", 1 / 3.6},
+                                                     {"mi/hr", 0.44704},
+                                                     {"ft/s", 0.3048},
+                                                     {"lb", 0.45359237},
+                                                     {"kJ", 1 / 4.184},
+                                                     {"fl_oz_us", 29.5735295625}};
+  if (unit == "degF") return (value - 32) * 5 / 9;
+  const auto found = factors.find(unit);
+  return found == factors.end() ? value : value * found->second;
+}
+
+TEST(Export, InImperialUnitsHoldsTheSameAmounts) {
+  const std::vector<ExportElement> metric = annsExport().root.all("Record");
+  const std::vector<ExportElement> imperial = annsImperialExport().root.all("Record");
+  std::set<std::string> changes;
+  ASSERT_EQ(imperial.size(), metric.size());
+  for (std::size_t index = 0; index < metric.size(); ++index) {
+    ExportElement read = imperial[index];
+    const std::string type = withoutPrefix(read.text("type"));
+    const std::string unit = read.text("unit");
+    const std::string before = metric[index].text("unit");
+    if (unit != before) {
+      changes.insert(type + ' ' + before + ' ' + unit);
+      const double value = inBasicUnit(std::stod(read.text("value")), unit);
+      const double expected = inBasicUnit(std::stod(metric[index].text("value")), before);
+      ASSERT_NEAR(value, expected, 1e-5 * expected) << type;
+      read.attributes["value"] = metric[index].text("value");
+      read.attributes["unit"] = before;
+    }
+    ASSERT_EQ(withMoments(read), withMoments(metric[index]));
+  }
+
+  EXPECT_THAT(changes,
+              ElementsAre("ActiveEnergyBurned kcal Cal",
+                          "AppleSleepingWristTemperature degC degF",
+                          "BasalEnergyBurned kcal Cal",
+                          "BodyMass kg lb",
+                          "DietaryEnergyConsumed kJ Cal",
+                          "DietaryEnergyConsumed kcal Cal",
+                          "DietaryWater mL fl_oz_us",
+                          "DistanceCycling km mi",
+                          "DistanceDownhillSnowSports m mi",
+                          "DistanceSwimming m yd",
+                          "DistanceWalkingRunning km mi",
+                          "LeanBodyMass kg lb",
+                          "StairAscentSpeed m/s ft/s",
+                          "StairDescentSpeed m/s ft/s",
+                          "WalkingSpeed km/hr mi/hr",
+                          "WalkingStepLength cm in"));
+}
+
+/// The unit of a workout's statistics of a type that begins with `type`; "" without any.
+std::string statisticUnit(const ExportElement& workout, const std::string& type) {
+  for (const ExportElement& statistics : workout.all("WorkoutStatistics")) {
+    if (withoutPrefix(statistics.text("type")).starts_with(type)) return statistics.text("unit");
+  }
+  return "";
+}
+
+std::optional<double> converted(std::optional<double> value, const std::string& unit) {
+  if (!value) return std::nullopt;
+  return inBasicUnit(*value, unit);
+}
+
+void expectNear(std::optional<double> imperial, std::optional<double> metric) {
+  ASSERT_EQ(imperial.has_value(), metric.has_value());
+  if (metric) {
+    EXPECT_NEAR(*imperial, *metric, 1e-5 * std::abs(*metric));
+  }
+}
+
+TEST(Export, InImperialUnitsHoldsTheSameWorkouts) {
+  const std::vector<ExportElement> metric = annsExport().root.all("Workout");
+  const std::vector<ExportElement> imperial = annsImperialExport().root.all("Workout");
+  std::set<std::string> units;
+  ASSERT_EQ(imperial.size(), metric.size());
+  for (std::size_t index = 0; index < metric.size(); ++index) {
+    const ExportElement& before = metric[index];
+    const ExportElement& read = imperial[index];
+    for (const std::string type :
+         {"Distance", "ActiveEnergyBurned", "BasalEnergyBurned", "HeartRate"}) {
+      const std::string unit = statisticUnit(read, type);
+      if (!unit.empty()) units.insert(type + ' ' + unit);
+      expectNear(converted(statistic(read, type, "sum"), unit),
+                 converted(statistic(before, type, "sum"), statisticUnit(before, type)));
+      EXPECT_EQ(statistic(read, type, "average"), statistic(before, type, "average"));
+    }
+    const auto weather = entry(read, "HKWeatherTemperature", " degF");
+    expectNear(converted(weather, "degF"), entry(before, "HKWeatherTemperature", " degC"));
+    for (const auto& [key, unit] : {std::pair("HKElevationAscended", " cm"),
+                                    std::pair("HKAverageMETs", " kcal/hr·kg"),
+                                    std::pair("HKWeatherHumidity", " %")}) {
+      EXPECT_EQ(entry(read, key, unit), entry(before, key, unit));
+    }
+  }
+
+  EXPECT_THAT(units,
+              ElementsAre("ActiveEnergyBurned Cal",
+                          "BasalEnergyBurned Cal",
+                          "Distance mi",
+                          "Distance yd",
+                          "HeartRate count/min"));
+}
+
+TEST(Export, InImperialUnitsFillsTheSameRings) {
+  const std::vector<ExportElement> metric = annsExport().root.all("ActivitySummary");
+  const std::vector<ExportElement> imperial = annsImperialExport().root.all("ActivitySummary");
+
+  ASSERT_EQ(imperial.size(), metric.size());
+  for (std::size_t index = 0; index < metric.size(); ++index) {
+    ExportElement read = imperial[index];
+    EXPECT_EQ(read.text("activeEnergyBurnedUnit"), "Cal");
+    expectNear(std::stod(read.text("activeEnergyBurned")),
+               std::stod(metric[index].text("activeEnergyBurned")));
+    read.attributes["activeEnergyBurnedUnit"] = "kcal";
+    read.attributes["activeEnergyBurned"] = metric[index].text("activeEnergyBurned");
+    EXPECT_EQ(read.attributes, metric[index].attributes);
+  }
+}
+
+TEST(Export, IsMetricUnlessSaid) {
+  Options options = optionsOf("Ben");
+  options.units = UnitSystem::metric;
+
+  EXPECT_TRUE(exported(options) == exported(optionsOf("Ben")));
 }
 
 TEST(Export, SaysOfEveryWorkoutThatItIsOneSegment) {

@@ -40,66 +40,73 @@ Options exportWith(auto change) {
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, AcceptedOptions,
-    testing::Values(AcceptedCase{"Defaults", {"--out", "d"}, optionsWith([](Options&) {})},
-                    AcceptedCase{"Everything",
-                                 {"--out",
-                                  "d",
-                                  "--members",
-                                  "5",
-                                  "--years",
-                                  "10",
-                                  "--records",
-                                  "20000000",
-                                  "--seed",
-                                  "18446744073709551615",
-                                  "--today",
-                                  "2024-02-29"},
-                                 optionsWith([](Options& options) {
-                                   options.members = 5;
-                                   options.years = 10;
-                                   options.records = 20000000;
-                                   options.seed = UINT64_MAX;
-                                   options.today = 2024y / 2 / 29;
-                                 })},
-                    AcceptedCase{"AsImported",
-                                 {"--as-imported", "--out", "d"},
-                                 optionsWith([](Options& options) { options.asImported = true; })},
-                    AcceptedCase{"Export",
-                                 {"--export", "e.zip", "--member", "Ben", "--seed", "3"},
-                                 optionsWith([](Options& options) {
-                                   options.out.clear();
-                                   options.exportTo = "e.zip";
-                                   options.member = "Ben";
-                                   options.seed = 3;
-                                 })},
-                    AcceptedCase{"OffsetEastByItsSign",
-                                 {"--export", "e", "--offset", "+08:00"},
-                                 exportWith([](Options& options) { options.offset = 28800; })},
-                    AcceptedCase{"OffsetEastWithoutASign",
-                                 {"--export", "e", "--offset", "14:00"},
-                                 exportWith([](Options& options) { options.offset = 50400; })},
-                    AcceptedCase{"OffsetWest",
-                                 {"--export", "e", "--offset", "-05:00"},
-                                 exportWith([](Options& options) { options.offset = -18000; })},
-                    AcceptedCase{"OffsetAsInAStamp",
-                                 {"--export", "e", "--offset", "-0500"},
-                                 exportWith([](Options& options) { options.offset = -18000; })},
-                    AcceptedCase{"OffsetWithMinutes",
-                                 {"--export", "e", "--offset", "+05:45"},
-                                 exportWith([](Options& options) { options.offset = 20700; })},
-                    AcceptedCase{"OffsetOfNothing",
-                                 {"--export", "e", "--offset", "-00:00"},
-                                 exportWith([](Options& options) { options.offset = 0; })},
-                    AcceptedCase{"TheLastOfARepeatedOptionWins",
-                                 {"--out", "c", "--seed", "1", "--out", "d", "--seed", "2"},
-                                 optionsWith([](Options& options) { options.seed = 2; })},
-                    AcceptedCase{"HelpEndsTheReading",
-                                 {"--help", "--nonsense"},
-                                 [] {
-                                   Options options;
-                                   options.help = true;
-                                   return options;
-                                 }()}),
+    testing::Values(
+        AcceptedCase{"Defaults", {"--out", "d"}, optionsWith([](Options&) {})},
+        AcceptedCase{"Everything",
+                     {"--out",
+                      "d",
+                      "--members",
+                      "5",
+                      "--years",
+                      "10",
+                      "--records",
+                      "20000000",
+                      "--seed",
+                      "18446744073709551615",
+                      "--today",
+                      "2024-02-29"},
+                     optionsWith([](Options& options) {
+                       options.members = 5;
+                       options.years = 10;
+                       options.records = 20000000;
+                       options.seed = UINT64_MAX;
+                       options.today = 2024y / 2 / 29;
+                     })},
+        AcceptedCase{"AsImported",
+                     {"--as-imported", "--out", "d"},
+                     optionsWith([](Options& options) { options.asImported = true; })},
+        AcceptedCase{"Export",
+                     {"--export", "e.zip", "--member", "Ben", "--seed", "3"},
+                     optionsWith([](Options& options) {
+                       options.out.clear();
+                       options.exportTo = "e.zip";
+                       options.member = "Ben";
+                       options.seed = 3;
+                     })},
+        AcceptedCase{"OffsetEastByItsSign",
+                     {"--export", "e", "--offset", "+08:00"},
+                     exportWith([](Options& options) { options.offset = 28800; })},
+        AcceptedCase{"OffsetEastWithoutASign",
+                     {"--export", "e", "--offset", "14:00"},
+                     exportWith([](Options& options) { options.offset = 50400; })},
+        AcceptedCase{"OffsetWest",
+                     {"--export", "e", "--offset", "-05:00"},
+                     exportWith([](Options& options) { options.offset = -18000; })},
+        AcceptedCase{"OffsetAsInAStamp",
+                     {"--export", "e", "--offset", "-0500"},
+                     exportWith([](Options& options) { options.offset = -18000; })},
+        AcceptedCase{"OffsetWithMinutes",
+                     {"--export", "e", "--offset", "+05:45"},
+                     exportWith([](Options& options) { options.offset = 20700; })},
+        AcceptedCase{"OffsetOfNothing",
+                     {"--export", "e", "--offset", "-00:00"},
+                     exportWith([](Options& options) { options.offset = 0; })},
+        AcceptedCase{"MetricUnits",
+                     {"--export", "e", "--units", "metric"},
+                     exportWith([](Options& options) { options.units = UnitSystem::metric; })},
+        AcceptedCase{"ImperialUnits",
+                     {"--export", "e", "--units", "imperial"},
+                     exportWith([](Options& options) { options.units = UnitSystem::imperial; })},
+        AcceptedCase{"TheLastOfARepeatedOptionWins",
+                     {"--out", "c", "--seed", "1", "--out", "d", "--seed", "2"},
+                     optionsWith([](Options& options) { options.seed = 2; })},
+        AcceptedCase{"HelpEndsTheReading",
+                     {"--help", "--nonsense"},
+                     [] {
+                       Options options;
+                       options.help = true;
+                       return options;
+                     }()}),
     [](const auto& test) { return test.param.name; });
 
 struct RejectedCase {
@@ -160,6 +167,11 @@ INSTANTIATE_TEST_SUITE_P(
         RejectedCase{"EmptyOffset",
                      {"--export", "e", "--offset", ""},
                      "--offset wants HH:MM with or without a sign, 14:00 at most"},
+        RejectedCase{
+            "UnitsOfADataRoot", {"--out", "d", "--units", "metric"}, "--units belongs to --export"},
+        RejectedCase{"UnknownUnits",
+                     {"--export", "e", "--units", "Imperial"},
+                     "--units wants metric or imperial"},
         RejectedCase{"ImportedExport",
                      {"--export", "e.zip", "--as-imported"},
                      "--as-imported belongs to --out"},
@@ -192,6 +204,7 @@ TEST(Usage, NamesEveryOption) {
                              "--export",
                              "--member NAME",
                              "--offset HH:MM",
+                             "--units SYSTEM",
                              "--members",
                              "--years",
                              "--records",
