@@ -45,8 +45,16 @@ constexpr const char* memberID = "ann";
 Run run(const std::filesystem::path& importer, const std::filesystem::path& source,
         const Scratch& scratch) {
   const CostMeter meter;
-  Child child(
-      {importer, "--data-root", scratch.dataRoot, "--member", "Ann", "--id", memberID, source});
+  Child child({importer,
+               "--data-root",
+               scratch.dataRoot,
+               "--member",
+               "Ann",
+               "--id",
+               memberID,
+               "--time-zone",
+               "Asia/Shanghai",
+               source});
   const Child::Ending ending = child.ending();
   if (!ending.succeeded) throw std::runtime_error("the import of " + source.string() + " failed");
   return {.cost = {.processor = ending.processorSeconds, .elapsed = meter.taken().elapsed},
