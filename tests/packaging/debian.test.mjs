@@ -82,8 +82,8 @@ describe('the .deb', () => {
     assert.equal(basename(deb), `larkspur-mcp_${version}-1_${field('Architecture')}.deb`);
   });
 
-  test('depends on the libraries of its programs and on nothing else', () => {
-    const expected = ['libc6', 'libgcc-s1', 'libsodium23', 'libsqlite3-0', 'libstdc++6'];
+  test('depends on the libraries of its programs and on time zones', () => {
+    const expected = ['libc6', 'libgcc-s1', 'libsodium23', 'libsqlite3-0', 'libstdc++6', 'tzdata'];
     if (programs.includes('larkspur-import')) expected.push('libexpat1', 'libzip4');
 
     // Ubuntu has renamed some of them.
