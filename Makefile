@@ -15,10 +15,13 @@ RECORDS ?= 3000000
 help:  ## lists these commands
 	@sed -n 's/^\([a-z-]*\):.* ## \(.*\)/  make \1\t\2/p' Makefile | expand -t 20
 
-# The export of an iPhone's Health app that `make demo EXPORT=path` talks about.
-# It goes by way of the environment, as it was typed, so that no character of a name means anything.
+# The export of an iPhone's Health app that `make demo EXPORT=path` talks about, and the time zone
+# of whoever exported: `ZONE=Area/City`. They go by way of the environment, as they were typed, so
+# that no character of a name means anything.
 override EXPORT := $(value EXPORT)
 export EXPORT
+override ZONE := $(value ZONE)
+export ZONE
 
 demo:  ## builds the server and holds a conversation with it, about a sample household or EXPORT=path
 	@scripts/setup build
@@ -26,7 +29,7 @@ demo:  ## builds the server and holds a conversation with it, about a sample hou
 	@echo "Building the release; the first time takes some minutes."
 	@cmake --build --preset release --target larkspur-installed larkspur-sample -- --quiet
 	@echo "The programs are in build/release/bin."
-	@node scripts/demo.mjs build/release/bin build/demo "$$EXPORT"
+	@node scripts/demo.mjs build/release/bin build/demo "$$EXPORT" "$$ZONE"
 
 test:  ## builds for debugging and runs all tests
 	@scripts/setup test

@@ -2,22 +2,24 @@
 // conversation with the server about it, once in English and once in Chinese, printed for a person
 // to read.
 //
-//   node scripts/demo.mjs <folder of the programs> <folder to work in> [<export>]
+//   node scripts/demo.mjs <folder of the programs> <folder to work in> [<export> [<time zone>]]
 //
 // Needs nothing but Node. Ends with status 1 when a reply is not of the kind its step expects.
 
-import { execFileSync, spawn } from 'node:child_process';
+import { execFileSync, spawn, spawnSync } from 'node:child_process';
 import { once } from 'node:events';
 import { existsSync, mkdirSync, readFileSync, renameSync, rmSync } from 'node:fs';
 import { homedir } from 'node:os';
 import { join, resolve } from 'node:path';
 import { createInterface } from 'node:readline';
 
-const [programs, folder, named] = process.argv.slice(2);
+const [programs, folder, named, zone] = process.argv.slice(2);
 // Not every shell expands the tilde of `make demo EXPORT=~/export.zip`.
 const exported = named?.replace(/^~(?=\/|$)/, homedir());
 if (!programs || !folder) {
-  console.error('usage: node scripts/demo.mjs <folder of the programs> <folder to work in> [<export>]');
+  console.error(
+    'usage: node scripts/demo.mjs <folder of the programs> <folder to work in> [<export> [<time zone>]]',
+  );
   process.exit(2);
 }
 const hour = 3_600_000;
@@ -45,18 +47,28 @@ const sample = {
   },
 };
 
-/** Whoever exported. The days are those before the export, which may be an old one. */
+/**
+ * Whoever exported. The days are those before the export, which may be an old one. The server tells
+ * nights in the zone in which the days are, which is the machine's where none is named.
+ */
 const imported = {
   dataRoot: resolve(folder, 'imported'),
-  environment: process.env.TZ ? { TZ: process.env.TZ } : {},
+  environment: zone ? { TZ: zone } : process.env.TZ ? { TZ: process.env.TZ } : {},
   person: 'Me',
   id: 'me',
   others: [],
 
   make() {
     const who = ['--member', this.person, '--id', this.id];
-    const args = ['--data-root', this.dataRoot, ...who, resolve(exported)];
-    execFileSync(join(programs, 'larkspur-import'), args, { stdio: ['ignore', 'inherit', 'inherit'] });
+    const where = zone ? ['--time-zone', zone] : [];
+    const args = ['--data-root', this.dataRoot, ...who, ...where, resolve(exported)];
+    const { status } = spawnSync(join(programs, 'larkspur-import'), args, {
+      stdio: ['ignore', 'inherit', 'inherit'],
+    });
+    if (status !== 0) {
+      if (!zone) console.error('In this demo a time zone is added as: make demo EXPORT=... ZONE=Area/City');
+      process.exit(1);
+    }
     const roster = JSON.parse(readFileSync(join(this.dataRoot, 'members.json'), 'utf8'));
     const { lastSyncAt = Date.now() / 1000 } = roster.members[0];
     const date = new Date(lastSyncAt * 1000);
