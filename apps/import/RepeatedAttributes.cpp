@@ -1,6 +1,7 @@
 #include "import/RepeatedAttributes.h"
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -14,6 +15,27 @@ constexpr std::size_t none = std::string_view::npos;
 
 constexpr bool isBlank(char letter) {
   return letter == ' ' || letter == '\t' || letter == '\n' || letter == '\r';
+}
+
+/// Whether `reference` is what may stand between "&" and ";".
+bool isReference(std::string_view reference) {
+  constexpr std::array<std::string_view, 5> names{"amp", "lt", "gt", "quot", "apos"};
+  if (std::ranges::find(names, reference) != names.end()) return true;
+  const bool hexadecimal = reference.starts_with("#x");
+  const std::string_view digits = reference.substr(hexadecimal ? 2 : reference.starts_with("#"));
+  constexpr std::size_t mostDigits = 7;
+  return reference.starts_with("#") && !digits.empty() && digits.size() <= mostDigits &&
+         digits.find_first_not_of(hexadecimal ? "0123456789abcdefABCDEF" : "0123456789") == none;
+}
+
+/// Whether `value` may stand between quotation marks.
+bool isWellFormed(std::string_view value) {
+  if (value.find('<') != none) return false;
+  for (std::size_t at = value.find('&'); at != none; at = value.find('&', at + 1)) {
+    const std::size_t end = value.find(';', at);
+    if (end == none || !isReference(value.substr(at + 1, end - at - 1))) return false;
+  }
+  return true;
 }
 
 /// Where the markup ends that begins at `open` with `start` and ends with `end`; `none` when it is
@@ -39,6 +61,7 @@ std::size_t otherMarkupEnd(std::string_view text, std::size_t open) {
 }  // namespace
 
 std::string_view RepeatedAttributes::removed(std::string_view piece) {
+  if (givenUp) return piece;
   isCopied = !cut.empty();
   std::string_view text = piece;
   if (isCopied) {
@@ -46,7 +69,10 @@ std::string_view RepeatedAttributes::removed(std::string_view piece) {
     text = edited;
   }
   std::size_t complete = completePart(text);
-  if (text.size() - complete > mostHeldBack) complete = text.size();
+  if (text.size() - complete > mostHeldBack) {
+    givenUp = true;
+    complete = text.size();
+  }
   cut = text.substr(complete);
   return isCopied ? std::string_view(edited).substr(0, complete) : text.substr(0, complete);
 }
@@ -70,19 +96,20 @@ std::size_t RepeatedAttributes::completePart(std::string_view text) {
 /// Where the start tag ends that begins at `open`; `none` when it is cut.
 std::size_t RepeatedAttributes::startTagEnd(std::string_view text, std::size_t open) {
   attributes.clear();
-  bool repeats = false;
+  repeats = false;
+  sound = true;
   std::size_t begin = open + 1;  // of the attribute's name, then behind it
   std::size_t nameEnd = begin;
   for (std::size_t at = begin; at < text.size(); ++at) {
     const char letter = text[at];
     if (letter == '>') {
-      if (repeats) repair(text);
+      if (repeats && sound) repair(text);
       return at + 1;
     }
     if (letter == '"' || letter == '\'') {
       const std::size_t close = text.find(letter, at + 1);
       if (close == none) return none;
-      repeats = note(text, {.begin = begin, .nameEnd = nameEnd, .end = close + 1}) || repeats;
+      note(text, {.begin = begin, .nameEnd = nameEnd, .quote = at, .end = close + 1});
       begin = nameEnd = at = close;
     } else if (letter != '=' && !isBlank(letter)) {
       // The first letter behind a blank or a value begins a name.
@@ -93,15 +120,22 @@ std::size_t RepeatedAttributes::startTagEnd(std::string_view text, std::size_t o
   return none;
 }
 
-/// Whether an attribute before this one in the tag has its name.
-bool RepeatedAttributes::note(std::string_view text, const Attribute& attribute) {
-  if (attributes.size() == mostAttributes) return false;
+/// Keeps the attribute, and notes whether one before it in the tag has its name.
+void RepeatedAttributes::note(std::string_view text, const Attribute& attribute) {
+  if (attributes.size() == mostAttributes) return;
   const auto nameOf = [text](const Attribute& any) {
     return text.substr(any.begin, any.nameEnd - any.begin);
   };
-  const bool repeats = std::ranges::find(attributes, nameOf(attribute), nameOf) != attributes.end();
+  if (std::ranges::find(attributes, nameOf(attribute), nameOf) != attributes.end()) {
+    repeats = true;
+    std::string_view sign = text.substr(attribute.nameEnd, attribute.quote - attribute.nameEnd);
+    while (!sign.empty() && isBlank(sign.front())) sign.remove_prefix(1);
+    while (!sign.empty() && isBlank(sign.back())) sign.remove_suffix(1);
+    const std::size_t value = attribute.quote + 1;
+    sound = sound && sign == "=" && isBlank(text[attribute.begin - 1]) &&
+            isWellFormed(text.substr(value, attribute.end - 1 - value));
+  }
   attributes.push_back(attribute);
-  return repeats;
 }
 
 void RepeatedAttributes::repair(std::string_view text) {

@@ -12,7 +12,8 @@
 /// Of an attribute that stands twice in a start tag the first stays. A second `startDate` becomes
 /// the `endDate` where the tag has none: phones of 2022 wrote the end under that name. What goes
 /// turns into blanks of the same length, so that lines stay what they were. All else passes as it
-/// is, tags that are not well-formed too: those are the parser's to refuse.
+/// is, also a tag in which a repeated attribute is not well-formed: that is the parser's to refuse.
+/// So does everything behind markup that is longer than any of an export.
 class RepeatedAttributes {
 public:
   /// `piece` without repetitions, less a tag or comment that its end cuts, which the next call
@@ -31,17 +32,21 @@ private:
   struct Attribute {
     std::size_t begin;
     std::size_t nameEnd;
-    std::size_t end;  ///< behind the closing quotation mark
+    std::size_t quote;  ///< the opening one
+    std::size_t end;    ///< behind the closing quotation mark
   };
 
   std::size_t completePart(std::string_view text);
   std::size_t startTagEnd(std::string_view text, std::size_t open);
-  bool note(std::string_view text, const Attribute& attribute);
+  void note(std::string_view text, const Attribute& attribute);
   void repair(std::string_view text);
 
   std::string cut;     ///< what the end of the last piece cut
   std::string edited;  ///< a copy of the text under way, where one was needed
   bool isCopied = false;
+  bool givenUp = false;               ///< what follows passes as it is
   std::vector<Attribute> attributes;  ///< of the tag under way
+  bool repeats = false;               ///< one of them has the name of another
+  bool sound = true;                  ///< those that have are well-formed
   std::int64_t repeated = 0;
 };

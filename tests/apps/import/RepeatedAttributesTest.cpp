@@ -76,12 +76,21 @@ INSTANTIATE_TEST_SUITE_P(
             "BlanksAroundTheSign", "<A b = \"1\"\n\tb\t=\n\"2\"/>", "<A b = \"1\"\n\t       />", 1},
         RepeatedCase{
             "InTheSecondTag", R"(<A b="1"/><A b="1" b="2"/>)", R"(<A b="1"/><A b="1"      />)", 1},
-        RepeatedCase{"BehindAGreaterSign", R"(<A b=">" b="<"/>)", R"(<A b=">"      />)", 1}),
+        RepeatedCase{"BehindAGreaterSign", R"(<A b=">" b="2"/>)", R"(<A b=">"      />)", 1},
+        RepeatedCase{"WithReferences",
+                     R"(<A b="1" b="&lt;&#10;&#xA0;"/>)",
+                     R"(<A b="1"                    />)",
+                     1}),
     [](const auto& test) { return test.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(
     Elsewhere, Repeated,
     testing::Values(
+        RepeatedCase{"BrokenValue", R"(<A b="1" b="<"/>)", R"(<A b="1" b="<"/>)", 0},
+        RepeatedCase{"BrokenReference", R"(<A b="1" b="&no;"/>)", R"(<A b="1" b="&no;"/>)", 0},
+        RepeatedCase{"OpenReference", R"(<A b="1" b="a&"/>)", R"(<A b="1" b="a&"/>)", 0},
+        RepeatedCase{"TwoSigns", R"(<A b="1" b=="2"/>)", R"(<A b="1" b=="2"/>)", 0},
+        RepeatedCase{"NoBlank", R"(<A b="1"b="2"/>)", R"(<A b="1"b="2"/>)", 0},
         RepeatedCase{"Sound", R"(<A b="1" c="2"/>)", R"(<A b="1" c="2"/>)", 0},
         RepeatedCase{
             "InDifferentTags", R"(<A b="1"><A b="1"/></A>)", R"(<A b="1"><A b="1"/></A>)", 0},
@@ -108,6 +117,7 @@ TEST(Repeated, HoldBackABoundedPieceOfATag) {
   RepeatedAttributes attributes;
 
   EXPECT_EQ(attributes.removed(start).size(), start.size());
+  EXPECT_EQ(attributes.removed("<A b='1' b='2'>"), "<A b='1' b='2'>");
 }
 
 }  // namespace
