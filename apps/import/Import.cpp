@@ -238,6 +238,8 @@ ImportReport runImport(const ImportOrder& order, const ImportSurroundings& surro
     enter(rosterPath, report, place.database, outcome, surroundings.clock());
   } else {
     const MemberFolder folder(root, order.name, order.id, idsOf(members), randomID);
+    // The id may be that of an unfinished import.
+    requireDistinct(members, order.name, folder.id());
     storeNew(source, folder, rosterPath, order, surroundings, report);
   }
   // Only now: the roster on the disk names these members for certain since it was just replaced.

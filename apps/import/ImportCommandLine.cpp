@@ -50,10 +50,8 @@ constexpr Phrase secondExport{.zh = "只能给一份导出,多出来的是:{0}",
 constexpr Phrase exportMissing{.zh = "没有说要导入哪份导出", .en = "the export is missing"};
 constexpr Phrase memberMissing{.zh = "少了 --member", .en = "--member is missing"};
 constexpr Phrase nameUnusable{
-    .zh = "--member 要一个 UTF-8 编码的非空名字,不含控制字符,首尾没有空白",
-    .en =
-        "--member wants a name, in UTF-8, not empty, without control characters and without white "
-        "space at its ends"};
+    .zh = "--member 要一个 UTF-8 编码的非空名字,不含控制字符",
+    .en = "--member wants a name, in UTF-8, not empty and without control characters"};
 constexpr Phrase rootEmpty{.zh = "--data-root 要一个文件夹", .en = "--data-root wants a folder"};
 constexpr Phrase zoneEmpty{.zh = "--time-zone 要一个时区,如 Asia/Shanghai",
                            .en = "--time-zone wants a zone, such as Asia/Shanghai"};
@@ -100,10 +98,7 @@ bool hasControlCharacter(std::string_view text) {
 }
 
 bool usableName(std::string_view name) {
-  // The server trims what it is asked for, so that a name with blanks at its ends could not be told
-  // from one without.
-  return repaired(name) == name && !name.empty() && trimmedWhitespace(name) == name &&
-         !hasControlCharacter(name);
+  return repaired(name) == name && !trimmedWhitespace(name).empty() && !hasControlCharacter(name);
 }
 
 /// Collects the arguments of one command line.

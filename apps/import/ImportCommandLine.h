@@ -12,9 +12,8 @@
 /// Which export goes to whom.
 struct ImportOrder {
   std::filesystem::path dataRoot;
-  /// Of the member: valid UTF-8, no control characters, no white space at its ends, not empty.
-  std::string name;
-  std::optional<std::string> id;             ///< of the member; fit to name a folder
+  std::string name;               ///< of the member; valid UTF-8, not empty, no control characters
+  std::optional<std::string> id;  ///< of the member; fit to name a folder
   std::optional<std::string> timeZone = {};  ///< of the member, by its name; not looked up yet
   std::filesystem::path source;              ///< a .zip, an export.xml or the unpacked folder
 

@@ -31,7 +31,9 @@ constexpr Phrase nameIsID{
     .en =
         "{0} is another member's id, and a question could not tell the two apart; choose another "
         "name"};
-constexpr std::array all{&otherName, &ambiguous, &paired, &idIsName, &nameIsID};
+constexpr Phrase blankEnds{.zh = "新成员的名字首尾不能有空白:「{0}」",
+                           .en = "a new member's name has no white space at its ends: \"{0}\""};
+constexpr std::array all{&otherName, &ambiguous, &paired, &idIsName, &nameIsID, &blankEnds};
 static_assert(std::ranges::all_of(all,
                                   [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
 
@@ -58,17 +60,6 @@ std::optional<Member> memberOfName(const std::vector<Member>& members, const std
   return found.front();
 }
 
-/// Refuses a new member who would be asked for by the same text as another.
-void requireDistinct(const std::vector<Member>& members, const std::string& name,
-                     const std::optional<std::string>& id) {
-  if (id && std::ranges::find(members, *id, &Member::name) != members.end()) {
-    throw ImportError(phrases::idIsName, {*id});
-  }
-  if (std::ranges::find(members, name, &Member::id) != members.end()) {
-    throw ImportError(phrases::nameIsID, {name});
-  }
-}
-
 }  // namespace
 
 std::optional<Member> recipient(const std::vector<Member>& members, const std::string& name,
@@ -77,4 +68,15 @@ std::optional<Member> recipient(const std::vector<Member>& members, const std::s
   if (!member) requireDistinct(members, name, id);
   if (member && !member->devices.empty()) throw ImportError(phrases::paired, {name});
   return member;
+}
+
+void requireDistinct(const std::vector<Member>& members, const std::string& name,
+                     const std::optional<std::string>& id) {
+  if (id && std::ranges::find(members, *id, &Member::name) != members.end()) {
+    throw ImportError(phrases::idIsName, {*id});
+  }
+  if (std::ranges::find(members, name, &Member::id) != members.end()) {
+    throw ImportError(phrases::nameIsID, {name});
+  }
+  if (trimmedWhitespace(name) != name) throw ImportError(phrases::blankEnds, {name});
 }

@@ -14,7 +14,13 @@
 /// apart again. So an id decides alone, and refuses a name that is not that member's; without an
 /// id, a name that several members have is refused. An id that nobody has is a new member, whose
 /// name may repeat; but neither may be what another member is asked for by, as an id that is
-/// another's name would be. A member with a paired phone is refused too: the receiver writes that
-/// database. Refusals are ImportErrors.
+/// another's name would be. Nor may a new name have white space at its ends, which the server
+/// trims. A member with a paired phone is refused too: the receiver writes that database. Refusals
+/// are ImportErrors.
 std::optional<Member> recipient(const std::vector<Member>& members, const std::string& name,
                                 const std::optional<std::string>& id);
+
+/// Refuses a new member of that name and id who would be asked for by the same text as one of
+/// `members`, with ImportError.
+void requireDistinct(const std::vector<Member>& members, const std::string& name,
+                     const std::optional<std::string>& id);

@@ -86,8 +86,7 @@ TEST_P(ImportMisuse, IsExplainedOnStandardErrorWithStatusTwo) {
 }
 
 constexpr const char* nameUnusable =
-    "--member wants a name, in UTF-8, not empty, without control characters and without white "
-    "space at its ends";
+    "--member wants a name, in UTF-8, not empty and without control characters";
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, ImportMisuse,
@@ -102,8 +101,6 @@ INSTANTIATE_TEST_SUITE_P(
         MisuseCase{"Unknown", {"--name", "Ann"}, "unknown argument: --name"},
         MisuseCase{"EmptyArgument", {""}, "unknown argument: "},
         MisuseCase{"BlankName", {"--member", " \u00a0", "a.zip"}, nameUnusable},
-        MisuseCase{"BlankBeforeTheName", {"--member", " Ann", "a.zip"}, nameUnusable},
-        MisuseCase{"NoBreakSpaceBehindTheName", {"--member", "Ann\u00a0", "a.zip"}, nameUnusable},
         MisuseCase{"EmptyTimeZone",
                    {"--time-zone", "", "--member", "Ann", "a.zip"},
                    "--time-zone wants a zone, such as Asia/Shanghai"},

@@ -72,6 +72,14 @@ TEST(Recipient, IsRefusedWhenNewAndAskedForLikeAnother) {
   EXPECT_EQ(recipient(family, "Zoe", "Zoe"), std::nullopt);
 }
 
+TEST(Recipient, IsRefusedWhenNewWithBlanksAtTheNamesEnds) {
+  for (const char* const name : {" Zoe", "Zoe\u00a0", "Ann "}) {
+    EXPECT_THAT(refusal(name, std::nullopt), HasSubstr("no white space at its ends")) << name;
+  }
+  const std::vector<Member> older{member("o-1", "Olga ")};
+  EXPECT_EQ(recipient(older, "Olga ", std::nullopt), older[0]);
+}
+
 TEST(Recipient, IsRefusedWhenPairedByNameAndByID) {
   EXPECT_THAT(refusal("Ben", std::nullopt), HasSubstr("Ben has a paired phone"));
   EXPECT_THAT(refusal("Ben", "b-2"), HasSubstr("Ben has a paired phone"));
