@@ -56,22 +56,26 @@ constexpr const char* workoutInsertion =
     " AND start_date = ?3 AND end_date IS ?4) RETURNING 1";
 constexpr const char* humidityInsertion =
     "INSERT OR REPLACE INTO workout_humidity (workout_id, data) VALUES (?, ?)";
-constexpr const char* dayInsertion =
-    "INSERT INTO activity_summary (date, active_energy, active_energy_goal, active_energy_unit,"
-    " move_time, move_time_goal, exercise_time, exercise_time_goal, stand_hours, stand_hours_goal)"
-    " VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT (date) DO ";
+constexpr const char* daySearch =
+    "SELECT active_energy_unit, active_energy, active_energy_goal, move_time, move_time_goal,"
+    " exercise_time, exercise_time_goal, stand_hours, stand_hours_goal FROM activity_summary"
+    " WHERE date = ?";
 constexpr const char* dayReplacement =
-    "UPDATE SET active_energy = excluded.active_energy,"
-    " active_energy_goal = excluded.active_energy_goal,"
-    " active_energy_unit = excluded.active_energy_unit, move_time = excluded.move_time,"
-    " move_time_goal = excluded.move_time_goal, exercise_time = excluded.exercise_time,"
-    " exercise_time_goal = excluded.exercise_time_goal, stand_hours = excluded.stand_hours,"
-    " stand_hours_goal = excluded.stand_hours_goal"
-    " WHERE (active_energy, active_energy_goal, active_energy_unit, move_time, move_time_goal,"
-    " exercise_time, exercise_time_goal, stand_hours, stand_hours_goal) IS NOT"
-    " (excluded.active_energy, excluded.active_energy_goal, excluded.active_energy_unit,"
-    " excluded.move_time, excluded.move_time_goal, excluded.exercise_time,"
-    " excluded.exercise_time_goal, excluded.stand_hours, excluded.stand_hours_goal)";
+    "INSERT OR REPLACE INTO activity_summary (date, active_energy_unit, active_energy,"
+    " active_energy_goal, move_time, move_time_goal, exercise_time, exercise_time_goal,"
+    " stand_hours, stand_hours_goal) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
+
+/// The numbers of a day, in the order of both statements.
+std::array<std::optional<double>, 8> numbersOf(const ExportedActivityDay& day) {
+  return {day.activeEnergy,
+          day.activeEnergyGoal,
+          day.moveTime,
+          day.moveTimeGoal,
+          day.exerciseTime,
+          day.exerciseTimeGoal,
+          day.standHours,
+          day.standHoursGoal};
+}
 
 /// Runs a statement that returns a row when it changed one.
 bool changed(Statement& statement) {
@@ -96,8 +100,8 @@ ImportWriter::ImportWriter(Database& database, Setting chosen)
       insertRecord(database.prepare(recordInsertion, "")),
       insertWorkout(database.prepare(workoutInsertion, "")),
       insertHumidity(database.prepare(humidityInsertion, "")),
-      upsertDay(database.prepare(std::string(dayInsertion) + dayReplacement + " RETURNING 1", "")),
-      insertDay(database.prepare(std::string(dayInsertion) + "NOTHING RETURNING 1", "")) {}
+      findDay(database.prepare(daySearch, "")),
+      replaceDay(database.prepare(dayReplacement, "")) {}
 
 void ImportWriter::exportedAt(std::string_view stamp) {
   counts.exportedAt = stamp;
@@ -192,8 +196,7 @@ void ImportWriter::add(const ExportedRecord& exported) {
 
   // For the table's constraint a NULL equals nothing, so such a row would come again every time.
   const bool comparable = record.sourceName && record.endDate && record.value;
-  // One export has each type in one unit, so nothing is there in other words that was not there
-  // before it.
+  // One export has each type in one unit, so other words for a sample come from an earlier export.
   const bool mayBeReworded =
       lastRowBefore != 0 && record.number && record.unit && Units::isConvertible(*record.unit);
   if ((!comparable || mayBeReworded) && isStored(record)) return;
@@ -233,16 +236,37 @@ void ImportWriter::addHumidity(const WorkoutEntry& entry) {
   insertHumidity.bind(1, entry.workout_id()).bind(2, data).run();
 }
 
+/// Whether the rings of that day are there and need no change: the same but for the phone's
+/// rounding, or not older than those of an older export.
+bool ImportWriter::isStored(const ExportedActivityDay& day) {
+  findDay.bind(1, day.date);
+  const std::optional<Row> row = findDay.next();
+  bool stored = row.has_value();
+  if (row && !olderExport) {
+    stored = row->find<std::string>(0) == day.activeEnergyUnit;
+    int column = 0;
+    for (const std::optional<double>& number : numbersOf(day)) {
+      const std::optional<double> there = row->find<double>(++column);
+      const bool same = there && number
+                            ? std::abs(*there - *number) <= Units::roundingIn("kcal", *number)
+                            : there == number;
+      stored = stored && same;
+    }
+  }
+  findDay.reset();
+  return stored;
+}
+
 void ImportWriter::add(const ExportedActivityDay& day) {
   ++counts.activityDays.read;
   if (day.converted) ++counts.converted;
   if (day.unknownUnit) ++counts.unknownUnits;
-  Statement& statement = olderExport ? insertDay : upsertDay;
-  statement.bind(1, day.date).bind(2, day.activeEnergy).bind(3, day.activeEnergyGoal);
-  statement.bind(4, day.activeEnergyUnit).bind(5, day.moveTime).bind(6, day.moveTimeGoal);
-  statement.bind(7, day.exerciseTime).bind(8, day.exerciseTimeGoal);
-  statement.bind(9, day.standHours).bind(10, day.standHoursGoal);
-  if (changed(statement)) ++counts.activityDays.added;
+  if (isStored(day)) return;
+  replaceDay.bind(1, day.date).bind(2, day.activeEnergyUnit);
+  int position = 2;
+  for (const std::optional<double>& number : numbersOf(day)) replaceDay.bind(++position, number);
+  replaceDay.run();
+  ++counts.activityDays.added;
 }
 
 void ImportWriter::notStored(std::string_view element) { counts.count(element); }

@@ -69,6 +69,7 @@ private:
   void convert(ExportedRecord& record);
   bool isStored(const ExportedRecord& record);
   void bindIfChanged(std::size_t position, std::optional<std::string_view> text);
+  bool isStored(const ExportedActivityDay& day);
   void addHumidity(const WorkoutEntry& entry);
   void insertRun(const Origin& origin);
 
@@ -79,8 +80,8 @@ private:
   Statement insertRecord;
   Statement insertWorkout;
   Statement insertHumidity;
-  Statement upsertDay;
-  Statement insertDay;
+  Statement findDay;
+  Statement replaceDay;
   /// What the first four positions of `insertRecord` are bound to: neighbours share most of it.
   std::array<std::optional<std::string>, 4> bound;
   std::map<std::string, std::string, std::less<>> firstUnits;  ///< by type, where asked for so far
