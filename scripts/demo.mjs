@@ -64,6 +64,7 @@ const imported = {
     const args = ['--data-root', this.dataRoot, ...who, ...where, resolve(exported)];
     const { status } = spawnSync(join(programs, 'larkspur-import'), args, {
       stdio: ['ignore', 'inherit', 'inherit'],
+      env: { ...process.env, ...this.environment },
     });
     if (status !== 0) {
       if (!zone) console.error('In this demo a time zone is added as: make demo EXPORT=... ZONE=Area/City');
@@ -71,8 +72,10 @@ const imported = {
     }
     const roster = JSON.parse(readFileSync(join(this.dataRoot, 'members.json'), 'utf8'));
     const { lastSyncAt = Date.now() / 1000 } = roster.members[0];
-    const date = new Date(lastSyncAt * 1000);
-    return new Date(date.getTime() - date.getTimezoneOffset() * 60_000).toISOString().slice(0, 10);
+    const { TZ: timeZone } = this.environment;
+    const parts = { timeZone, year: 'numeric', month: '2-digit', day: '2-digit' };
+    // Swedes write days as we do.
+    return new Intl.DateTimeFormat('sv-SE', parts).format(new Date(lastSyncAt * 1000));
   },
 };
 

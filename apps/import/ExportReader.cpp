@@ -81,7 +81,7 @@ void ExportReader::startTopElement(std::string_view name, const Attributes& attr
     addDay(attributes);
   } else if (name == "ExportDate") {
     if (const auto stamp = attributes.findFilled("value")) {
-      exportDate = AppleFormat::stampParser.stamp(*stamp);
+      dateOfExport = AppleFormat::stampParser.stamp(*stamp);
       sink.exportedAt(*stamp);
     }
   } else {

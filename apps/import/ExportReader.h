@@ -45,9 +45,11 @@ public:
   /// Stamps of records and workouts so far that have a day but no time that can be read.
   std::int64_t unreadableStamps() const { return stamps.unreadable(); }
 
-  /// The stamp that tells the phone's clocks at the export: the export's own date, or the first
-  /// stamp of a record or workout as long as there is no date. Absent while there is neither.
-  std::optional<Stamp> exportStamp() const { return exportDate ? exportDate : stamps.first(); }
+  /// The export's own date, at the offset of the phone's clocks; absent before it and when it
+  /// cannot be read.
+  const std::optional<Stamp>& exportDate() const { return dateOfExport; }
+  /// The first stamp of a record or workout that can be read, as exported; absent before it.
+  const std::optional<Stamp>& firstStamp() const { return stamps.first(); }
 
 private:
   void startElement(std::string_view name, const Attributes& attributes) override;
@@ -67,7 +69,7 @@ private:
   RepeatedAttributes unrepeated;
   XmlParser parser;
   LocalStamps stamps;
-  std::optional<Stamp> exportDate;
+  std::optional<Stamp> dateOfExport;
   int depth = 0;         ///< of the element that is open, the root being 1
   int ignoredDepth = 0;  ///< of the element whose parts are of no interest; 0 is none
   std::optional<WorkoutParts> workout;  ///< the one that is open

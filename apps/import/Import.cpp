@@ -30,7 +30,7 @@ namespace phrases {
 constexpr Phrase folderMissing{.zh = "数据目录不可用(盘没挂载?):{0}",
                                .en = "the data folder is not there (drive not mounted?): {0}"};
 constexpr Phrase rootNotUTF8{
-    .zh = "数据目录的路径不是 UTF-8,名册里写不下:{0}",
+    .zh = "数据目录的路径不是有效的 UTF-8,无法写进名册:{0}",
     .en = "the data root's path is not UTF-8, and the roster could not hold it: {0}"};
 constexpr Phrase pathUnusable{
     .zh = "名册里「{0}」的 dbPath 不是绝对路径,不知道指的是哪个库:\"{1}\"",
@@ -72,12 +72,12 @@ std::uint64_t transfer(ExportFile& source, ExportReader& reader, MemberZone& zon
   std::uint64_t total = 0;
   while (const std::size_t count = source.read(piece)) {
     reader.feed(std::string_view(piece.data(), count));
-    zone.confirm(reader.exportStamp());
+    zone.confirm(reader.exportDate());
     progress.read(count);
     total += count;
   }
   reader.finish();
-  zone.confirm(reader.exportStamp());
+  zone.confirm(reader.exportDate() ? reader.exportDate() : reader.firstStamp());
   return total;
 }
 
@@ -90,7 +90,7 @@ struct Outcome {
 /// Everything that happens in the database. Fills the counts of `report`.
 Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
               const ImportSurroundings& surroundings, ImportReport& report) {
-  // Before the store touches the file, which may be none that an import can go on with.
+  // First, because the store changes the file, and the zone may be a reason not to import into it.
   MemberZone zone({.member = order.name,
                    .id = place.id,
                    .database = place.database,
@@ -103,7 +103,6 @@ Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
   Database database(path, {.create = false, .readOnly = false});
   ImportWriter writer(database,
                       {.inUse = place.inUse,
-                       .timeZone = zone.zone().name(),
                        .lastSyncAt = place.lastSyncAt,
                        .cacheKibibytes = surroundings.cacheKibibytes});
   ExportReader reader(writer, zone.zone());
@@ -118,7 +117,8 @@ Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
   const StampText importedAt({.moment = static_cast<std::int64_t>(now), .offset = 0});
   writer.finish({.importedAt = std::string(importedAt.text()),
                  .sourceFile = lastName(report.source),
-                 .sourceBytes = static_cast<std::int64_t>(bytes)});
+                 .sourceBytes = static_cast<std::int64_t>(bytes),
+                 .timeZone = zone.isCertain() ? std::optional(zone.zone().name()) : std::nullopt});
 
   report.tally = writer.tally();
   report.timeZone = zone.zone().name();
@@ -130,8 +130,10 @@ Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
   Outcome outcome{.firstDay = writer.firstStoredDay(), .exportedAt = std::nullopt};
   if (report.tally.exportedAt) {
     const auto moment = AppleFormat::stampParser.parse(*report.tally.exportedAt);
-    // A phone whose clock was ahead must not make every later export an older one.
-    if (moment) outcome.exportedAt = std::min(static_cast<double>(*moment), now);
+    // A clock that was ahead says nothing, and must not make later exports older ones.
+    if (moment && static_cast<double>(*moment) <= now) {
+      outcome.exportedAt = static_cast<double>(*moment);
+    }
   }
   return outcome;
 }

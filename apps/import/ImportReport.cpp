@@ -41,7 +41,7 @@ constexpr Phrase unnamedZone{
 constexpr Phrase unreadable{.zh = "  读不出时间的时间戳:{0}(照原样保存)",
                             .en = "  stamps without a readable time: {0} (kept as exported)"};
 constexpr Phrase repeated{
-    .zh = "  写了两次的属性:{0}(以第一个为准;第二个 startDate 当作 endDate)",
+    .zh = "  重复的属性:{0}(以第一个为准;缺少 endDate 时,第二个 startDate 当作 endDate)",
     .en =
         "  attributes that stand twice: {0} (the first counts; a second startDate is the end "
         "where that is missing)"};

@@ -9,7 +9,6 @@
 
 #include <array>
 #include <cmath>
-#include <utility>
 
 namespace {
 
@@ -92,9 +91,9 @@ std::optional<std::string_view> unlessEmpty(std::string_view text) {
 
 }  // namespace
 
-ImportWriter::ImportWriter(Database& database, Setting chosen)
+ImportWriter::ImportWriter(Database& database, Setting setting)
     : database(database),
-      setting(std::move(chosen)),
+      setting(setting),
       lastRowBefore(begun(database, setting)),
       findRecord(database.prepare(recordSearch, "")),
       insertRecord(database.prepare(recordInsertion, "")),
@@ -175,7 +174,7 @@ bool ImportWriter::isStored(const ExportedRecord& record) {
   const double rounding = comparable ? Units::roundingIn(*record.unit, *record.number) : 0;
   bool found = false;
   while (const std::optional<Row> row = findRecord.next()) {
-    const bool sameText = row->isNull(0) ? !record.value : row->bytes(0) == record.value;
+    const bool sameText = row->find<std::string>(0) == record.value;
     const std::optional<double> number = row->find<double>(1);
     const bool sameUnit = row->find<std::int64_t>(2) == 1;
     const bool sameNumber =
@@ -292,6 +291,6 @@ void ImportWriter::finish(const Origin& origin) {
   counts.sources = ImportStatistics::sources(database);
   firstStored = ImportStatistics::firstDay(database);
   insertRun(origin);
-  ImportedZone::keep(database, setting.timeZone);
+  if (origin.timeZone) ImportedZone::keep(database, *origin.timeZone);
   run(database, "COMMIT");
 }

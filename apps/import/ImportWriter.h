@@ -19,7 +19,7 @@
 /// already stays as it is, but for the rings of a day, which a newer export knows better. A sample
 /// whose unit was changed on the phone since it was stored is stored already. The numbers of one
 /// type are all in one unit: a type for which StoredUnit has none takes the one that the database
-/// has first; what cannot be converted to it is stored as exported and counted. Failures leave as
+/// has; what cannot be converted to it is stored as exported and counted. Failures leave as
 /// ReceiverError with SQLite's own message, mostly.
 class ImportWriter final : public ExportSink {
 public:
@@ -28,8 +28,6 @@ public:
   struct Setting {
     /// The roster names the member, so somebody may be reading the database meanwhile.
     bool inUse = true;
-    /// The name of the zone that the stamps are in. Kept in the database for every later import.
-    std::string timeZone = {};
     /// Moment of the last export or sync that the database holds, seconds since 1970. The rings of
     /// an older export replace none.
     std::optional<double> lastSyncAt = std::nullopt;
@@ -42,11 +40,14 @@ public:
     std::string importedAt;        ///< stamp
     std::string sourceFile;        ///< the export's name
     std::int64_t sourceBytes = 0;  ///< of XML
+    /// The name of the zone that the stamps are in, to be kept for every later import; absent when
+    /// that is not certain.
+    std::optional<std::string> timeZone = std::nullopt;
   };
 
   /// Begins. `database` has the present schema, may be written, has no open transaction, and
   /// outlives the writer.
-  ImportWriter(Database& database, Setting chosen);
+  ImportWriter(Database& database, Setting setting);
 
   void exportedAt(std::string_view stamp) override;
   void add(const ExportedRecord& record) override;

@@ -42,6 +42,6 @@ ImportedZone::State ImportedZone::of(const std::string& path) {
 
 void ImportedZone::keep(Database& database, const std::string& name) {
   Statement insert = database.prepare(
-      "INSERT INTO stat_meta (k, v) VALUES ('import_time_zone', ?) ON CONFLICT (k) DO NOTHING", "");
+      "INSERT OR REPLACE INTO stat_meta (k, v) VALUES ('import_time_zone', ?)", "");
   insert.bind(1, name).run();
 }

@@ -18,10 +18,11 @@ struct State {
 };
 
 /// That of the database at `path`; without either when there is no file. Changes nothing but what a
-/// killed writer left to be undone.
+/// killed writer left to be undone. Beside a database with a write-ahead log SQLite may leave its
+/// `-wal` and `-shm` files.
 State of(const std::string& path);
 
-/// Makes `name` the zone of `database` unless it has one, in the caller's transaction.
+/// Makes `name` the zone of `database`, in the caller's transaction.
 void keep(Database& database, const std::string& name);
 
 }  // namespace ImportedZone

@@ -20,17 +20,20 @@ public:
     std::optional<std::string> machine;  ///< the machine's zone; absent when it has no name
   };
 
-  /// The zone that the database was filled in, else the one that was asked for, else the machine's.
-  /// Throws ImportError when another one was asked for than the database has, when the database
-  /// has samples of which nobody knows the zone, when the system does not know the zone, and when
-  /// there is none. Failures of the database leave as ReceiverError.
+  /// The zone that the database's samples are in, else the one that was asked for, else the one
+  /// that an earlier import was told, else the machine's. Throws ImportError when another one was
+  /// asked for than the samples are in, when nobody knows which they are in, when the system does
+  /// not know the zone, and when there is none. Failures of the database leave as ReceiverError.
   explicit MemberZone(const Hints& hints);
 
   TimeZone& zone() { return timeZone; }
 
-  /// Compares an assumed zone with the stamp that tells the phone's clocks at the export, once
-  /// there is one. Throws ImportError when the clocks of the zone were elsewhere: nobody has said
-  /// that it is the member's, and all days would be another place's for good.
+  /// Whether somebody has said that this is the zone, or the export agrees with it.
+  bool isCertain() const { return !assumed; }
+
+  /// Compares an assumed zone with a stamp as exported, where there is one. Throws ImportError when
+  /// the clocks of the zone were elsewhere than the phone's: nobody has said that the zone is the
+  /// member's, and all days would be another place's for good.
   void confirm(const std::optional<Stamp>& exported);
 
 private:

@@ -199,7 +199,7 @@ bool Units::isConvertible(std::string_view unit) {
 
 double Units::roundingIn(std::string_view unit, double number) {
   constexpr double share = 1e-5;
-  // What six digits of degF leave open is more than the same share of a small number of degC.
+  // Near 0 degC the rounding of a number in degF, which is then about 32, counts for more.
   const double otherZero = unit == "degC" ? 18 : unit == "degF" ? 32 : 0;
   return share * (std::abs(number) + otherZero);
 }

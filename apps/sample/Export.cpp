@@ -23,8 +23,8 @@ Person exporter(const Options& options) {
   return *found;
 }
 
-/// The export is made when the last record has arrived. Who does not say where the phone is has it
-/// at home.
+/// The export is made when the last record has arrived. The phone is at home unless the options say
+/// otherwise.
 Stamp exportedOf(const Person& person, const Options& options, CivilDay today) {
   const Stamp atHome = stampIn(person.home, lastSync(today).moment);
   return {atHome.moment, options.offset.value_or(atHome.offset)};

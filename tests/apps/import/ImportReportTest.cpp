@@ -97,7 +97,7 @@ TEST(ImportReport, TellsEverythingInChinese) {
       "  换算了单位:77\n"
       "  单位不认识:4(记录照原样保存,训练里的该项留空)\n"
       "  读不出时间的时间戳:6(照原样保存)\n"
-      "  写了两次的属性:2,500(以第一个为准;第二个 startDate 当作 endDate)\n"
+      "  重复的属性:2,500(以第一个为准;缺少 endDate 时,第二个 startDate 当作 endDate)\n"
       "  去掉的非法字符:3\n"
       "  替换为 U+FFFD 的非法 UTF-8:2\n"
       "  跳过 2 个:没有 startDate(第一个在第 1234 行)\n"

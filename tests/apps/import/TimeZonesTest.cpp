@@ -3,6 +3,7 @@
 #include "DatabaseContents.h"
 #include "ImportHarness.h"
 #include "WriterHarness.h"
+#include "support/EnvironmentGuard.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -136,8 +137,8 @@ TEST_F(TimeZones, OfOneMemberAreRefusedWhenTheyChange) {
   askedZone = "Europe/Berlin";
 
   EXPECT_EQ(refusal("Ann"),
-            "Ann's data is kept in the time zone America/New_York and cannot be imported in "
-            "Europe/Berlin: each sample would be stored twice");
+            "Ann's data is kept in the time zone America/New_York, and a later import cannot be in "
+            "Europe/Berlin: leave --time-zone out");
   EXPECT_EQ(databaseContents(database()), before);
 
   askedZone = "America/New_York";
@@ -168,9 +169,22 @@ TEST_P(UnzonedDatabase, IsRefusedAndLeftAsItWas) {
             folder +
                 "/health.db holds data without a note of its time zone, and another import "
                 "would store each sample twice. For a fresh import, move the folder " +
-                folder + " away and remove the member with the id ann from the roster");
+                folder + " away, and where the roster names the member ann, remove that entry");
   EXPECT_EQ(fileContents(database()), bytes);
   EXPECT_EQ(roster(), rosterBefore);
+}
+
+TEST_P(UnzonedDatabase, IsRefusedAndLeftAsItWasInWriteAheadMode) {
+  writeExport(exportAt(-4));
+  importFor("Ann", "ann");
+  Database(database().string(), {.create = false, .readOnly = false})
+      .exec(std::string("PRAGMA journal_mode=WAL;") + GetParam());
+  const std::optional<std::string> bytes = fileContents(database());
+
+  EXPECT_THAT(refusal("Ann", "ann"), HasSubstr("without a note of its time zone"));
+
+  EXPECT_EQ(fileContents(database()), bytes);
+  EXPECT_EQ(fileContents(database().string() + "-wal").value_or(""), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -187,6 +201,72 @@ TEST_F(TimeZones, OfAnEmptyDatabaseAreChosenAnew) {
   askedZone = "Europe/Berlin";
 
   EXPECT_EQ(importFor("Ann").timeZone, "Europe/Berlin");
+}
+
+TEST_F(TimeZones, AreNotKeptWhenNothingConfirmsThem) {
+  machineZone = "Etc/UTC";
+  writeExport("<HealthData><ActivitySummary dateComponents=\"2024-03-01\"/></HealthData>");
+  importFor("Ann", "ann");
+  writeExport(exportAt(-4));
+
+  EXPECT_THAT(refusal("Ann"), HasSubstr("made at -0400, this machine is at +0000"));
+  askedZone = "America/New_York";
+  EXPECT_EQ(importFor("Ann").timeZone, "America/New_York");
+}
+
+TEST_F(TimeZones, AskedForBeforeTheFirstSampleMayBeAskedForAnew) {
+  writeExport("<HealthData><ActivitySummary dateComponents=\"2024-03-01\"/></HealthData>");
+  askedZone = "Asia/Tokyo";
+  importFor("Ann", "ann");
+  askedZone.reset();
+  EXPECT_EQ(importFor("Ann").timeZone, "Asia/Tokyo");
+
+  askedZone = "America/New_York";
+  writeExport(exportAt(-4));
+  importFor("Ann");
+
+  EXPECT_THAT(rows(database().string(), "SELECT v FROM stat_meta WHERE k = 'import_time_zone'", 1),
+              ElementsAre("America/New_York"));
+}
+
+TEST_F(TimeZones, OfTheExportsDateDecideWhereverItStands) {
+  std::string records;
+  for (int number = 0; number < 3000; ++number) {
+    records += "<Record type=\"a\" startDate=\"2024-07-02 00:00:00 -0400\" value=\"" +
+               std::to_string(number) + "\"/>\n";
+  }
+  writeExport("<HealthData>" + records +
+              "<ExportDate value=\"2024-07-03 00:00:00 -0500\"/></HealthData>");
+
+  EXPECT_THAT(refusal("Ann"), HasSubstr("made at -0500, this machine is at -0400"));
+}
+
+TEST_F(TimeZones, OfTheFirstStampDecideWhenTheDateCannotBeRead) {
+  writeExport(
+      "<HealthData><ExportDate value=\"today\"/>"
+      "<Record type=\"a\" startDate=\"2024-07-02 00:00:00 -0500\"/></HealthData>");
+
+  EXPECT_THAT(refusal("Ann"), HasSubstr("made at -0500, this machine is at -0400"));
+}
+
+TEST_F(TimeZones, AreNotThoseOfMetadata) {
+  writeExport(exportAt(-4,
+                       "<Record type=\"a\" startDate=\"2024-07-01 21:00:00 -0400\"><MetadataEntry"
+                       " key=\"HKTimeZone\" value=\"Asia/Tokyo\"/></Record>"));
+  importFor("Ann", "ann");
+
+  EXPECT_THAT(rows(database().string(), "SELECT start_date FROM records WHERE type = 'a'", 1),
+              ElementsAre("2024-07-01 21:00:00 -0400"));
+}
+
+TEST_F(TimeZones, AreMissingAltogetherOnSomeMachines) {
+  writeExport(exportAt(-4));
+  machineZone.reset();
+  const EnvironmentGuard nowhere{{"TZDIR", (folder / "no zones").string()}};
+
+  EXPECT_THAT(refusal("Ann"), HasSubstr("this machine has no time zones (is tzdata missing?)"));
+  askedZone = "Europe/Berlin";
+  EXPECT_THAT(refusal("Ann"), HasSubstr("this machine has no time zones (is tzdata missing?)"));
 }
 
 TEST_F(TimeZones, CannotReadSomeStampsAndTellThem) {
@@ -250,22 +330,46 @@ TEST_F(Import, RefusesADataRootWhosePathIsNotUTF8BeforeTheFirstByte) {
   EXPECT_FALSE(std::filesystem::exists(odd));
 }
 
-TEST_F(Import, OfAnExportFromTheFutureMakesNoLaterOneOlder) {
-  const auto ringsOf = [this](const std::string& date, const std::string& energy) {
-    writeExport("<HealthData><ExportDate value=\"" + date +
-                "\"/><ActivitySummary dateComponents=\"2024-03-01\" activeEnergyBurned=\"" +
-                energy + "\" activeEnergyBurnedUnit=\"kcal\"/></HealthData>");
-    importFor("Ann", "ann");
-  };
-  ringsOf("2030-01-01 08:00:00 +0800", "100");
-  EXPECT_EQ(roster()["members"][0]["lastSyncAt"], now);
+/// An export of that date with one day of rings.
+std::string ringsAt(const std::string& date, const std::string& energy, const std::string& unit) {
+  return "<HealthData><ExportDate value=\"" + date +
+         "\"/><ActivitySummary dateComponents=\"2024-03-01\" activeEnergyBurned=\"" + energy +
+         "\" activeEnergyBurnedUnit=\"" + unit + "\"/></HealthData>";
+}
 
-  ringsOf("2024-06-02 11:46:40 +0800", "200");
+TEST_F(Import, OfAnExportFromTheFutureMakesNoLaterOneOlder) {
+  writeExport(ringsAt("2030-01-01 08:00:00 +0800", "100", "kcal"));
+  importFor("Ann", "ann");
+  EXPECT_FALSE(roster()["members"][0].contains("lastSyncAt"));
+
+  writeExport(ringsAt("2024-06-01 11:46:40 +0800", "200", "kcal"));
+  importFor("Ann", "ann");
 
   EXPECT_THAT(rows((root() / "members/ann/health.db").string(),
                    "SELECT active_energy FROM activity_summary",
                    1),
               ElementsAre("200.0"));
+}
+
+TEST_F(Import, OfRingsThatWereOnlyRoundedOtherwiseChangesNothing) {
+  writeExport(ringsAt("2024-06-01 08:00:00 +0800", "446", "kcal"));
+  importFor("Ann", "ann");
+  writeExport(ringsAt("2024-06-01 09:00:00 +0800", "1866.06", "kJ"));
+
+  EXPECT_TRUE(importFor("Ann").tally.changedNothing());
+  writeExport(ringsAt("2024-06-01 10:00:00 +0800", "1867", "kJ"));
+  EXPECT_FALSE(importFor("Ann").tally.changedNothing());
+}
+
+TEST_F(Import, MakesNoMemberOfAnUnfinishedImportWhoseIDIsANameByNow) {
+  folder.write("root/members/Ann/import-unfinished", "Bob");
+  writeExport(exportText(3));
+  importFor("Ann", "ann2");
+
+  EXPECT_EQ(refusal("Bob"),
+            "Ann is another member's name, and a question could not tell the two apart; choose "
+            "another --id");
+  EXPECT_EQ(roster()["members"].size(), 1U);
 }
 
 TEST_F(Import, TakesALastSyncInTheFutureForNone) {

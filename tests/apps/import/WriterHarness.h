@@ -47,12 +47,14 @@ inline ExportedActivityDay rings(double energy) {
 /// Imports what `tell` tells into `database` and commits; what the run counted.
 inline ImportTally imported(const TestDatabase& database,
                             const std::function<void(ImportWriter&)>& tell,
-                            ImportWriter::Setting setting = {.timeZone = "Asia/Shanghai"}) {
+                            ImportWriter::Setting setting = {}) {
   Database connection(database.path(), {.create = false, .readOnly = false});
   ImportWriter writer(connection, setting);
   tell(writer);
-  writer.finish(
-      {.importedAt = "2024-03-03 00:00:00 +0000", .sourceFile = "export.zip", .sourceBytes = 1234});
+  writer.finish({.importedAt = "2024-03-03 00:00:00 +0000",
+                 .sourceFile = "export.zip",
+                 .sourceBytes = 1234,
+                 .timeZone = "Asia/Shanghai"});
   return writer.tally();
 }
 
