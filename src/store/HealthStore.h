@@ -10,9 +10,11 @@
 #include "workouts/Workouts.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -77,6 +79,15 @@ public:
   /// absent bound leaves that end open.
   std::vector<WorkoutEntry> workoutDetails(std::optional<std::string_view> from,
                                            std::optional<std::string_view> to) const;
+
+  /// Hands each workout of the range to `take`, newest first, with the row it is stored in. Only
+  /// what choosing among workouts needs is read: activity_type, source, indoor, duration_min,
+  /// distance_km and the energies. A member may have tens of thousands, and an answer shows few.
+  void listWorkouts(std::string_view from, std::string_view to,
+                    const std::function<void(std::int64_t row, const WorkoutEntry&)>& take) const;
+
+  /// The workouts stored in `rows`, in that order, in full with their humidity readings.
+  std::vector<WorkoutEntry> workoutsAt(std::span<const std::int64_t> rows) const;
 
   /// The heart-rate samples that one source took during the workout of this identifier: those whose
   /// start lies in it, the end excluded. Without a `source`, that of the workout; there is no

@@ -76,10 +76,43 @@ WorkoutEntry workoutEntry(const Row& row) {
 
 std::vector<WorkoutEntry> HealthStore::workoutDetails(std::optional<std::string_view> from,
                                                       std::optional<std::string_view> to) const {
-  Statement query = prepare(workoutColumns +
-                            "WHERE start_day BETWEEN ? AND ? ORDER BY start_date DESC, rowid DESC");
-  query.bind(1, from.value_or("")).bind(2, to.value_or("9999-12-31"));
-  std::vector<WorkoutEntry> workouts = query.readAll(workoutEntry);
+  std::vector<std::int64_t> rows;
+  listWorkouts(from.value_or(""),
+               to.value_or("9999-12-31"),
+               [&rows](std::int64_t row, const auto&) { rows.push_back(row); });
+  return workoutsAt(rows);
+}
+
+void HealthStore::listWorkouts(
+    std::string_view from, std::string_view to,
+    const std::function<void(std::int64_t row, const WorkoutEntry&)>& take) const {
+  Statement query = prepare(
+      "SELECT rowid, activity_type, source_name, indoor,\n"
+      "       duration_min, distance_km, active_energy_kcal, basal_energy_kcal\n"
+      "FROM workouts WHERE start_day BETWEEN ? AND ? ORDER BY start_date DESC, rowid DESC");
+  query.bind(1, from).bind(2, to);
+  while (const std::optional<Row> row = query.next()) {
+    WorkoutEntry workout;
+    workout.activity_type = row->text(1);
+    workout.source = row->text(2);
+    workout.indoor = flag(row->find<double>(3));
+    workout.duration_min = row->find<double>(4);
+    workout.distance_km = row->find<double>(5);
+    workout.active_energy_kcal = row->find<double>(6);
+    workout.basal_energy_kcal = row->find<double>(7);
+    take(row->find<std::int64_t>(0).value_or(0), workout);
+  }
+}
+
+std::vector<WorkoutEntry> HealthStore::workoutsAt(std::span<const std::int64_t> rows) const {
+  Statement query = prepare(workoutColumns + "WHERE rowid=?");
+  std::vector<WorkoutEntry> workouts;
+  workouts.reserve(rows.size());
+  for (const std::int64_t wanted : rows) {
+    query.bind(1, wanted);
+    if (const std::optional<Row> row = query.next()) workouts.push_back(workoutEntry(*row));
+    query.reset();
+  }
   attachHumidity(workouts);
   return workouts;
 }
@@ -99,11 +132,7 @@ WorkoutEntry HealthStore::workoutNamed(const std::string& workoutID) const {
     if (digest == wanted) found = std::max(found, row->find<std::int64_t>(0));
   }
   if (!found) throw ReceiverError("没有这次训练，请从训练清单获取 workout_id");
-  Statement query = prepare(workoutColumns + "WHERE rowid=?");
-  query.bind(1, *found);
-  std::vector<WorkoutEntry> workout = query.readAll(workoutEntry);
-  attachHumidity(workout);
-  return std::move(workout.at(0));
+  return std::move(workoutsAt({&*found, 1}).at(0));
 }
 
 void HealthStore::attachHumidity(std::vector<WorkoutEntry>& workouts) const {

@@ -104,11 +104,13 @@ std::string Tools::workouts(const Call& call) {
   query.page.offset = integerArgument(call, "offset", offsetRule, mustBeInteger);
 
   const HealthStore store = open(query.member, call);
-  const WorkoutSelection::Selection selection =
-      WorkoutSelection::select(store.workoutDetails(query.range.from, query.range.to),
-                               query.filters,
-                               query.order,
-                               query.page);
+  WorkoutSelection::Selector selector(query.filters);
+  store.listWorkouts(
+      query.range.from, query.range.to, [&selector](std::int64_t row, const auto& entry) {
+        selector.add(row, entry);
+      });
+  WorkoutSelection::Selection selection = selector.selected(query.order, query.page);
+  selection.page = store.workoutsAt(selection.pageRows);
 
   return form(query, selection, coverageOf(store, call), call.lang);
 }

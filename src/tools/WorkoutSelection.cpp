@@ -48,65 +48,59 @@ static_assert(std::ranges::all_of(table, [](const Measure& measure) {
   return inBothLanguages(measure.label);
 }));
 
-bool sameIgnoringCase(std::string_view left, std::string_view right) {
-  return lowerCased(left) == lowerCased(right);
-}
-
-/// Whether `text` means the activity of this code: the code, or its name in either language.
-bool names(std::string_view text, std::string_view code) {
-  return sameIgnoringCase(text, code) || text == activityName(code, SummaryLang::zh) ||
-         sameIgnoringCase(text, activityName(code, SummaryLang::en));
-}
-
-bool passes(const WorkoutEntry& workout, const WorkoutSelection::Filters& filters) {
-  return (filters.activityType.empty() || names(filters.activityType, workout.activity_type)) &&
-         (filters.source.empty() || workout.source == filters.source) &&
-         includes(filters.environment, workout.indoor);
-}
-
-void addToTotals(WorkoutSelection::Selection& selection, const WorkoutEntry& workout) {
-  for (std::size_t index = 0; index < selection.totals.size(); ++index) {
-    const std::optional<double> value = table[index].read(workout);
-    if (!value) continue;
-    selection.totals[index].sum += *value;
-    ++selection.totals[index].count;
-  }
-}
-
-/// How often each activity occurs, most frequent first, ties by code.
-std::vector<WorkoutSelection::ActivityCount> countsOf(const std::vector<WorkoutEntry>& workouts) {
-  std::map<std::string, std::int64_t> byCode;
-  for (const WorkoutEntry& workout : workouts) ++byCode[workout.activity_type];
-  std::vector<WorkoutSelection::ActivityCount> counts(byCode.begin(), byCode.end());
-  std::ranges::stable_sort(
-      counts, std::ranges::greater(), &WorkoutSelection::ActivityCount::second);
-  return counts;
-}
-
 }  // namespace
 
 constinit const std::array<Measure, 11> WorkoutSelection::measures = table;
 
-WorkoutSelection::Selection WorkoutSelection::select(std::vector<WorkoutEntry> workouts,
-                                                     const Filters& filters, Order order,
-                                                     Page page) {
-  Selection selection;
-  for (const WorkoutEntry& workout : workouts) {
-    ++selection.availableActivities[workout.activity_type];
-    selection.availableSources.insert(workout.source);
+WorkoutSelection::Selector::Selector(const Filters& filters)
+    : filters(filters), activityInLowerCase(lowerCased(filters.activityType)) {}
+
+WorkoutSelection::Selector::Activity& WorkoutSelection::Selector::activityOf(
+    const std::string& code) {
+  const auto [found, isNew] = activities.try_emplace(code);
+  Activity& activity = found->second;
+  if (isNew) {
+    activity.meant = filters.activityType.empty() || activityInLowerCase == lowerCased(code) ||
+                     filters.activityType == activityName(code, SummaryLang::zh) ||
+                     activityInLowerCase == lowerCased(activityName(code, SummaryLang::en));
   }
+  return activity;
+}
 
-  std::erase_if(workouts, [&](const WorkoutEntry& workout) { return !passes(workout, filters); });
-  // Before the order is changed: the last digit of a sum depends on it.
-  for (const WorkoutEntry& workout : workouts) addToTotals(selection, workout);
-  if (order == Order::asc) std::ranges::reverse(workouts);
-  selection.byActivity = countsOf(workouts);
+void WorkoutSelection::Selector::add(std::int64_t row, const WorkoutEntry& workout) {
+  Activity& activity = activityOf(workout.activity_type);
+  ++activity.count;
+  sources.insert(workout.source);
+  if (!activity.meant || !includes(filters.environment, workout.indoor)) return;
+  if (!filters.source.empty() && workout.source != filters.source) return;
+  ++activity.passing;
+  passing.push_back(row);
+  for (std::size_t index = 0; index < totals.size(); ++index) {
+    const std::optional<double> value = table[index].read(workout);
+    if (!value) continue;
+    totals[index].sum += *value;
+    ++totals[index].count;
+  }
+}
 
-  selection.totalCount = static_cast<std::int64_t>(workouts.size());
+WorkoutSelection::Selection WorkoutSelection::Selector::selected(Order order, Page page) const {
+  Selection selection;
+  selection.availableSources = sources;
+  selection.totals = totals;
+  for (const auto& [code, activity] : activities) {
+    selection.availableActivities[code] = activity.count;
+    if (activity.passing > 0) selection.byActivity.emplace_back(code, activity.passing);
+  }
+  std::ranges::stable_sort(selection.byActivity, std::ranges::greater(), &ActivityCount::second);
+
+  selection.totalCount = std::ssize(passing);
   const std::int64_t begin = std::min(page.offset, selection.totalCount);
   const std::int64_t end = std::min(page.offset + page.limit, selection.totalCount);
   if (end < selection.totalCount) selection.nextOffset = end;
-  selection.page.assign(std::make_move_iterator(workouts.begin() + begin),
-                        std::make_move_iterator(workouts.begin() + end));
+  if (order == Order::desc) {
+    selection.pageRows.assign(passing.begin() + begin, passing.begin() + end);
+  } else {
+    selection.pageRows.assign(passing.rbegin() + begin, passing.rbegin() + end);
+  }
   return selection;
 }

@@ -58,13 +58,38 @@ struct Selection {
   std::set<std::string> availableSources;                   ///< of the whole range
   std::int64_t totalCount = 0;                              ///< workouts that pass the filters
   std::array<Total, totalledMeasures> totals;               ///< over all that pass, not the page
-  std::vector<ActivityCount> byActivity;  ///< of all that pass, most frequent first, ties by code
-  std::vector<WorkoutEntry> page;
+  std::vector<ActivityCount> byActivity;   ///< of all that pass, most frequent first, ties by code
+  std::vector<std::int64_t> pageRows;      ///< where the workouts of the page are stored
+  std::vector<WorkoutEntry> page;          ///< filled in by who reads those rows
   std::optional<std::int64_t> nextOffset;  ///< absent on the last page
 };
 
-/// Selects among `workouts`, which are newest first.
-Selection select(std::vector<WorkoutEntry> workouts, const Filters& filters, Order order,
-                 Page page);
+/// Selects among workouts that are added one by one: all of ten years would be a lot to hold.
+class Selector {
+public:
+  explicit Selector(const Filters& filters);
+
+  /// Takes the workout stored in `row`, which is no newer than the one before.
+  void add(std::int64_t row, const WorkoutEntry& workout);
+
+  /// What has been selected so far.
+  Selection selected(Order order, Page page) const;
+
+private:
+  struct Activity {
+    bool meant = false;  ///< by the filter
+    std::int64_t count = 0;
+    std::int64_t passing = 0;
+  };
+
+  Activity& activityOf(const std::string& code);
+
+  Filters filters;
+  std::string activityInLowerCase;
+  std::map<std::string, Activity> activities;
+  std::set<std::string> sources;
+  std::array<Total, totalledMeasures> totals;
+  std::vector<std::int64_t> passing;  ///< rows, newest first
+};
 
 }  // namespace WorkoutSelection

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <chrono>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -294,6 +295,25 @@ TEST(GetWorkouts, PassTheErrorOfAQuery) {
       EXPECT_EQ(error.what(), "prepare 失败:no such table: " + table);
     }
   }
+}
+
+/// A filter is made ready once, however many workouts and activities it is held against.
+TEST(Workouts, TakeAFilterOfMegabytesInTheirStride) {
+  Household household;
+  TestDatabase& database = household.add("ann", "Ann");
+  std::vector<TestWorkout> workouts;
+  for (int number = 0; number < 2000; ++number) {
+    workouts.push_back({.activity_type = "Running" + std::to_string(number % 100),
+                        .start_date = "2024-03-01 08:00:00 +0000 " + std::to_string(number)});
+  }
+  database.addWorkouts(workouts);
+  const std::string text(4 << 20, 'x');
+  const auto began = std::chrono::steady_clock::now();
+
+  const std::string answer = ToolCaller(household).of({{"activity_type", text}}, Tools::workouts);
+
+  EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(4));
+  EXPECT_THAT(answer, testing::HasSubstr("No workouts match this range and filters."));
 }
 
 }  // namespace

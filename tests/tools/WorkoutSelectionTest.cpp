@@ -1,3 +1,4 @@
+#include "support/WorkoutChoice.h"
 #include "tools/WorkoutSelection.h"
 
 #include <gmock/gmock.h>
@@ -17,7 +18,6 @@ using testing::Pair;
 using WorkoutSelection::Filters;
 using WorkoutSelection::Order;
 using WorkoutSelection::Page;
-using WorkoutSelection::select;
 using WorkoutSelection::Selection;
 
 WorkoutEntry workoutOf(const std::string& activity, const std::string& source = "Watch",
@@ -47,8 +47,8 @@ Filters environmentFilter(WorkoutEnvironment environment) { return {"", environm
 
 constexpr Page everything{.limit = 200, .offset = 0};
 
-Selection filtered(std::vector<WorkoutEntry> workouts, const Filters& filters) {
-  return select(std::move(workouts), filters, Order::desc, everything);
+Selection filtered(const std::vector<WorkoutEntry>& workouts, const Filters& filters) {
+  return selected(workouts, filters, Order::desc, everything);
 }
 
 std::vector<std::string> startsOf(const Selection& selection) {
@@ -183,7 +183,7 @@ struct PageCase {
 class WorkoutPage : public testing::TestWithParam<PageCase> {};
 
 TEST_P(WorkoutPage, HoldsWhatLiesBetweenOffsetAndLimit) {
-  const Selection selection = select(newestFirst(5), {}, GetParam().order, GetParam().page);
+  const Selection selection = selected(newestFirst(5), {}, GetParam().order, GetParam().page);
 
   EXPECT_EQ(startsOf(selection), GetParam().starts);
   EXPECT_EQ(selection.nextOffset, GetParam().next);
@@ -221,7 +221,7 @@ TEST(WorkoutTotals, CoverAllThatPassNotThePage) {
   workouts[3].duration_min = 1000;
   workouts[3].basal_energy_kcal = 1000;
 
-  const Selection selection = select(workouts, activityFilter("Yoga"), Order::desc, {1, 2});
+  const Selection selection = selected(workouts, activityFilter("Yoga"), Order::desc, {1, 2});
 
   EXPECT_EQ(selection.totals[0].sum, 30.5);
   EXPECT_EQ(selection.totals[0].count, 2);

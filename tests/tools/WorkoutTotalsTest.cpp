@@ -1,6 +1,7 @@
 // What get_workouts says of all workouts together, and of raw numbers, to the last digit.
 
 #include "support/ToolCaller.h"
+#include "support/WorkoutChoice.h"
 #include "support/WorkoutSamples.h"
 #include "tools/Tools.h"
 #include "tools/WorkoutSelection.h"
@@ -50,10 +51,8 @@ TEST(WorkoutTotals, AreTheSameToTheLastBitInBothOrders) {
   }
   using WorkoutSelection::Order;
 
-  const auto newestFirst =
-      WorkoutSelection::select(workouts, {}, Order::desc, {.limit = 10, .offset = 0});
-  const auto oldestFirst =
-      WorkoutSelection::select(workouts, {}, Order::asc, {.limit = 10, .offset = 0});
+  const auto newestFirst = selected(workouts, {}, Order::desc, {.limit = 10, .offset = 0});
+  const auto oldestFirst = selected(workouts, {}, Order::asc, {.limit = 10, .offset = 0});
 
   for (std::size_t measure = 0; measure < WorkoutSelection::totalledMeasures; ++measure) {
     EXPECT_EQ(newestFirst.totals[measure].sum, oldestFirst.totals[measure].sum) << measure;
