@@ -9,7 +9,7 @@ namespace {
 
 constexpr Phrase mustBeString{.zh = "{0} 必须是字符串。", .en = "{0} must be a string."};
 constexpr Phrase mustBeInteger{.zh = "{0} 必须是 {1}...{2} 范围内的整数。",
-                               .en = "{0} must be an integer in {1}...{2}."};
+                               .en = "{0} must be an integer in {1}...{2}"};
 constexpr Phrase mustBeDate{.zh = "{0} 要是有效的 YYYY-MM-DD 日期。",
                             .en = "{0} must be a valid YYYY-MM-DD date."};
 constexpr Phrase fromAfterTo{.zh = "from 不能晚于 to。", .en = "from must not be later than to."};

@@ -133,7 +133,7 @@ describe('the Inspector', { concurrency: 2 }, () => {
     {
       name: 'an argument',
       args: toolCall('get_workouts', 'person=Ann', 'limit=0'),
-      error: 'MCP error -32602: limit must be an integer in 1...200.',
+      error: 'MCP error -32602: limit must be an integer in 1...200',
     },
     {
       name: 'a tool',

@@ -275,7 +275,7 @@ const refusals = [
     name: 'a limit of 0',
     env: environment(),
     call: ['get_workouts', { person: 'Ann', limit: 0 }],
-    message: /limit must be an integer in 1\.\.\.200\.$/,
+    message: /limit must be an integer in 1\.\.\.200$/,
   },
   {
     name: 'a limit of 0, in Chinese',

@@ -106,14 +106,14 @@ INSTANTIATE_TEST_SUITE_P(
 RefusedCase noLimit(const std::string& name, const Json& value) {
   return {name,
           {{"limit", value}},
-          "limit must be an integer in 1...200.",
+          "limit must be an integer in 1...200",
           "limit 必须是 1...200 范围内的整数。"};
 }
 
 RefusedCase noOffset(const std::string& name, const Json& value) {
   return {name,
           {{"offset", value}},
-          "offset must be an integer in 0...2147483647.",
+          "offset must be an integer in 0...2147483647",
           "offset 必须是 0...2147483647 范围内的整数。"};
 }
 
@@ -163,8 +163,8 @@ TEST(GetWorkouts, ReportsTheFirstArgumentThatIsWrong) {
       {{{"environment", "all"}}, environments},
       {{{"order", "asc"}}, "order: desc / asc"},
       {{{"format", "json"}}, "format: text / json"},
-      {{{"limit", 1}}, "limit must be an integer in 1...200."},
-      {{{"offset", 0}}, "offset must be an integer in 0...2147483647."}};
+      {{{"limit", 1}}, "limit must be an integer in 1...200"},
+      {{{"offset", 0}}, "offset must be an integer in 0...2147483647"}};
   Json arguments{{"person", "Ben"},
                  {"from", "x"},
                  {"to", "x"},
