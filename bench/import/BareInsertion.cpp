@@ -26,9 +26,10 @@ using Value = std::variant<Null, double, std::string>;
 using Cell = std::variant<Unchanged, Null, double, std::string>;
 
 Value valueOf(const Row& row, int column) {
-  if (row.isNull(column)) return Null{};
   if (const std::optional<double> number = row.find<double>(column)) return *number;
-  return std::string(row.bytes(column));
+  const std::optional<std::string_view> text = row.find<std::string_view>(column);
+  if (!text) return Null{};
+  return std::string(*text);
 }
 
 /// The rows of one table in the order in which they were written.

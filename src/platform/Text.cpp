@@ -56,7 +56,14 @@ Run runAt(std::string_view bytes) {
 
 }  // namespace
 
+bool isASCII(std::string_view bytes) {
+  unsigned char all = 0;
+  for (const char byte : bytes) all |= static_cast<unsigned char>(byte);
+  return all < 0x80;
+}
+
 std::string repaired(std::string_view bytes) {
+  if (isASCII(bytes)) return std::string(bytes);
   std::string text;
   std::size_t copied = 0;
   for (std::size_t position = 0; position < bytes.size();) {

@@ -6,6 +6,9 @@
 #include <string>
 #include <string_view>
 
+/// Whether `bytes` are all below 128, which makes them valid UTF-8.
+bool isASCII(std::string_view bytes);
+
 /// `bytes` as valid UTF-8: each longest ill-formed run that could have begun a character becomes
 /// one U+FFFD. Valid text comes back unchanged.
 std::string repaired(std::string_view bytes);

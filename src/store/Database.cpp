@@ -16,41 +16,61 @@ std::string messageOf(sqlite3* database) {
 
 }  // namespace
 
-bool Row::isNull(int index) const { return sqlite3_column_type(statement, index) == SQLITE_NULL; }
+namespace {
 
-std::string_view Row::bytes(int index) const {
-  // Text before length: the first of the two calls may convert the column.
-  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, index));
-  const auto length = static_cast<std::size_t>(sqlite3_column_bytes(statement, index));
+/// A number where there is one; a text or a blob is none.
+bool isNumber(sqlite3_value* value) {
+  const int type = sqlite3_value_type(value);
+  return type == SQLITE_INTEGER || type == SQLITE_FLOAT;
+}
+
+}  // namespace
+
+// Values are fetched once a column, because the statement has locked the connection already.
+// sqlite3_column_text and its kin would lock it in every call, which takes longer than the reading.
+
+bool Row::isNull(int index) const { return !find<std::string_view>(index); }
+
+template <>
+std::optional<std::string_view> Row::find<std::string_view>(int index) const {
+  sqlite3_value* value = sqlite3_column_value(statement, index);
+  if (sqlite3_value_type(value) == SQLITE_NULL) return std::nullopt;
+  // Text before length: the first of the two calls may convert the value.
+  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+  const auto length = static_cast<std::size_t>(sqlite3_value_bytes(value));
   return text == nullptr ? std::string_view() : std::string_view(text, length);
 }
 
 template <>
 std::optional<std::string> Row::find<std::string>(int index) const {
-  if (isNull(index)) return std::nullopt;
-  return repaired(bytes(index));
+  const std::optional<std::string_view> stored = find<std::string_view>(index);
+  if (!stored) return std::nullopt;
+  return repaired(*stored);
 }
 
 template <>
 std::optional<double> Row::find<double>(int index) const {
-  const int type = sqlite3_column_type(statement, index);
-  if (type != SQLITE_INTEGER && type != SQLITE_FLOAT) return std::nullopt;
-  return sqlite3_column_double(statement, index);
+  sqlite3_value* value = sqlite3_column_value(statement, index);
+  if (!isNumber(value)) return std::nullopt;
+  return sqlite3_value_double(value);
 }
 
 template <>
 std::optional<std::int64_t> Row::find<std::int64_t>(int index) const {
-  const int type = sqlite3_column_type(statement, index);
-  if (type != SQLITE_INTEGER && type != SQLITE_FLOAT) return std::nullopt;
-  return sqlite3_column_int64(statement, index);
+  sqlite3_value* value = sqlite3_column_value(statement, index);
+  if (!isNumber(value)) return std::nullopt;
+  return sqlite3_value_int64(value);
 }
 
 void Statement::Finalizer::operator()(sqlite3_stmt* statement) const {
   sqlite3_finalize(statement);
 }
 
+void Statement::Unlocker::operator()(sqlite3_mutex* mutex) const { sqlite3_mutex_leave(mutex); }
+
 Statement::Statement(sqlite3* database, const std::string& sql, std::string stepFailure)
-    : database(database), stepFailure(std::move(stepFailure)) {
+    : database(database), lock(sqlite3_db_mutex(database)), stepFailure(std::move(stepFailure)) {
+  sqlite3_mutex_enter(lock.get());
   sqlite3_stmt* prepared = nullptr;
   const int result = sqlite3_prepare_v2(database, sql.c_str(), -1, &prepared, nullptr);
   handle.reset(prepared);

@@ -12,6 +12,7 @@
 #include <vector>
 
 struct sqlite3;
+struct sqlite3_mutex;
 struct sqlite3_stmt;
 
 /// The present row of a statement; valid until the statement steps again.
@@ -19,9 +20,11 @@ class Row {
 public:
   explicit Row(sqlite3_stmt* statement) : statement(statement) {}
 
-  /// Column `index`, counted from 0 in select order, as std::string, double or std::int64_t. SQL
-  /// NULL is `nullopt`, never 0 or "". Text is repaired to valid UTF-8. A text or a blob is no
-  /// number: `nullopt` where a number is asked for.
+  /// Column `index`, counted from 0 in select order, as std::string, std::string_view, double or
+  /// std::int64_t. SQL NULL is `nullopt`, never 0 or "". A std::string is repaired to valid UTF-8.
+  /// A std::string_view holds the bytes as they are stored, until the statement steps again: for
+  /// parsing and comparing many rows without copying any. A text or a blob is no number: `nullopt`
+  /// where a number is asked for.
   template <typename T>
   std::optional<T> find(int index) const;
 
@@ -31,9 +34,7 @@ public:
   /// Column `index` as text, "" for SQL NULL.
   std::string text(int index) const;
 
-  /// Column `index` as the bytes that are stored, not repaired; empty for SQL NULL. Valid until the
-  /// next call on this row or its statement: for parsing and comparing many rows without copying
-  /// any.
+  /// Column `index` as stored bytes, empty for SQL NULL.
   std::string_view bytes(int index) const;
 
 private:
@@ -43,11 +44,17 @@ private:
 template <>
 std::optional<std::string> Row::find<std::string>(int index) const;
 template <>
+std::optional<std::string_view> Row::find<std::string_view>(int index) const;
+template <>
 std::optional<double> Row::find<double>(int index) const;
 template <>
 std::optional<std::int64_t> Row::find<std::int64_t>(int index) const;
 
 inline std::string Row::text(int index) const { return find<std::string>(index).value_or(""); }
+
+inline std::string_view Row::bytes(int index) const {
+  return find<std::string_view>(index).value_or("");
+}
 
 /// A statement names what the database has not, such as an index: another one may do better. Any
 /// other failure, such as a lock, would only meet the next statement too.
@@ -57,7 +64,7 @@ public:
 };
 
 /// A prepared statement and the sole owner of its handle. Positions count from 1. Failures leave as
-/// ReceiverError.
+/// ReceiverError. The connection belongs to the statement's thread while it lives: another waits.
 class Statement {
 public:
   /// Fails with "prepare 失败:" and SQLite's message, as SchemaError where that is why. A step that
@@ -96,10 +103,14 @@ private:
   struct Finalizer {
     void operator()(sqlite3_stmt* statement) const;
   };
+  struct Unlocker {
+    void operator()(sqlite3_mutex* mutex) const;
+  };
 
   void check(int result) const;
 
   sqlite3* database;  ///< outlives the statement
+  std::unique_ptr<sqlite3_mutex, Unlocker> lock;
   std::unique_ptr<sqlite3_stmt, Finalizer> handle;
   std::string stepFailure;
 };
