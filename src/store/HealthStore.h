@@ -19,6 +19,13 @@
 #include <string_view>
 #include <vector>
 
+/// What days there are records of.
+struct RecordedDays {
+  std::int64_t typeCount = 0;  ///< types with a record; 0 means that there is none at all
+  std::string first;           ///< "" when no record has a day
+  std::string last;            ///< "" when no record has a day
+};
+
 /// One type of record on one day.
 struct DayRow {
   std::string type;
@@ -98,9 +105,13 @@ public:
                                     const std::optional<std::string>& source, std::int64_t limit,
                                     std::int64_t offset) const;
 
+  /// The days and types of all records, by a few seeks a type.
+  RecordedDays recordedDays() const;
+
   SummaryCoverage coverage() const override;
+  std::int64_t recordCount() const override;
   std::set<std::string> presentTypes() const override;
-  std::map<std::string, std::int64_t> yearlyCounts() const override;
+  RecordCounts yearlyCounts() const override;
   std::map<std::string, double> dailyTotals(std::string_view type, std::string_view from,
                                             std::string_view to) const override;
   std::vector<double> values(std::string_view type, std::string_view from,

@@ -1,38 +1,52 @@
-// What there is at all: the range and counts of all records, their types, years and sources.
+// What there is at all: the days of all records, their types, numbers, years and sources.
 
+#include "platform/Text.h"
 #include "store/HealthStore.h"
 #include "store/Queries.h"
 
 #include <algorithm>
-#include <cstddef>
 
-SummaryCoverage HealthStore::coverage() const {
-  SummaryCoverage coverage;
-  Statement count = prepare("SELECT COUNT(*) FROM records");
-  if (const std::optional<Row> row = count.next()) {
-    coverage.records = row->find<std::int64_t>(0).value_or(0);
-  }
-  Statement types =
+RecordedDays HealthStore::recordedDays() const {
+  Statement query =
       prepare(Queries::presentTypes +
               "SELECT (SELECT MIN(start_day) FROM records WHERE records.type = present.type),\n"
               "       (SELECT MAX(start_day) FROM records WHERE records.type = present.type)\n"
               "FROM present");
-  std::optional<std::string> firstDay;
-  std::optional<std::string> lastDay;
-  while (const std::optional<Row> row = types.next()) {
-    ++coverage.typeCount;
-    const std::optional<std::string> first = row->find<std::string>(0);
-    const std::optional<std::string> last = row->find<std::string>(1);
-    if (first && (!firstDay || *first < *firstDay)) firstDay = first;
-    if (last && (!lastDay || *last > *lastDay)) lastDay = last;
+  RecordedDays days;
+  std::optional<std::string> first;
+  while (const std::optional<Row> row = query.next()) {
+    ++days.typeCount;
+    const std::optional<std::string> firstOfType = row->find<std::string>(0);
+    if (firstOfType && (!first || *firstOfType < *first)) first = firstOfType;
+    days.last = std::max(days.last, row->text(1));
   }
-  coverage.firstDay = firstDay.value_or("");
-  coverage.lastDay = lastDay.value_or("");
+  days.first = first.value_or("");
+  return days;
+}
+
+SummaryCoverage HealthStore::coverage() const {
+  const RecordedDays days = recordedDays();
+  SummaryCoverage coverage;
+  coverage.firstDay = days.first;
+  coverage.lastDay = days.last;
+  coverage.typeCount = days.typeCount;
   coverage.devices = sourceNames();
   return coverage;
 }
 
 namespace {
+
+/// A table "sources" of every record type with each of its sources and NULL, found by seeks as
+/// well.
+const std::string presentSources = Queries::presentTypes + R"sql(,
+sources(type, name) AS (
+  SELECT type, (SELECT MIN(source_name) FROM records WHERE records.type = present.type)
+  FROM present
+  UNION
+  SELECT type, (SELECT MIN(records.source_name) FROM records
+                WHERE records.type = sources.type AND records.source_name > sources.name)
+  FROM sources WHERE name IS NOT NULL)
+)sql";
 
 std::vector<std::string> nonEmptyTexts(Statement query) {
   std::vector<std::string> texts;
@@ -52,8 +66,7 @@ std::vector<std::string> HealthStore::sourceNames() const {
         prepare("SELECT source_name FROM stat_sources WHERE n > 0 ORDER BY last DESC"));
   }
   if (names.empty()) {
-    names = nonEmptyTexts(
-        prepare(Queries::presentSources + "SELECT DISTINCT name FROM sources ORDER BY 1"));
+    names = nonEmptyTexts(prepare(presentSources + "SELECT DISTINCT name FROM sources ORDER BY 1"));
   }
   return names;
 }
@@ -65,48 +78,52 @@ std::set<std::string> HealthStore::presentTypes() const {
   return types;
 }
 
+std::int64_t HealthStore::recordCount() const {
+  Statement query = prepare("SELECT COUNT(*) FROM records");
+  const std::optional<Row> row = query.next();
+  return row ? row->find<std::int64_t>(0).value_or(0) : 0;
+}
+
 namespace {
 
-/// The first four characters of a day, "" for a shorter one; `nullopt` when it takes SQLite to tell
-/// what its characters are.
-std::optional<std::string_view> yearOf(std::string_view day) {
-  constexpr std::size_t digits = 4;
-  const std::string_view year = day.substr(0, digits);
-  const auto isPlain = [](char byte) { return static_cast<signed char>(byte) > 0; };
-  if (!std::ranges::all_of(year, isPlain)) return std::nullopt;
-  return year.size() == digits ? year : std::string_view();
-}
+/// Whether `day` begins with a year, and the first text after all that begin with the same.
+constexpr std::string_view inYear =
+    "typeof(day) = 'text' AND substr(day, 1, 4) GLOB '[0-9][0-9][0-9][0-9]'";
+constexpr std::string_view nextYear = "substr(day, 1, 3) || char(unicode(substr(day, 4, 1)) + 1)";
 
-/// For days that are not written as days: what a character is, is SQLite's to say.
-std::map<std::string, std::int64_t> countsByAnyYear(const HealthStore& store) {
-  Statement query = store.prepare(
-      "SELECT CASE WHEN length(start_day) >= 4 THEN substr(start_day, 1, 4) END, COUNT(*)\n"
-      "FROM records GROUP BY type, start_day");
-  std::map<std::string, std::int64_t> counts;
-  while (const std::optional<Row> row = query.next()) {
-    if (row->isNull(0)) continue;
-    counts[row->text(0)] += row->find<std::int64_t>(1).value_or(0);
-  }
-  return counts;
-}
+/// The number of records of each type and year, NULL standing for days that have no year. Each is a
+/// range of the index on type and day, found by a seek and counted without touching the table.
+/// Days that are not written as days are taken one by one: only SQLite can tell what comes after
+/// them and what their characters are.
+const std::string countsByYear = Queries::presentTypes + filled(R"sql(,
+years(type, day) AS (
+  SELECT type, (SELECT MIN(start_day) FROM records WHERE records.type = present.type)
+  FROM present
+  UNION
+  SELECT type, CASE
+    WHEN {0} THEN (SELECT MIN(start_day) FROM records
+                   WHERE records.type = years.type AND start_day >= {1})
+    ELSE (SELECT MIN(start_day) FROM records
+          WHERE records.type = years.type AND start_day > day) END
+  FROM years WHERE day IS NOT NULL)
+SELECT CASE WHEN length(day) >= 4 THEN substr(day, 1, 4) END, CASE
+  WHEN day IS NULL THEN (SELECT COUNT(*) FROM records
+                         WHERE records.type = years.type AND start_day IS NULL)
+  WHEN {0} THEN (SELECT COUNT(*) FROM records
+                 WHERE records.type = years.type AND start_day >= day AND start_day < {1})
+  ELSE (SELECT COUNT(*) FROM records WHERE records.type = years.type AND start_day = day) END
+FROM years
+)sql",
+                                                                {inYear, nextYear});
 
 }  // namespace
 
-std::map<std::string, std::int64_t> HealthStore::yearlyCounts() const {
-  // Counts by type and day come in one pass over the index and without touching the table. The
-  // years are made of them here: a year inside the query would be computed record by record.
-  Statement query = prepare("SELECT start_day, COUNT(*) FROM records GROUP BY type, start_day");
-  std::map<std::string, std::int64_t> counts;
-  auto latest = counts.end();
+RecordCounts HealthStore::yearlyCounts() const {
+  Statement query = prepare(countsByYear);
+  RecordCounts counts;
   while (const std::optional<Row> row = query.next()) {
-    const std::int64_t count = row->find<std::int64_t>(1).value_or(0);
-    const std::optional<std::string_view> year = yearOf(row->bytes(0));
-    if (!year) return countsByAnyYear(*this);
-    if (year->empty()) continue;
-    if (latest == counts.end() || latest->first != *year) {
-      latest = counts.try_emplace(std::string(*year)).first;
-    }
-    latest->second += count;
+    const std::optional<std::string> year = row->find<std::string>(0);
+    (year ? counts.byYear[*year] : counts.withoutYear) += row->find<std::int64_t>(1).value_or(0);
   }
   return counts;
 }

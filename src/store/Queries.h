@@ -21,16 +21,4 @@ WITH RECURSIVE walk(type) AS (
 present AS (SELECT type FROM walk WHERE type IS NOT NULL)
 )sql";
 
-/// A table "sources" of every record type with each of its sources and NULL, found by seeks as
-/// well.
-inline const std::string presentSources = presentTypes + R"sql(,
-sources(type, name) AS (
-  SELECT type, (SELECT MIN(source_name) FROM records WHERE records.type = present.type)
-  FROM present
-  UNION
-  SELECT type, (SELECT MIN(records.source_name) FROM records
-                WHERE records.type = sources.type AND records.source_name > sources.name)
-  FROM sources WHERE name IS NOT NULL)
-)sql";
-
 }  // namespace Queries

@@ -29,6 +29,16 @@ struct SleepSegment {
   bool operator==(const SleepSegment&) const = default;
 };
 
+/// The number of records by year.
+struct RecordCounts {
+  std::map<std::string, std::int64_t> byYear;  ///< by "yyyy"
+  std::int64_t withoutYear = 0;                ///< stored without a day, or with fewer characters
+
+  std::int64_t total() const;
+
+  bool operator==(const RecordCounts&) const = default;
+};
+
 /// The workouts of a range in numbers.
 struct WorkoutStats {
   std::int64_t count = 0;
@@ -45,14 +55,18 @@ class SummaryDataSource {
 public:
   virtual ~SummaryDataSource() = default;
 
-  /// Range, counts and devices; the fields that only a summary knows stay empty.
+  /// Range, number of types and devices. The records are not counted, which takes long, and the
+  /// fields that only a summary knows stay empty.
   virtual SummaryCoverage coverage() const = 0;
+
+  /// Number of records.
+  virtual std::int64_t recordCount() const = 0;
 
   /// All record types that were ever stored.
   virtual std::set<std::string> presentTypes() const = 0;
 
-  /// Number of records by year "yyyy".
-  virtual std::map<std::string, std::int64_t> yearlyCounts() const = 0;
+  /// Number of records by year: who has it need not ask for the recordCount.
+  virtual RecordCounts yearlyCounts() const = 0;
 
   /// Day to total of a cumulative type: of each day the largest sum of a single source, at least 0.
   virtual std::map<std::string, double> dailyTotals(std::string_view type, std::string_view from,

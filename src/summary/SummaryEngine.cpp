@@ -9,6 +9,12 @@
 #include <cstdio>
 #include <set>
 
+std::int64_t RecordCounts::total() const {
+  std::int64_t total = withoutYear;
+  for (const auto& [year, count] : byYear) total += count;
+  return total;
+}
+
 SummaryEngine::SummaryEngine(const SummaryDataSource& source, double today, SummaryLang lang)
     : source(source), today(today), lang(lang) {}
 
@@ -21,7 +27,8 @@ bool isWatch(std::string_view device) {
 /// Says how complete the history is, by what the roster knows of the backfill, else by its length.
 void addBackfill(SummaryCoverage& coverage, const std::optional<BackfillState>& backfill) {
   if (!backfill) {
-    coverage.backfilling = spansTooFewDays(coverage);
+    coverage.backfilling =
+        coverage.records > 0 && spansTooFewDays(coverage.firstDay, coverage.lastDay);
     return;
   }
   coverage.backfilling = coverage.records > 0 && !backfill->done;
@@ -61,9 +68,9 @@ HealthSummary SummaryEngine::build(std::string_view personID, std::string_view p
   SummaryCoverage& coverage = summary.coverage;
   coverage = source.coverage();
   const std::set<std::string> presentTypes = source.presentTypes();
-  coverage.yearly = orNothing([this] {
-                      return source.yearlyCounts();
-                    }).value_or(std::map<std::string, std::int64_t>());
+  const auto counts = orNothing([this] { return source.yearlyCounts(); });
+  coverage.records = counts ? counts->total() : source.recordCount();
+  if (counts) coverage.yearly = counts->byYear;
   addBackfill(coverage, backfill);
   coverage.lastSyncAt = lastSyncAt;
 

@@ -46,9 +46,8 @@ std::string_view rawValue(DataState state) {
   return std::ranges::find(stateNames, state, &StateName::state)->name;
 }
 
-bool spansTooFewDays(const SummaryCoverage& coverage) {
-  return coverage.records >= 1 &&
-         AppleFormat::daysBetween(coverage.firstDay, coverage.lastDay) < 400;
+bool spansTooFewDays(std::string_view firstDay, std::string_view lastDay) {
+  return AppleFormat::daysBetween(firstDay, lastDay) < 400;
 }
 
 void to_json(nlohmann::ordered_json& json, const SummaryCoverage& coverage) {

@@ -40,9 +40,9 @@ struct SummaryCoverage {
   bool operator==(const SummaryCoverage&) const = default;
 };
 
-/// Whether data of this extent counts as history that is still coming in, when nothing better is
-/// known: there are records, but their days span fewer than 400.
-bool spansTooFewDays(const SummaryCoverage& coverage);
+/// Whether records of these days count as history that is still coming in, when nothing better is
+/// known: they span fewer than 400 days.
+bool spansTooFewDays(std::string_view firstDay, std::string_view lastDay);
 
 /// One row of a card.
 struct Metric {

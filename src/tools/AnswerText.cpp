@@ -91,7 +91,10 @@ double Tools::mean(const std::vector<DailyValue>& series) {
 }
 
 std::string Tools::coverageOf(const HealthStore& store, const Call& call) {
-  SummaryCoverage coverage = store.coverage();
-  coverage.backfilling = spansTooFewDays(coverage);
+  const RecordedDays days = store.recordedDays();
+  SummaryCoverage coverage;
+  coverage.firstDay = days.first;
+  coverage.lastDay = days.last;
+  coverage.backfilling = days.typeCount > 0 && spansTooFewDays(days.first, days.last);
   return SummaryText::coverageBlock(coverage, call.lang, call.clock());
 }

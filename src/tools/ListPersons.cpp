@@ -21,9 +21,10 @@ static_assert(inBothLanguages(nobody) && inBothLanguages(dataPart) && inBothLang
 /// listed.
 std::string dataOf(const Member& member, const Tools::Call& call) {
   try {
-    const SummaryCoverage coverage = Tools::open(member, call).coverage();
+    const HealthStore store = Tools::open(member, call);
+    const RecordedDays days = store.recordedDays();
     return filled(dataPart.in(call.lang),
-                  {Tools::grouped(coverage.records), coverage.firstDay, coverage.lastDay});
+                  {Tools::grouped(store.recordCount()), days.first, days.last});
   } catch (const std::exception&) {
     return "";
   }
@@ -42,13 +43,7 @@ std::string Tools::listPersons(const Call& call) {
 
   Lines lines;
   for (const Member& member : members) {
-    lines.add("· ",
-              member.name,
-              " (person=",
-              member.id,
-              ")",
-              dataOf(member, call),
-              syncOf(member, call.lang));
+    lines.add("· ", member.name, " (person=", member.id, ")", dataOf(member, call), syncOf(member, call.lang));
   }
   if (members.size() > 1) {
     lines.add("");

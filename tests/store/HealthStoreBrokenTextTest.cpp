@@ -36,7 +36,7 @@ TEST(BrokenText, IsRepairedWhereverItIsRead) {
   EXPECT_EQ(store.presentTypes(),
             std::set<std::string>{"H\xEF\xBF\xBD"
                                   "R"});
-  EXPECT_EQ(store.yearlyCounts(), (std::map<std::string, std::int64_t>{{"2024", 1}}));
+  EXPECT_EQ(store.yearlyCounts().byYear, (std::map<std::string, std::int64_t>{{"2024", 1}}));
 }
 
 TEST(BrokenText, IsRepairedInSeriesAndValues) {

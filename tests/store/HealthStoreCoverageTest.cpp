@@ -27,8 +27,63 @@ TEST(YearlyCounts, CountRecordsByTheirYear) {
                        {.start_day = ""},
                        {.start_day = "1999"}});
 
-  EXPECT_EQ(database.open().yearlyCounts(),
+  const RecordCounts counts = database.open().yearlyCounts();
+
+  EXPECT_EQ(counts.byYear,
             (std::map<std::string, std::int64_t>{{"1999", 1}, {"2022", 1}, {"2023", 2}}));
+  EXPECT_EQ(counts.withoutYear, 3);
+  EXPECT_EQ(counts.total(), 7);
+}
+
+/// Days that no receiver writes: of each, SQLite says which year it has.
+constexpr const char* oddDays[] = {"''",
+                                   "'2'",
+                                   "'202'",
+                                   "'2024'",
+                                   "'9999-99'",
+                                   "'10000-01-01'",
+                                   "'2024 '",
+                                   "'abcd-01-01'",
+                                   "'二〇二四年'",
+                                   "'20二四-01-01'",
+                                   "CAST(x'323032FF34' AS TEXT)",
+                                   "CAST(x'32303234FF' AS TEXT)",
+                                   "CAST(x'32303234FFFF' AS TEXT)",
+                                   "CAST(x'3230323400' AS TEXT)",
+                                   "CAST(x'3230003234' AS TEXT)",
+                                   "CAST(x'FFFFFFFFFF' AS TEXT)",
+                                   "x'32303234'",
+                                   "x'00'",
+                                   "NULL"};
+
+TEST(YearlyCounts, OfDaysThatAreNoDaysAreThoseOfThePlainStatement) {
+  TestDatabase database;
+  int number = 0;
+  for (const char* day : oddDays) {
+    for (const char* type : {"'HeartRate'", "'StepCount'", "''"}) {
+      for (int times = 0; times <= ++number % 3; ++times) {
+        database.run("INSERT INTO records (type, start_date, start_day) VALUES (" +
+                     std::string(type) + ", '" + std::to_string(number) + "-" +
+                     std::to_string(times) + "', " + day + ")");
+      }
+    }
+  }
+  database.addRecords({heartRate("2023-12-31", 1), heartRate("2024-01-01", 1)});
+  for (const char* change : {"", "DROP INDEX ix_rec_type_day"}) {
+    database.run(change);
+    const HealthStore store = database.open();
+    Statement plain = store.prepare(
+        "SELECT substr(start_day, 1, 4) AS y, COUNT(*) FROM records "
+        "WHERE start_day IS NOT NULL AND length(start_day) >= 4 GROUP BY y");
+    RecordCounts expected;
+    while (const std::optional<Row> row = plain.next()) {
+      expected.byYear[row->text(0)] += row->find<std::int64_t>(1).value();
+    }
+    expected.withoutYear = store.recordCount() - expected.total();
+
+    EXPECT_GT(expected.withoutYear, 0);
+    EXPECT_EQ(store.yearlyCounts(), expected) << change;
+  }
 }
 
 TEST(PresentTypes, AreEachTypeOnce) {
@@ -44,11 +99,12 @@ TEST(PresentTypes, AreEachTypeOnce) {
 TEST(Coverage, OfAnEmptyDatabaseIsEmpty) {
   const TestDatabase database;
   EXPECT_EQ(database.open().coverage(), SummaryCoverage());
+  EXPECT_EQ(database.open().recordCount(), 0);
   EXPECT_TRUE(database.open().presentTypes().empty());
-  EXPECT_TRUE(database.open().yearlyCounts().empty());
+  EXPECT_TRUE(database.open().yearlyCounts().byYear.empty());
 }
 
-TEST(Coverage, TellsRangeAndCountsAndLeavesTheRest) {
+TEST(Coverage, TellsRangeTypesAndDevicesAndLeavesTheRest) {
   TestDatabase database;
   database.addRecords({heartRate("2023-05-01", 60),
                        heartRate("2024-03-01", 60),
@@ -57,7 +113,6 @@ TEST(Coverage, TellsRangeAndCountsAndLeavesTheRest) {
   SummaryCoverage expected;
   expected.firstDay = "2022-01-02";
   expected.lastDay = "2024-03-01";
-  expected.records = 4;
   expected.typeCount = 3;
   expected.devices = {"Watch", "iPhone"};
 
@@ -70,7 +125,7 @@ TEST(Coverage, OfRecordsWithoutDaysHasNoRange) {
   const SummaryCoverage coverage = database.open().coverage();
   EXPECT_EQ(coverage.firstDay, "");
   EXPECT_EQ(coverage.lastDay, "");
-  EXPECT_EQ(coverage.records, 1);
+  EXPECT_EQ(coverage.typeCount, 1);
 }
 
 class CoverageOfRandomRecords : public testing::TestWithParam<unsigned> {};
@@ -105,7 +160,8 @@ TEST_P(CoverageOfRandomRecords, IsWhatPlainQueriesSay) {
       distinct.readAll([](const Row& type) { return type.text(0); });
   const SummaryCoverage coverage = store.coverage();
 
-  EXPECT_EQ(coverage.records, row->find<std::int64_t>(0));
+  EXPECT_EQ(store.recordCount(), row->find<std::int64_t>(0));
+  EXPECT_EQ(store.yearlyCounts().total(), store.recordCount());
   EXPECT_EQ(coverage.firstDay, row->text(1));
   EXPECT_EQ(coverage.lastDay, row->text(2));
   EXPECT_EQ(coverage.typeCount, row->find<std::int64_t>(3));

@@ -132,11 +132,15 @@ TEST_P(PlainQueries, GiveTheSameWithoutTheIndexOnTypeAndDay) {
       database.open().dailyTotals("StepCount", first, last);
   const std::vector<DailyValue> medians =
       database.open().series(HealthMetric::heartRate, first, last);
+  const std::vector<DayRow> day = database.open().dayDetail("2020-03-05");
+  const RecordCounts years = database.open().yearlyCounts();
 
   database.run("DROP INDEX ix_rec_type_day");
 
   EXPECT_EQ(database.open().dailyTotals("StepCount", first, last), totals);
   EXPECT_EQ(database.open().series(HealthMetric::heartRate, first, last), medians);
+  EXPECT_EQ(database.open().dayDetail("2020-03-05"), day);
+  EXPECT_EQ(database.open().yearlyCounts(), years);
 }
 
 TEST_P(PlainQueries, GiveTheSameValues) {
@@ -164,7 +168,7 @@ TEST_P(PlainQueries, GiveTheSameYears) {
     years[row->text(0)] = row->find<std::int64_t>(1).value();
   }
 
-  EXPECT_EQ(store.yearlyCounts(), years);
+  EXPECT_EQ(store.yearlyCounts().byYear, years);
 }
 
 TEST_P(PlainQueries, GiveTheSameSourcesWithoutStatistics) {

@@ -185,6 +185,8 @@ INSTANTIATE_TEST_SUITE_P(
     Queries, MissingTable,
     testing::Values(
         QueryCase{"Coverage", [](const HealthStore& store) { store.coverage(); }},
+        QueryCase{"RecordedDays", [](const HealthStore& store) { store.recordedDays(); }},
+        QueryCase{"RecordCount", [](const HealthStore& store) { store.recordCount(); }},
         QueryCase{"PresentTypes", [](const HealthStore& store) { store.presentTypes(); }},
         QueryCase{"YearlyCounts", [](const HealthStore& store) { store.yearlyCounts(); }},
         QueryCase{"DailyTotals",
@@ -256,9 +258,9 @@ TEST(ReadOnlyStore, SeesTheStateOfItsFirstQuery) {
   database.addRecord({.type = "StepCount", .value_num = 5});
 
   EXPECT_EQ(store.presentTypes(), std::set<std::string>{"HeartRate"});
-  EXPECT_EQ(store.coverage().records, 1);
+  EXPECT_EQ(store.recordCount(), 1);
   EXPECT_TRUE(store.series(HealthMetric::steps, day, day).empty());
-  EXPECT_EQ(database.open().coverage().records, 2);
+  EXPECT_EQ(database.open().recordCount(), 2);
 }
 
 TEST(ReadOnlyStore, ReadsNothingBeforeItsFirstQuery) {
@@ -267,7 +269,7 @@ TEST(ReadOnlyStore, ReadsNothingBeforeItsFirstQuery) {
 
   database.addRecord({});
 
-  EXPECT_EQ(store.coverage().records, 1);
+  EXPECT_EQ(store.recordCount(), 1);
 }
 
 TEST(ReadOnlyStore, LetsGoOfTheFileWithItsEnd) {

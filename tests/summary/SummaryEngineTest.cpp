@@ -250,12 +250,30 @@ TEST(Summary, IsMadeWhateverElseCannotBeRead) {
   }
 }
 
+TEST(Summary, CountsTheRecordsByAddingUpTheirYears) {
+  MemorySource source = sourceOf(7, "2023-03-17", "2024-03-17");
+  source.years = {{"2023", 2}, {"2024", 4}};
+  source.failing = {Operation::recordCount};
+
+  EXPECT_EQ(summaryOf(source).coverage.records, 7);
+}
+
 TEST(Summary, HasNoYearsWhenTheyCannotBeCounted) {
   MemorySource source = sourceOf(1, "2024-03-17", "2024-03-17");
   source.years = {{"2024", 1}};
   source.failing = {Operation::yearlyCounts};
 
-  EXPECT_THAT(summaryOf(source).coverage.yearly, IsEmpty());
+  const SummaryCoverage coverage = summaryOf(source).coverage;
+
+  EXPECT_THAT(coverage.yearly, IsEmpty());
+  EXPECT_EQ(coverage.records, 1);
+}
+
+TEST(Summary, CannotBeMadeWhenNothingCanBeCounted) {
+  MemorySource source = sourceOf(1, "2024-03-17", "2024-03-17");
+  source.failing = {Operation::yearlyCounts, Operation::recordCount};
+
+  EXPECT_THROW(summaryOf(source), ReceiverError);
 }
 
 TEST(Summary, HasAllItsCardsWhenNoFigureCanBeRead) {

@@ -77,7 +77,8 @@ TEST_F(WorkoutsCard, KeepsTheOrderThatTheDataSourceGives) {
   struct Unsorted final : SummaryDataSource {
     SummaryCoverage coverage() const override { return {}; }
     std::set<std::string> presentTypes() const override { return {}; }
-    std::map<std::string, std::int64_t> yearlyCounts() const override { return {}; }
+    std::int64_t recordCount() const override { return 0; }
+    RecordCounts yearlyCounts() const override { return {}; }
     std::map<std::string, double> dailyTotals(std::string_view, std::string_view,
                                               std::string_view) const override {
       return {};

@@ -25,7 +25,9 @@ void MemorySource::addSamples(const std::string& type, std::string_view first, i
 
 SummaryCoverage MemorySource::coverage() const {
   failIf(Operation::coverage, "coverage");
-  return covered;
+  SummaryCoverage uncounted = covered;
+  uncounted.records = 0;
+  return uncounted;
 }
 
 std::set<std::string> MemorySource::presentTypes() const {
@@ -33,9 +35,16 @@ std::set<std::string> MemorySource::presentTypes() const {
   return types;
 }
 
-std::map<std::string, std::int64_t> MemorySource::yearlyCounts() const {
+std::int64_t MemorySource::recordCount() const {
+  failIf(Operation::recordCount, "recordCount");
+  return covered.records;
+}
+
+RecordCounts MemorySource::yearlyCounts() const {
   failIf(Operation::yearlyCounts, "yearlyCounts");
-  return years;
+  RecordCounts counts{.byYear = years, .withoutYear = 0};
+  counts.withoutYear = covered.records - counts.total();
+  return counts;
 }
 
 std::map<std::string, double> MemorySource::dailyTotals(std::string_view type,

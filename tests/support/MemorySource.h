@@ -16,6 +16,7 @@
 struct MemorySource final : SummaryDataSource {
   enum class Operation {
     coverage,
+    recordCount,
     presentTypes,
     yearlyCounts,
     dailyTotals,
@@ -37,7 +38,7 @@ struct MemorySource final : SummaryDataSource {
     double minutes;
   };
 
-  SummaryCoverage covered;
+  SummaryCoverage covered;  ///< of its records, those that `years` lacks have no year
   std::set<std::string> types;
   std::map<std::string, std::int64_t> years;
   std::map<std::string, std::map<std::string, double>> totals;  ///< by type, then by day
@@ -53,8 +54,9 @@ struct MemorySource final : SummaryDataSource {
   void addSamples(const std::string& type, std::string_view first, int count, double value);
 
   SummaryCoverage coverage() const override;
+  std::int64_t recordCount() const override;
   std::set<std::string> presentTypes() const override;
-  std::map<std::string, std::int64_t> yearlyCounts() const override;
+  RecordCounts yearlyCounts() const override;
   std::map<std::string, double> dailyTotals(std::string_view type, std::string_view from,
                                             std::string_view to) const override;
   std::vector<double> values(std::string_view type, std::string_view from,

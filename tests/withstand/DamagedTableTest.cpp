@@ -162,7 +162,7 @@ INSTANTIATE_TEST_SUITE_P(
                     TableCase{"workout_humidity",
                               {"get_workouts text", "get_workouts json", "get_workout_heart_rate"},
                               {}},
-                    TableCase{"stat_sources", all, {"list_persons"}}, TableCase{"imports", {}, {}}),
+                    TableCase{"stat_sources", overviews, {}}, TableCase{"imports", {}, {}}),
     nameOf);
 
 TEST(OlderFile, IsAnsweredWithoutWhatItNeverHad) {

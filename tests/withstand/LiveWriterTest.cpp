@@ -171,7 +171,7 @@ TEST(LiveWriter, DiesAndIsReplacedUnderAQueryThatGoesOn) {
     while (records.next()) ++count;
     const std::int64_t sessions = std::ssize(call.workoutDetails(std::nullopt, std::nullopt));
     EXPECT_EQ(count, LiveSessions::recordsEach * sessions);
-    EXPECT_EQ(count, call.coverage().records);
+    EXPECT_EQ(count, call.recordCount());
     EXPECT_GE(count, least);
     least = count;
   }

@@ -96,6 +96,8 @@ INSTANTIATE_TEST_SUITE_P(
                     store.workoutHeartRate(DamagedHousehold::workoutID(), std::nullopt, 1, 0);
                   }},
         QueryCase{"Coverage", [](const auto& store) { store.coverage(); }},
+        QueryCase{"Days", [](const auto& store) { store.recordedDays(); }},
+        QueryCase{"Count", [](const auto& store) { store.recordCount(); }},
         QueryCase{"Types", [](const auto& store) { store.presentTypes(); }},
         QueryCase{"Years", [](const auto& store) { store.yearlyCounts(); }},
         QueryCase{"Totals", [](const auto& store) { store.dailyTotals("StepCount", from, to); }},
@@ -110,14 +112,14 @@ TEST(LockedFile, IsNotLockedByACall) {
   DamagedHousehold household;
   household.ann().run("PRAGMA journal_mode=WAL");
   const HealthStore call = household.ann().open();
-  const std::int64_t before = call.coverage().records;
+  const std::int64_t before = call.recordCount();
 
   Database writer(household.ann().path(),
                   {.create = false, .readOnly = false, .patienceMilliseconds = 0});
   writer.exec("BEGIN IMMEDIATE; DELETE FROM records WHERE rowid <= 10; COMMIT");
 
-  EXPECT_EQ(call.coverage().records, before);
-  EXPECT_EQ(household.ann().open().coverage().records, before - 10);
+  EXPECT_EQ(call.recordCount(), before);
+  EXPECT_EQ(household.ann().open().recordCount(), before - 10);
 }
 
 }  // namespace

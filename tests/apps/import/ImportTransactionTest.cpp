@@ -43,9 +43,9 @@ TEST(ImportTransaction, LetsReadersGoOnWithTheOldStateUntilItCommits) {
     writer.add(record);
   }
 
-  EXPECT_EQ(database.open().coverage().records, 1);
+  EXPECT_EQ(database.open().recordCount(), 1);
   writer.finish({});
-  EXPECT_EQ(database.open().coverage().records, 51);
+  EXPECT_EQ(database.open().recordCount(), 51);
 }
 
 /// Adds records until the database takes no more.
