@@ -119,12 +119,12 @@ std::vector<WorkoutEntry> HealthStore::workoutsAt(std::span<const std::int64_t> 
 
 WorkoutEntry HealthStore::workoutNamed(const std::string& workoutID) const {
   // The identifier is a hash that no table holds, so every workout's four texts are hashed; all
-  // else is read of the one that is meant. Of workouts with the same texts, the one stored last
-  // counts.
+  // else is read of the one that is meant. The sign keeps SQLite from going to each by way of the
+  // index on the day. Of workouts with the same texts, the one stored last counts.
   const std::optional<WorkoutDigest> wanted = workoutDigestOf(workoutID);
   Statement keys = prepare(
       "SELECT rowid, activity_type, source_name, start_date, end_date FROM workouts\n"
-      "WHERE start_day BETWEEN '' AND '9999-12-31'");
+      "WHERE +start_day BETWEEN '' AND '9999-12-31'");
   std::optional<std::int64_t> found;
   while (const std::optional<Row> row = keys.next()) {
     const WorkoutDigest digest =
