@@ -29,8 +29,6 @@ bool isNumber(sqlite3_value* value) {
 // Values are fetched once a column, because the statement has locked the connection already.
 // sqlite3_column_text and its kin would lock it in every call, which takes longer than the reading.
 
-bool Row::isNull(int index) const { return !find<std::string_view>(index); }
-
 template <>
 std::optional<std::string_view> Row::find<std::string_view>(int index) const {
   sqlite3_value* value = sqlite3_column_value(statement, index);
@@ -75,9 +73,7 @@ Statement::Statement(sqlite3* database, const std::string& sql, std::string step
   const int result = sqlite3_prepare_v2(database, sql.c_str(), -1, &prepared, nullptr);
   handle.reset(prepared);
   if (result == SQLITE_OK && handle) return;
-  const std::string message = "prepare 失败:" + messageOf(database);
-  if (result == SQLITE_ERROR) throw SchemaError(message);
-  throw ReceiverError(message);
+  throw ReceiverError("prepare 失败:" + messageOf(database));
 }
 
 Statement& Statement::bind(int position, std::string_view text) {

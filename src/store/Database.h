@@ -28,9 +28,6 @@ public:
   template <typename T>
   std::optional<T> find(int index) const;
 
-  /// Whether column `index` holds nothing.
-  bool isNull(int index) const;
-
   /// Column `index` as text, "" for SQL NULL.
   std::string text(int index) const;
 
@@ -56,19 +53,12 @@ inline std::string_view Row::bytes(int index) const {
   return find<std::string_view>(index).value_or("");
 }
 
-/// A statement names what the database has not, such as an index: another one may do better. Any
-/// other failure, such as a lock, would only meet the next statement too.
-class SchemaError : public ReceiverError {
-public:
-  using ReceiverError::ReceiverError;
-};
-
 /// A prepared statement and the sole owner of its handle. Positions count from 1. Failures leave as
 /// ReceiverError. The connection belongs to the statement's thread while it lives: another waits.
 class Statement {
 public:
-  /// Fails with "prepare 失败:" and SQLite's message, as SchemaError where that is why. A step that
-  /// fails says `stepFailure` and SQLite's message.
+  /// Fails with "prepare 失败:" and SQLite's message. A step that fails says `stepFailure` and
+  /// SQLite's message.
   Statement(sqlite3* database, const std::string& sql, std::string stepFailure);
 
   Statement& bind(int position, std::string_view text);  ///< copies; empty is "", not NULL

@@ -59,15 +59,6 @@ Statement HealthStore::prepare(const std::string& sql, std::string stepFailure) 
   return db.prepare(sql, std::move(stepFailure));
 }
 
-/// Nothing when the file cannot be asked this way, by an index that it has not.
-std::optional<Statement> HealthStore::prepareIfPossible(const std::string& sql) const {
-  try {
-    return prepare(sql);
-  } catch (const SchemaError&) {
-    return std::nullopt;
-  }
-}
-
 void HealthStore::exec(const std::string& sql) { db.exec(sql); }
 
 bool HealthStore::hasTable(std::string_view name) const {

@@ -127,13 +127,8 @@ private:
   void addColumnIfMissing(const std::string& table, const std::string& column,
                           const std::string& type);
   bool hasTable(std::string_view name) const;
-  std::optional<Statement> prepareIfPossible(const std::string& sql) const;
-  std::map<std::string, double> dailyTotalsInOnePass(std::string_view type, std::string_view from,
-                                                     std::string_view to) const;
   std::vector<DailyValue> medianSeries(std::string_view type, std::string_view from,
                                        std::string_view to) const;
-  std::vector<DailyValue> medianSeriesInOnePass(std::string_view type, std::string_view from,
-                                                std::string_view to) const;
   Statement selectSleep(std::string_view from, std::string_view to) const;
   std::vector<DailyValue> sleepSeries(std::string_view from, std::string_view to) const;
   std::vector<std::string> sourceNames() const;

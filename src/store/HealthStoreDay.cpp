@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
-#include <span>
+#include <map>
 #include <utility>
 
 namespace {
@@ -38,62 +38,55 @@ bool addsUp(std::string_view type) {
 
 /// The samples of one type and source on the day.
 struct SourceSum {
-  std::string type;
-  std::string unit;
-  std::int64_t count;
-  double sum;
+  double sum = 0;
+  std::int64_t count = 0;
+  std::int64_t firstRow = std::numeric_limits<std::int64_t>::max();
+  std::string unit;  ///< of the first row
 };
 
-/// What SQLite has no word for: the sum of infinities of both signs is NULL there.
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+/// By type and source, those without a name first.
+using SourceSums = std::map<std::pair<std::string, std::optional<std::string>>, SourceSum>;
 
-/// One row out of the sums of a type's sources, at least one.
-DayRow dayRow(std::span<const SourceSum> sources) {
-  const SourceSum& first = sources.front();
-  DayRow row{.type = first.type, .value = 0, .samples = 0, .unit = first.unit};
-  double total = 0;
-  double largest = first.sum;
-  for (const SourceSum& source : sources) {
-    total += source.sum;
-    largest = std::max(largest, source.sum);
+/// One row for each type.
+std::vector<DayRow> rowsOf(const SourceSums& sums) {
+  std::vector<DayRow> rows;
+  for (const auto& [key, source] : sums) {
+    const std::string& type = key.first;
+    if (rows.empty() || rows.back().type != type) {
+      rows.push_back({type, source.sum, source.count, source.unit});
+      continue;
+    }
+    DayRow& row = rows.back();
+    row.value = addsUp(type) ? std::max(row.value, source.sum) : row.value + source.sum;
     row.samples += source.count;
   }
-  row.value = addsUp(row.type) ? largest : total / static_cast<double>(row.samples);
-  return row;
-}
-
-/// The sums of each type and source on a day. MIN(rowid) makes the unit that of the source's first
-/// row.
-std::string rowsOfDay(const std::string& index) {
-  return Queries::presentTypes +
-         "SELECT present.type, unit, COUNT(*), SUM(value_num), MIN(records.rowid)\n"
-         "FROM present CROSS JOIN records" +
-         index + " ON records.type = present.type AND records.start_day = ?\nWHERE " +
-         Queries::hasNumber + "\nGROUP BY present.type, +source_name";
+  for (DayRow& row : rows) {
+    if (!addsUp(row.type)) row.value /= static_cast<double>(row.samples);
+  }
+  return rows;
 }
 
 }  // namespace
 
 std::vector<DayRow> HealthStore::dayDetail(std::string_view day) const {
   // No index begins with the day, so a query for the day alone reads the whole table. Type by type,
-  // the index on type and day leads to the day's rows. A file that lost it is read in some other
-  // way.
-  std::optional<Statement> indexed = prepareIfPossible(rowsOfDay(" INDEXED BY ix_rec_type_day"));
-  Statement query = indexed ? std::move(*indexed) : prepare(rowsOfDay(""));
+  // the index on type and day leads to the day's rows.
+  Statement query = prepare(
+      Queries::presentTypes +
+      "SELECT present.type, source_name, value_num, unit, records.rowid\n"
+      "FROM present CROSS JOIN records ON records.type = present.type AND records.start_day = ?");
   query.bind(1, day);
-  const std::vector<SourceSum> sums = query.readAll([](const Row& row) {
-    return SourceSum{row.text(0),
-                     row.text(1),
-                     row.find<std::int64_t>(2).value_or(0),
-                     row.find<double>(3).value_or(notANumber)};
-  });
-  std::vector<DayRow> rows;
-  for (auto begin = sums.begin(); begin != sums.end();) {
-    const auto end = std::find_if(
-        begin, sums.end(), [begin](const SourceSum& sum) { return sum.type != begin->type; });
-    rows.push_back(dayRow({begin, end}));
-    begin = end;
+  SourceSums sums;
+  while (const std::optional<Row> row = query.next()) {
+    const std::optional<double> value = Queries::valueIn(*row, 2);
+    if (!value) continue;
+    SourceSum& source = sums[{row->text(0), row->find<std::string>(1)}];
+    source.sum += *value;
+    ++source.count;
+    const std::int64_t number = row->find<std::int64_t>(4).value_or(0);
+    if (number >= source.firstRow) continue;
+    source.firstRow = number;
+    source.unit = row->text(3);
   }
-  std::ranges::stable_sort(rows, {}, &DayRow::type);
-  return rows;
+  return rowsOf(sums);
 }

@@ -2,7 +2,9 @@
 
 #include "platform/AppleFormat.h"
 #include "platform/ControlProtocol.h"
+#include "platform/Text.h"
 #include "store/HealthStore.h"
+#include "store/Queries.h"
 
 #include <algorithm>
 #include <cmath>
@@ -51,15 +53,15 @@ struct Matches {
   std::vector<Match> samples;
   std::set<std::string> sources;  ///< of all samples in the window
   std::int64_t excluded = 0;
+  std::string lastSource;       ///< of the sample that came last, as stored
+  bool lastIsSelected = false;  ///< whether that is the selected one
 };
 
-/// The sample's value when its unit is one of beats a minute and the value a finite number.
+/// The sample's value when its unit is one of beats a minute.
 std::optional<double> beatsPerMinute(const Row& row, int unitColumn, int valueColumn) {
-  const std::optional<double> value = row.find<double>(valueColumn);
   const std::string_view unit = row.bytes(unitColumn);
-  if (!value || !std::isfinite(*value)) return std::nullopt;
   if (unit != "count/min" && unit != "bpm") return std::nullopt;
-  return value;
+  return Queries::valueIn(row, valueColumn);
 }
 
 /// Takes one row of rowid, start_date, source_name, unit and value_num.
@@ -71,9 +73,13 @@ void addCandidate(const Row& row, const TimeWindow& window, std::string_view sou
     return;
   }
   if (*start < window.start || *start >= window.end) return;
-  const std::string sampleSource = row.text(2);
-  matches.sources.insert(sampleSource);
-  if (sampleSource != source) return;
+  const std::string_view stored = row.bytes(2);
+  // Most samples have the source of the one before.
+  if (matches.sources.empty() || stored != matches.lastSource) {
+    matches.lastSource = stored;
+    matches.lastIsSelected = *matches.sources.insert(repaired(stored)).first == source;
+  }
+  if (!matches.lastIsSelected) return;
   const std::optional<double> bpm = beatsPerMinute(row, 3, 4);
   if (!bpm) {
     ++matches.excluded;
@@ -146,9 +152,13 @@ Matches matchesIn(const HealthStore& store, const TimeWindow& window, std::strin
   while (const std::optional<Row> row = candidates.next()) {
     addCandidate(*row, window, source, matches);
   }
-  std::ranges::sort(matches.samples, {}, [](const Match& sample) {
+  const auto order = [](const Match& sample) {
     return std::pair(sample.elapsedSeconds, sample.record);
-  });
+  };
+  // Most samples are stored in the order in which they were taken.
+  if (!std::ranges::is_sorted(matches.samples, {}, order)) {
+    std::ranges::sort(matches.samples, {}, order);
+  }
   return matches;
 }
 

@@ -5,6 +5,7 @@
 #include "store/Queries.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 std::vector<DailyValue> HealthStore::series(HealthMetric metric, std::string_view from,
@@ -29,130 +30,83 @@ std::vector<DailyValue> HealthStore::series(HealthMetric metric, std::string_vie
 
 namespace {
 
-/// The days of a type in a range that have a record, ascending. Each is found by one seek into the
-/// index on type and day.
-class DayWalk {
-public:
-  /// `earliest` selects the first day of a type between two.
-  DayWalk(Statement earliest, std::string_view type, std::string_view from, std::string_view to)
-      : earliest(std::move(earliest)), least(from) {
-    this->earliest.bind(1, type).bind(3, to);
+/// Steps through `query`, whose first column is a day and whose rows come ordered by it. `read`
+/// takes every row, `close` every day after the last of its rows.
+template <typename Read, typename Close>
+void readByDay(Statement query, Read read, Close close) {
+  std::optional<std::string> day;
+  while (const std::optional<Row> row = query.next()) {
+    const std::string_view rowDay = row->bytes(0);
+    if (rowDay != day) {
+      if (day) close(*day);
+      day = rowDay;
+    }
+    read(*row);
   }
-
-  /// The next day; `nullopt` after the last, or once the walk is lost.
-  std::optional<std::string> next() {
-    earliest.reset();
-    earliest.bind(2, least);
-    const std::optional<Row> row = earliest.next();
-    if (!row || row->isNull(0)) return std::nullopt;
-    std::string day(row->bytes(0));
-    lost = day < least || repaired(day) != day;
-    if (lost) return std::nullopt;
-    least = day + '\0';  // the first text after it
-    return day;
-  }
-
-  /// Whether there was a day that broken bytes or another order of texts put out of order. The walk
-  /// ends there, because it could lead round in a circle.
-  bool isLost() const { return lost; }
-
-private:
-  Statement earliest;
-  std::string least;
-  bool lost = false;
-};
-
-constexpr const char* earliestDay =
-    "SELECT MIN(start_day) FROM records INDEXED BY ix_rec_type_day\n"
-    "WHERE type=? AND start_day BETWEEN ? AND ?";
+  if (day) close(*day);
+}
 
 }  // namespace
 
 std::map<std::string, double> HealthStore::dailyTotals(std::string_view type, std::string_view from,
                                                        std::string_view to) const {
-  // Day by day, so that SQLite sorts a day's rows by their sources and not those of all years.
-  std::optional<Statement> earliest = prepareIfPossible(earliestDay);
-  std::optional<Statement> sums = prepareIfPossible(
-      "SELECT SUM(value_num) FROM records INDEXED BY ix_rec_type_day\n"
-      "WHERE type=? AND start_day=? AND " +
-      Queries::hasNumber + " GROUP BY source_name");
-  if (!earliest || !sums) return dailyTotalsInOnePass(type, from, to);
-  sums->bind(1, type);
-  DayWalk days(std::move(*earliest), type, from, to);
+  // Added up here, in the order of the index on type and day. Grouped by day and source, SQLite
+  // would sort the rows of all years, or take another index and read all of the type.
+  Statement query = prepare(
+      "SELECT start_day, source_name, value_num FROM records\n"
+      "WHERE type=? AND start_day BETWEEN ? AND ? ORDER BY start_day");
+  query.bind(1, type).bind(2, from).bind(3, to);
   std::map<std::string, double> totals;
-  while (const std::optional<std::string> day = days.next()) {
-    sums->reset();
-    sums->bind(2, *day);
-    while (const std::optional<Row> row = sums->next()) {
-      const std::optional<double> sum = row->find<double>(0);
-      if (!sum) continue;
-      double& total = totals[*day];  // 0 at first
-      total = std::max(total, *sum);
-    }
-  }
-  return days.isLost() ? dailyTotalsInOnePass(type, from, to) : totals;
+  std::map<std::optional<std::string>, double, std::less<>> sums;  // by source, of one day
+  auto sum = sums.end();  // of the row before, for most have the same source
+  readByDay(
+      std::move(query),
+      [&sums, &sum](const Row& row) {
+        const std::optional<double> value = Queries::valueIn(row, 2);
+        if (!value) return;
+        const auto source = row.find<std::string_view>(1);
+        if (sum == sums.end() || sum->first != source) sum = sums.find(source);
+        if (sum == sums.end()) sum = sums.emplace(source, 0).first;
+        sum->second += *value;
+      },
+      [&](const std::string& day) {
+        for (const auto& [source, ofSource] : sums) {
+          double& total = totals[repaired(day)];  // 0 at first
+          total = std::max(total, ofSource);
+        }
+        sums.clear();
+        sum = sums.end();
+      });
+  return totals;
 }
 
 std::vector<DailyValue> HealthStore::medianSeries(std::string_view type, std::string_view from,
                                                   std::string_view to) const {
-  // Day by day: a type can have a million samples, and reading the day of each would cost as much
-  // as reading their values.
-  std::optional<Statement> earliest = prepareIfPossible(earliestDay);
-  std::optional<Statement> ofDay = prepareIfPossible(
-      "SELECT value_num FROM records INDEXED BY ix_rec_type_day WHERE type=? AND start_day=?");
-  if (!earliest || !ofDay) return medianSeriesInOnePass(type, from, to);
-  ofDay->bind(1, type);
-  DayWalk days(std::move(*earliest), type, from, to);
+  Statement query = prepare(
+      "SELECT start_day, value_num FROM records\n"
+      "WHERE type=? AND start_day BETWEEN ? AND ? ORDER BY start_day");
+  query.bind(1, type).bind(2, from).bind(3, to);
   std::vector<DailyValue> series;
-  std::vector<double> values;
-  while (const std::optional<std::string> day = days.next()) {
-    ofDay->reset();
-    ofDay->bind(2, *day);
+  const auto addMiddle = [&series](const std::string& day, std::vector<double>& values) {
+    if (const std::optional<double> middle = median(values)) series.push_back({day, *middle});
     values.clear();
-    while (const std::optional<Row> row = ofDay->next()) {
-      if (const std::optional<double> value = row->find<double>(0)) values.push_back(*value);
-    }
-    if (const std::optional<double> middle = median(values)) series.push_back({*day, *middle});
-  }
-  return days.isLost() ? medianSeriesInOnePass(type, from, to) : series;
-}
-
-// A file from before the index on type and day, or one that lost it, would be read from end to end
-// for every single day.
-
-std::map<std::string, double> HealthStore::dailyTotalsInOnePass(std::string_view type,
-                                                                std::string_view from,
-                                                                std::string_view to) const {
-  Statement query = prepare(
-      "SELECT start_day, SUM(value_num) FROM records\n"
-      "WHERE type=? AND start_day BETWEEN ? AND ? AND " +
-      Queries::hasNumber + "\nGROUP BY start_day, source_name");
-  query.bind(1, type).bind(2, from).bind(3, to);
-  std::map<std::string, double> totals;
-  while (const std::optional<Row> row = query.next()) {
-    const std::optional<double> sum = row->find<double>(1);
-    if (!sum) continue;
-    double& total = totals[row->text(0)];
-    total = std::max(total, *sum);
-  }
-  return totals;
-}
-
-std::vector<DailyValue> HealthStore::medianSeriesInOnePass(std::string_view type,
-                                                           std::string_view from,
-                                                           std::string_view to) const {
-  Statement query = prepare(
-      "SELECT start_day, value_num FROM records WHERE type=? AND start_day BETWEEN ? AND ?");
-  query.bind(1, type).bind(2, from).bind(3, to);
-  std::map<std::string, std::vector<double>> days;
-  while (const std::optional<Row> row = query.next()) {
-    if (const std::optional<double> value = row->find<double>(1)) {
-      days[row->text(0)].push_back(*value);
-    }
-  }
-  std::vector<DailyValue> series;
-  series.reserve(days.size());
-  for (auto& [day, values] : days) series.push_back({day, median(values).value()});
+  };
+  std::vector<double> values;  // of one day, for a type can have a million
+  // Days of broken bytes can read alike without being neighbours.
+  std::map<std::string, std::vector<double>> oddDays;
+  readByDay(
+      std::move(query),
+      [&values](const Row& row) {
+        if (const auto value = Queries::valueIn(row, 1)) values.push_back(*value);
+      },
+      [&](const std::string& day) {
+        if (isASCII(day)) return addMiddle(day, values);
+        std::vector<double>& ofDay = oddDays[repaired(day)];
+        ofDay.insert(ofDay.end(), values.begin(), values.end());
+        values.clear();
+      });
+  for (auto& [day, ofDay] : oddDays) addMiddle(day, ofDay);
+  std::ranges::sort(series, {}, &DailyValue::day);
   return series;
 }
 
@@ -163,22 +117,29 @@ std::vector<double> HealthStore::values(std::string_view type, std::string_view 
   query.bind(1, type).bind(2, from).bind(3, to);
   std::vector<double> values;
   while (const std::optional<Row> row = query.next()) {
-    if (const std::optional<double> value = row->find<double>(0)) values.push_back(*value);
+    if (const auto value = Queries::valueIn(*row, 0)) values.push_back(*value);
   }
   return values;
 }
 
 std::optional<DatedValue> HealthStore::latestValue(std::string_view type) const {
-  Statement query = prepare(
-      "SELECT start_day, value_num FROM records\n"
-      "WHERE type=? AND " +
-      Queries::hasNumber +
-      "\n"
-      "ORDER BY start_date DESC LIMIT 1");
+  // The latest of each source is found by a seek, as the records of a source are stored by their
+  // stamps; all of a type would have to be read and sorted.
+  Statement query = prepare(filled(R"sql(
+WITH RECURSIVE sources(name) AS (
+  SELECT MIN(source_name) FROM records WHERE type = ?1
+  UNION
+  SELECT (SELECT MIN(source_name) FROM records WHERE type = ?1 AND source_name > name)
+  FROM sources WHERE name IS NOT NULL)
+SELECT start_day, value_num
+FROM sources CROSS JOIN records ON records.rowid = (
+  SELECT rowid FROM records WHERE type = ?1 AND source_name IS name AND {0}
+  ORDER BY start_date DESC LIMIT 1)
+ORDER BY start_date DESC LIMIT 1)sql",
+                                   {Queries::hasValue}));
   query.bind(1, type);
   const std::optional<Row> row = query.next();
-  if (!row) return std::nullopt;
-  const std::optional<double> value = row->find<double>(1);
+  const std::optional<double> value = row ? Queries::valueIn(*row, 1) : std::nullopt;
   if (!value) return std::nullopt;
   return DatedValue{row->text(0), *value};
 }

@@ -1,13 +1,24 @@
 #pragma once
-// Pieces of SQL that several queries share.
+// What several queries share: pieces of SQL, and what counts as a record's value.
 
+#include "store/Database.h"
+
+#include <cmath>
+#include <optional>
 #include <string>
 
 namespace Queries {
 
-/// A condition that keeps rows with a number. Text in the numeric column is none, and SQLite's sums
-/// would count it as zero.
-inline const std::string hasNumber = "typeof(value_num) IN ('real', 'integer')";
+/// The number in `column`, which is value_num. Anything else that a damaged file holds there, text,
+/// blobs and infinities, counts as NULL.
+inline std::optional<double> valueIn(const Row& row, int column) {
+  const std::optional<double> number = row.find<double>(column);
+  return number && std::isfinite(*number) ? number : std::nullopt;
+}
+
+/// The same as a condition: SQLite sorts text and blobs behind all numbers. The sign keeps it from
+/// taking the numbers for text first, where that is the column's type.
+inline const std::string hasValue = "+value_num > -9e999 AND +value_num < 9e999";
 
 /// A table "present" of every record type, each found by one seek into an index: a member has some
 /// forty types but millions of records. UNION instead of UNION ALL, so that the walk ends even

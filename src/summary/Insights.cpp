@@ -39,9 +39,10 @@ std::array<Sum, 7> byWeekday(const Totals& totals) {
   return sums;
 }
 
-std::optional<Insight> weekday(const SummaryEngine& engine) {
+std::optional<Insight> weekday(const SummaryEngine& engine, const Totals& steps) {
   constexpr std::size_t fewestDays = 14;
-  const Totals totals = dailySteps(engine, engine.lastDays(90));
+  const DayWindow window = engine.lastDays(90);
+  const Totals totals(steps.lower_bound(window.from), steps.upper_bound(window.to));
   if (totals.size() < fewestDays) return std::nullopt;
   std::optional<std::pair<int, double>> most;
   std::optional<std::pair<int, double>> least;
@@ -60,22 +61,20 @@ std::optional<Insight> weekday(const SummaryEngine& engine) {
                                                          weekdayName(least->first, lang))};
 }
 
-std::optional<Insight> restingHeartRate(const SummaryEngine& engine) {
+std::optional<Insight> restingHeartRate(const SummaryEngine& engine, const Totals&) {
   constexpr double smallestDifference = 0.5;
   const auto now = engine.medianValue("RestingHeartRate", engine.lastDays(90));
   const auto before = engine.medianValue("RestingHeartRate", engine.lastYearWindow(90));
   if (!now || !before) return std::nullopt;
   const double delta = now->value - before->value;
-  // Not "below": the difference of two infinities is no number.
-  if (!(std::abs(delta) >= smallestDifference)) return std::nullopt;
+  if (std::abs(delta) < smallestDifference) return std::nullopt;
   const SummaryStrings& strings = SummaryStrings::in(engine.language());
   return Insight{"resting_hr", strings.insightRestingHR(std::abs(delta), delta < 0)};
 }
 
-std::optional<Insight> bestMonth(const SummaryEngine& engine) {
+std::optional<Insight> bestMonth(const SummaryEngine& engine, const Totals& totals) {
   constexpr std::size_t fewestDays = 60;
   constexpr int fewestDaysOfMonth = 20;
-  const Totals totals = dailySteps(engine, {.from = "1900-01-01", .to = "2999-12-31"});
   if (totals.size() < fewestDays) return std::nullopt;
   std::map<std::string, Sum> months;
   for (const auto& [day, total] : totals) months[day.substr(0, 7)].add(total);
@@ -93,9 +92,11 @@ std::optional<Insight> bestMonth(const SummaryEngine& engine) {
 }  // namespace
 
 std::vector<Insight> Insights::all(const SummaryEngine& engine) {
+  const Totals steps = dailySteps(engine, {.from = "1900-01-01", .to = "2999-12-31"});
   std::vector<Insight> insights;
   for (const auto rule : {weekday, restingHeartRate, bestMonth}) {
-    if (std::optional<Insight> insight = rule(engine)) insights.push_back(std::move(*insight));
+    if (std::optional<Insight> insight = rule(engine, steps))
+      insights.push_back(std::move(*insight));
   }
   return insights;
 }

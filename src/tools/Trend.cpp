@@ -3,7 +3,7 @@
 #include "tools/Arguments.h"
 #include "tools/Tools.h"
 
-#include <cmath>
+#include <algorithm>
 
 namespace {
 
@@ -20,18 +20,12 @@ constexpr Phrase daily{.zh = "逐日:", .en = "Daily:"};
 static_assert(inBothLanguages(noData) && inBothLanguages(statistics) && inBothLanguages(daily));
 
 std::string statisticsLine(const std::vector<DailyValue>& series, SummaryLang lang) {
-  double lowest = series.front().value;
-  double highest = lowest;
-  for (const DailyValue& day : series) {
-    // These two pass over what is no number, such as the middle of two infinities.
-    lowest = std::fmin(lowest, day.value);
-    highest = std::fmax(highest, day.value);
-  }
+  const auto [lowest, highest] = std::ranges::minmax(series, {}, &DailyValue::value);
   return filled(statistics.in(lang),
                 {std::to_string(series.size()),
                  Tools::fmt(Tools::mean(series)),
-                 Tools::fmt(lowest),
-                 Tools::fmt(highest)});
+                 Tools::fmt(lowest.value),
+                 Tools::fmt(highest.value)});
 }
 
 }  // namespace

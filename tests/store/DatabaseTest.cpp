@@ -158,22 +158,6 @@ TEST_F(DatabaseFile, SaysWhyAStatementCannotBePrepared) {
             "prepare 失败:near \"SELEC\": syntax error");
 }
 
-TEST_F(DatabaseFile, TellsAMissingIndexFromALock) {
-  EXPECT_THROW(database.prepare("SELECT x FROM t INDEXED BY missing"), SchemaError);
-
-  Database writer(path, {.readOnly = false});
-  writer.exec("BEGIN EXCLUSIVE");
-  const Database reader(path, {.patienceMilliseconds = 0});
-  try {
-    reader.prepare("SELECT x FROM t INDEXED BY missing");
-    ADD_FAILURE() << "read a locked file";
-  } catch (const SchemaError& error) {
-    ADD_FAILURE() << error.what();
-  } catch (const ReceiverError& error) {
-    EXPECT_STREQ(error.what(), "prepare 失败:database is locked");
-  }
-}
-
 TEST_F(DatabaseFile, RefusesToPrepareNothing) {
   for (const char* sql : {"", "  ", "-- nothing"}) {
     EXPECT_EQ(failureOf([&] { database.prepare(sql); }), "prepare 失败:not an error") << sql;

@@ -213,14 +213,16 @@ TEST(DayDetail, LeavesOutSamplesWithoutANumber) {
   EXPECT_THAT(detailOf(database), ElementsAre(DayRow{"HeartRate", 60, 1, "u"}));
 }
 
-TEST(DayDetail, TakesTextForNoNumber) {
+TEST(DayDetail, TakesTextAndInfinitiesForNoNumber) {
   TestDatabase database;
   database.addRecords({sample("HeartRate", "Watch", 60),
                        sample("HeartRate", "Watch", 1),
                        sample("HeartRate", "Watch", 2),
+                       sample("HeartRate", "Watch", 3),
                        sample("StepCount", "Watch", 1)});
   database.run("UPDATE records SET value_num='12 bpm' WHERE value_num=1")
-      .run("UPDATE records SET value_num=X'3432' WHERE value_num=2");
+      .run("UPDATE records SET value_num=X'3432' WHERE value_num=2")
+      .run("UPDATE records SET value_num=9e999 WHERE value_num=3");
 
   EXPECT_THAT(detailOf(database), ElementsAre(DayRow{"HeartRate", 60, 1, "u"}));
 }

@@ -173,7 +173,8 @@ TEST_P(NoNumber, DoesNotHideTheNumbersBesideIt) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Literals, NoNumber,
-                         testing::Values("'unknown'", "'12 bpm'", "''", "x'3132'", "x''"));
+                         testing::Values("'unknown'", "'12 bpm'", "''", "x'3132'", "x''", "9e999",
+                                         "-9e999"));
 
 TEST(DailyTotals, AreReadByDay) {
   TestDatabase database;
