@@ -4,6 +4,8 @@
 #include "tools/Arguments.h"
 #include "tools/Tools.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr Phrase nobody{.zh = "这台电脑上还没有任何成员。", .en = "No members on this Mac yet."};
@@ -41,9 +43,15 @@ std::string Tools::listPersons(const Call& call) {
   const std::vector<Member> members = call.roster.members();
   if (members.empty()) return std::string(nobody.in(call.lang));
 
+  Call patient = call;  // for all members together
   Lines lines;
   for (const Member& member : members) {
-    lines.add("· ", member.name, " (person=", member.id, ")", dataOf(member, call), syncOf(member, call.lang));
+    const double began = call.clock();
+    const std::string data = dataOf(member, patient);
+    const double spent = std::max(0.0, 1000 * (call.clock() - began));
+    patient.patienceMilliseconds =
+        static_cast<int>(std::max(0.0, patient.patienceMilliseconds - spent));
+    lines.add("· ", member.name, " (person=", member.id, ")", data, syncOf(member, call.lang));
   }
   if (members.size() > 1) {
     lines.add("");

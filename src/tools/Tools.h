@@ -33,7 +33,8 @@ nlohmann::ordered_json schemas(SummaryLang lang);
 std::string answer(std::string_view name, const Call& call);
 
 /// list_persons: who is on this computer, each one's range of data and last sync. Never fails: of a
-/// member whose data cannot be read, the line has no data part.
+/// member whose data cannot be read, the line has no data part. The call's patience is for all
+/// members together; once it is spent, a database that is locked is tried once.
 std::string listPersons(const Call& call);
 
 /// get_overview: one person's summary with the coverage notice. Throws MCPError (-32602) for an

@@ -5,10 +5,14 @@
 #include "support/ZoneGuard.h"
 #include "tools/Tools.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <chrono>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -134,6 +138,73 @@ TEST(ListPersons, GoesOnAfterAMemberWhoseDataCannotBeRead) {
             "· Ann (person=m1)\n"
             "· Ben (person=m2): 1 records, 2024-03-01 ~ 2024-03-01" +
                 warning);
+}
+
+/// Members of whom each keeps the database to himself, but for the last one.
+class LockedHousehold {
+public:
+  explicit LockedHousehold(int locked) {
+    for (int number = 1; number <= locked; ++number) {
+      const std::string id = "m" + std::to_string(number);
+      owners.push_back(household.add(id, "Ann").useRollbackJournal().writer());
+      owners.back().exec("BEGIN EXCLUSIVE");
+    }
+    household.add("last", "Ben").addRecord({.start_day = "2024-03-01", .value_num = 1});
+  }
+
+  Household household;
+
+private:
+  std::vector<Database> owners;
+};
+
+/// A clock that is `seconds` further at every look.
+Clock clockInStepsOf(double seconds) {
+  return [seconds, now = testNow]() mutable { return now += seconds; };
+}
+
+std::string listWith(const Household& household, const Clock& clock, int patienceMilliseconds) {
+  Logger log(std::nullopt, Logger::Level::error, false, clock);
+  Roster roster(household.rosterFile(), log, clock);
+  roster.load();
+  const Json none = Json::object();
+  return Tools::listPersons({none, roster, log, SummaryLang::en, clock, patienceMilliseconds});
+}
+
+TEST(ListPersons, WaitsForAllLockedDatabasesTogether) {
+  const LockedHousehold locked(8);
+  constexpr int patienceMilliseconds = 200;
+  const auto began = std::chrono::steady_clock::now();
+
+  const std::string answer = listWith(locked.household, systemTime, patienceMilliseconds);
+
+  const auto took = std::chrono::steady_clock::now() - began;
+  EXPECT_GE(took, std::chrono::milliseconds(patienceMilliseconds / 2));
+  EXPECT_LT(took, std::chrono::milliseconds(4 * patienceMilliseconds));
+  EXPECT_THAT(answer, testing::StartsWith("· Ann (person=m1)\n· Ann (person=m2)\n"));
+  EXPECT_THAT(answer, testing::HasSubstr("\n· Ben (person=last): 1 records, "));
+}
+
+TEST(ListPersons, TriesALockedDatabaseOnceWhenPatienceIsSpent) {
+  // The first member, who is not locked, takes the whole minute by this clock.
+  Household household;
+  household.add("m1", "Ann");
+  TestDatabase& locked = household.add("m2", "Ben").useRollbackJournal();
+  Database owner = locked.writer();
+  owner.exec("BEGIN EXCLUSIVE");
+  const auto began = std::chrono::steady_clock::now();
+
+  const std::string answer = listWith(household, clockInStepsOf(60), 60000);
+
+  EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(30));
+  EXPECT_EQ(answer, "· Ann (person=m1): 0 records,  ~ \n· Ben (person=m2)" + warning);
+}
+
+TEST(ListPersons, LosesNoPatienceToAClockThatIsSetBack) {
+  const LockedHousehold locked(1);
+
+  EXPECT_THAT(listWith(locked.household, clockInStepsOf(-3600), 1),
+              testing::HasSubstr("\n· Ben (person=last): 1 records, "));
 }
 
 TEST(ListPersons, WarnsOfSeveralMembers) {
