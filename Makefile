@@ -48,8 +48,8 @@ lint:  ## formatting, the second compiler, clang-tidy
 bench: bench-programs  ## measures what we promise about speed, on RECORDS=3000000 records
 	@scripts/bench $(RECORDS)
 
-bench-growth: bench-programs  ## the same on 300 thousand, 3 and 10 million records, side by side
-	@scripts/bench 300000 3000000 10000000
+bench-growth: bench-programs  ## the tools on a history of 1, 8 and 27 years, side by side
+	@scripts/bench 375000/1 3000000/8 10000000/27
 
 bench-programs:
 	@scripts/setup all

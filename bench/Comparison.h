@@ -8,12 +8,18 @@
 #include <string>
 #include <vector>
 
-/// A call, and the queries that its answer cannot do without.
+/// A call, and the baseline of its answer.
 struct Comparison {
   std::string what;
   std::function<std::string()> ours;  ///< makes the call, returns its answer
   std::vector<BareQuery> floor;
-  double target;  ///< times the floor
+  double target;  ///< times the baseline
+
+  /// Whether the call is about a range of days, which takes as long however many others there are.
+  bool isOfRange = false;
+
+  /// Makes the same answer as a JSON document, which the baseline then encodes; may be empty.
+  std::function<std::string()> document = nullptr;
 };
 
 /// Every tool and the resource, asked about `subject`, which outlives them.

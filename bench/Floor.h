@@ -1,31 +1,35 @@
 #pragma once
-// What an answer cannot do without: the rows it is made of, stepped bare through the same library.
+// The baseline of an answer: the rows that it is made of, stepped bare through the same library.
 
 #include <string>
 #include <vector>
 
-/// A query and its texts to bind, in order.
+/// A query and the texts to bind, in order; it is stepped once for each of the bindings.
 struct BareQuery {
   std::string sql;
-  std::vector<std::string> texts;
+  std::vector<std::vector<std::string>> bindings;
 };
 
 namespace Floor {
 
-/// The number of all records, which every coverage notice tells.
+/// The number of all records.
 BareQuery count();
 
-/// The rows of a type in a range of days, grouped by day and source.
-BareQuery sums(const std::string& type, const std::string& from, const std::string& to);
+/// The first and the last day of each type, which the coverage notice tells.
+std::vector<BareQuery> days(const std::vector<std::string>& types);
+
+/// The numbers of records of each type and year, as ranges of the index on type and day.
+BareQuery countsByYear(const std::vector<std::string>& types,
+                       const std::vector<std::string>& years);
+
+/// The day, source and value of every record of a type in a range of days, by day.
+BareQuery sourceValues(const std::string& type, const std::string& from, const std::string& to);
 
 /// The day and value of every record of a type in a range of days, by day.
 BareQuery values(const std::string& type, const std::string& from, const std::string& to);
 
-/// The counts of all records by type and day, out of the index alone.
-BareQuery countsByDay();
-
-/// The records of one type on one day.
-BareQuery dayOf(const std::string& type, const std::string& day);
+/// The records of each type on one day.
+BareQuery recordsOf(const std::vector<std::string>& types, const std::string& day);
 
 /// The workouts of a range of days in full.
 BareQuery workouts(const std::string& from, const std::string& to);
