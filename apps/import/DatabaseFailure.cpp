@@ -15,13 +15,16 @@ constexpr Phrase diskFull{.zh = "磁盘满了;这次导入全部撤销,腾出空
 constexpr Phrase failed{.zh = "库写不了,这次导入全部撤销:{0}",
                         .en = "the database cannot be written, the whole import was undone: {0}"};
 constexpr Phrase unopened{.zh = "库打不开:{0}", .en = "the database cannot be opened: {0}"};
-constexpr std::array all{&diskFull, &failed, &unopened};
+constexpr Phrase noFile{.zh = "{0} 不是普通文件;把它移走再来",
+                        .en = "{0} is no regular file; move it away and try again"};
+constexpr std::array all{&diskFull, &failed, &unopened, &noFile};
 static_assert(std::ranges::all_of(all,
                                   [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
 
 }  // namespace phrases
 
 constexpr std::string_view openFailure = "打不开库:";
+constexpr std::string_view noFileFailure = "不是普通文件:";
 
 /// What the store says first, whatever it was that failed.
 constexpr std::array<std::string_view, 3> stepFailures{"SQL 失败:", "prepare 失败:", "读取失败:"};
@@ -34,6 +37,9 @@ ImportError databaseFailure(const ReceiverError& error) {
   if (reason.ends_with("database or disk is full")) return ImportError(phrases::diskFull);
   if (reason.starts_with(openFailure)) {
     return ImportError(phrases::unopened, {reason.substr(openFailure.size())});
+  }
+  if (reason.starts_with(noFileFailure)) {
+    return ImportError(phrases::noFile, {reason.substr(noFileFailure.size())});
   }
   for (const std::string_view failure : stepFailures) {
     if (reason.starts_with(failure)) reason.remove_prefix(failure.size());

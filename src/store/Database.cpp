@@ -4,6 +4,8 @@
 #include <sqlite3.h>
 
 #include <cstddef>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace {
@@ -132,6 +134,29 @@ std::string plainName(const std::string& path) {
   return path.starts_with("file:") ? "./" + path : path;
 }
 
+/// Makes sure that SQLite finds files, or nothing, where it opens one: at `path` and where it looks
+/// for what it keeps beside a database. At the other end of a pipe it would wait for ever. A folder
+/// it refuses by itself.
+void requireFiles(const std::filesystem::path& path) {
+  std::error_code ignored;
+  // It looks beside the file itself, wherever a link to it lies.
+  const std::filesystem::path database =
+      std::filesystem::is_symlink(std::filesystem::symlink_status(path, ignored))
+          ? std::filesystem::weakly_canonical(path, ignored)
+          : path;
+  if (std::filesystem::is_other(std::filesystem::status(database, ignored))) {
+    throw ReceiverError("不是普通文件:" + path.string());
+  }
+  for (const char* ending : {"-journal", "-wal", "-shm"}) {
+    std::filesystem::path beside = database;
+    beside += ending;
+    const std::filesystem::file_status status = std::filesystem::status(beside, ignored);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+      throw ReceiverError("不是普通文件:" + beside.string());
+    }
+  }
+}
+
 /// What a file contains may not run code, write into SQLite's own tables, load a library or be a
 /// table of a module. False when SQLite does not let itself be told.
 bool hardened(sqlite3* database) {
@@ -149,6 +174,7 @@ bool withoutViews(sqlite3* database) {
 }  // namespace
 
 Database::Database(const std::string& path, Access access) {
+  requireFiles(path);
   sqlite3* opened = nullptr;
   const std::string name = plainName(path);
   const int result = sqlite3_open_v2(name.c_str(), &opened, openFlags(access), nullptr);

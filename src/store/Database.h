@@ -119,7 +119,9 @@ public:
     int patienceMilliseconds = usualPatienceMilliseconds;  ///< 0 or less: not at all
   };
 
-  /// Fails with "打不开库:" and SQLite's message.
+  /// Fails with "打不开库:" and SQLite's message. What is no file at `path`, or where SQLite keeps
+  /// its files beside a database, fails with "不是普通文件:" and its path: SQLite might wait for a
+  /// pipe for ever.
   Database(const std::string& path, Access access);
 
   /// A statement ready to bind and step.

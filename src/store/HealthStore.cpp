@@ -14,17 +14,16 @@ namespace {
 /// file.
 void requirePlace(const std::filesystem::path& path, bool createIfMissing) {
   const std::filesystem::path directory = path.parent_path();
+  std::error_code ignored;
   if (createIfMissing) {
     std::filesystem::create_directories(directory);
     return;
   }
-  std::error_code ignored;
   if (!std::filesystem::is_directory(directory, ignored)) {
     throw ReceiverError("数据目录不可用(盘没挂载?):" + directory.string());
   }
-  // SQLite would wait for the other end of a pipe.
   const std::filesystem::file_status file = std::filesystem::status(path, ignored);
-  if (!std::filesystem::exists(file) || std::filesystem::is_fifo(file)) {
+  if (!std::filesystem::exists(file) || std::filesystem::is_other(file)) {
     throw ReceiverError("库文件不存在:" + path.string());
   }
 }

@@ -59,9 +59,10 @@ public:
 
   /// Opens the file at `path`. Without `createIfMissing`, a missing directory fails with
   /// "数据目录不可用(盘没挂载?):" and the directory, a missing file with "库文件不存在:" and the
-  /// path. With it, a directory that cannot be made leaves as std::filesystem::filesystem_error. A
-  /// read-only store sees one state of the database, that of its first query, and writes nothing.
-  /// `log` outlives the store.
+  /// path. With it, a directory that cannot be made leaves as std::filesystem::filesystem_error.
+  /// All else that keeps the file from being opened fails as Database tells. A read-only store sees
+  /// one state of the database, that of its first query, and writes nothing. `log` outlives the
+  /// store.
   HealthStore(std::string path, Opening opening, Logger& log);
 
   HealthStore(const HealthStore&) = delete;

@@ -52,6 +52,36 @@ TEST_F(Opening, TellsThatTheFileIsMissingAndCreatesNone) {
   EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
+/// SQLite would wait for the other end of a pipe for ever, and everybody with it.
+TEST_F(Opening, TellsThatNoFileLiesWhereSQLiteKeepsOne) {
+  const TestDatabase database;
+  const std::string link = (folder / "link.sqlite").string();
+  std::filesystem::create_symlink(database.path(), link);
+  for (const char* ending : {"-journal", "-wal", "-shm"}) {
+    const std::string beside = database.path() + ending;
+    std::filesystem::remove(beside);
+    ASSERT_EQ(mkfifo(beside.c_str(), 0600), 0);
+
+    EXPECT_EQ(failure(database.path(), reading), "不是普通文件:" + beside);
+    EXPECT_EQ(failure(link, reading), "不是普通文件:" + beside);
+    EXPECT_EQ(failure(database.path(), creating), "不是普通文件:" + beside);
+
+    std::filesystem::remove(beside);
+    std::filesystem::create_directory(beside);
+    EXPECT_EQ(failure(database.path(), reading), "不是普通文件:" + beside);
+    std::filesystem::remove(beside);
+  }
+  EXPECT_EQ(failure(database.path(), reading), "");
+}
+
+TEST_F(Opening, MakesNothingOfAPipe) {
+  const std::filesystem::path pipe = folder / "ann.sqlite";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+
+  EXPECT_EQ(failure(pipe, reading), "库文件不存在:" + pipe.string());
+  EXPECT_EQ(failure(pipe, creating), "不是普通文件:" + pipe.string());
+}
+
 TEST_F(Opening, TellsThatTheFileIsALinkToNowhere) {
   std::filesystem::create_symlink(folder / "nowhere", folder / "ann.sqlite");
   EXPECT_EQ(failure(folder / "ann.sqlite", reading),

@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <functional>
@@ -233,5 +234,25 @@ INSTANTIATE_TEST_SUITE_P(
                     "the database cannot be opened: unable to open database file",
                     "库打不开:unable to open database file"}),
     [](const auto& test) { return test.param.name; });
+
+/// SQLite would wait for the other end of a pipe for ever.
+TEST_F(ImportProgram, RefusesAPipeBesideTheDatabase) {
+  folder.write("export.xml", exportText(300));
+  run(importing("export.xml"));
+  for (const char* ending : {"-journal", "-wal"}) {
+    const std::string pipe = database().string() + ending;
+    std::filesystem::remove(pipe);
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+
+    const ChildProcess::Ending refused = run(importing("export.xml"));
+
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.errors,
+              "larkspur-import: " + std::filesystem::canonical(folder.path()).string() +
+                  "/root/members/ann/health.db" + ending +
+                  " is no regular file; move it away and try again\n");
+    std::filesystem::remove(pipe);
+  }
+}
 
 }  // namespace
