@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include <climits>
 #include <cstdio>
 #include <memory>
+#include <new>
 #include <system_error>
 
 namespace {
@@ -34,6 +36,8 @@ std::optional<std::string> fileContents(const std::filesystem::path& path) {
   std::error_code ignored;
   if (!std::filesystem::is_regular_file(path, ignored)) return std::nullopt;
   const std::unique_ptr<std::FILE, Closer> file(std::fopen(path.c_str(), "rb"));
+  // A file must not count as missing because memory is short.
+  if (!file && errno == ENOMEM) throw std::bad_alloc();
   if (!file) return std::nullopt;
   std::string contents;
   char block[16384];
@@ -44,19 +48,49 @@ std::optional<std::string> fileContents(const std::filesystem::path& path) {
   return contents;
 }
 
-bool writeAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+std::size_t writeWhatFits(int descriptor, std::string_view bytes) {
+  std::size_t written = 0;
+  while (written < bytes.size()) {
+    const ssize_t count = write(descriptor, bytes.data() + written, bytes.size() - written);
     if (count >= 0) {
-      bytes.remove_prefix(static_cast<std::size_t>(count));
+      written += static_cast<std::size_t>(count);
     } else if (!worthRetrying(descriptor, POLLOUT)) {
-      return false;
+      break;
     }
   }
-  return true;
+  return written;
 }
 
+bool writeAll(int descriptor, std::string_view bytes) {
+  return writeWhatFits(descriptor, bytes) == bytes.size();
+}
+
+namespace {
+
+/// Makes an open terminal one that does not block, and the destructor makes it what it was. It may
+/// be other programs' terminal too, which expect to be kept waiting.
+class NonBlockingTerminal {
+public:
+  explicit NonBlockingTerminal(int descriptor)
+      : descriptor(descriptor), flags(isatty(descriptor) == 1 ? fcntl(descriptor, F_GETFL) : -1) {
+    if (flags != -1) fcntl(descriptor, F_SETFL, flags | O_NONBLOCK);
+  }
+  ~NonBlockingTerminal() {
+    if (flags != -1) fcntl(descriptor, F_SETFL, flags);
+  }
+  NonBlockingTerminal(const NonBlockingTerminal&) = delete;
+  NonBlockingTerminal& operator=(const NonBlockingTerminal&) = delete;
+
+private:
+  int descriptor;
+  int flags;  ///< -1 for what is no terminal
+};
+
+}  // namespace
+
 void writeWithoutWaiting(int descriptor, std::string_view bytes) {
+  // A terminal that is ready takes some, and blocks for the rest.
+  const NonBlockingTerminal terminal(descriptor);
   while (!bytes.empty()) {
     // A pipe that is ready takes as many at once. A device that cannot be polled is no pipe.
     pollfd ready{descriptor, POLLOUT, 0};
@@ -68,10 +102,21 @@ void writeWithoutWaiting(int descriptor, std::string_view bytes) {
   }
 }
 
+namespace {
+
+/// A terminal is one, even when it has been hung up.
+bool isDevice(int descriptor) {
+  struct stat status {};
+  return fstat(descriptor, &status) == 0 && S_ISCHR(status.st_mode);
+}
+
+}  // namespace
+
 std::size_t readSome(int descriptor, char* buffer, std::size_t size) {
   while (true) {
     const ssize_t count = read(descriptor, buffer, size);
     if (count >= 0) return static_cast<std::size_t>(count);
+    if (errno == EIO && isDevice(descriptor)) return 0;
     if (!worthRetrying(descriptor, POLLIN)) {
       throw std::system_error(errno, std::generic_category(), "read");
     }

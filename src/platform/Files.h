@@ -8,7 +8,7 @@
 #include <string_view>
 
 /// All bytes of the file at `path`; `nullopt` when it does not exist, is a directory or cannot be
-/// read to its end.
+/// read to its end. Throws std::bad_alloc when memory does not hold it.
 std::optional<std::string> fileContents(const std::filesystem::path& path);
 
 /// Writes all of `bytes` to the open `descriptor`, in one write where the system takes them at
@@ -16,12 +16,16 @@ std::optional<std::string> fileContents(const std::filesystem::path& path);
 /// block. False, with errno set, when the system refuses.
 bool writeAll(int descriptor, std::string_view bytes);
 
+/// The same, but returns how many bytes the system took before it refused, errno set, the rest.
+std::size_t writeWhatFits(int descriptor, std::string_view bytes);
+
 /// Writes as much of `bytes` to the open `descriptor` as can be had without waiting; the rest is
 /// lost, as all is when the system refuses. Up to PIPE_BUF bytes are one write.
 void writeWithoutWaiting(int descriptor, std::string_view bytes);
 
 /// Reads up to `size` bytes (at least 1) from the open `descriptor` into `buffer`, waiting for the
-/// first. 0 is the end of the input. Throws std::system_error when the system refuses.
+/// first. 0 is the end of the input, as is a terminal that was hung up. Throws std::system_error
+/// when the system refuses.
 std::size_t readSome(int descriptor, char* buffer, std::size_t size);
 
 /// Makes sure that standard input, output and error are open, on /dev/null where whoever started

@@ -3,7 +3,9 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <signal.h>
+#include <stdlib.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/wait.h>
@@ -258,5 +260,76 @@ TEST_P(ClosedStreams, AreReservedAndTheOthersStay) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Streams, ClosedStreams, testing::Range(0U, 8U));
+
+/// A terminal of which nobody has read anything yet.
+class Terminal {
+public:
+  Terminal() : reader(posix_openpt(O_RDWR | O_NOCTTY)) {
+    if (reader < 0 || grantpt(reader) != 0 || unlockpt(reader) != 0) fail();
+    writer = open(ptsname(reader), O_RDWR | O_NOCTTY);
+    if (writer < 0) fail();
+  }
+  ~Terminal() {
+    hangUp();
+    close(writer);
+  }
+  Terminal(const Terminal&) = delete;
+  Terminal& operator=(const Terminal&) = delete;
+
+  int descriptor() const { return writer; }
+
+  void hangUp() {
+    if (reader >= 0) close(reader);
+    reader = -1;
+  }
+
+private:
+  [[noreturn]] static void fail() {
+    throw std::system_error(errno, std::generic_category(), "terminal");
+  }
+
+  int reader;
+  int writer = -1;
+};
+
+TEST(WriteWithoutWaiting, LeavesATerminalThatNobodyReads) {
+  const Terminal terminal;
+  // What would hang is ended by the system.
+  constexpr unsigned patienceSeconds = 60;
+  alarm(patienceSeconds);
+
+  for (int times = 0; times < 100; ++times) {
+    writeWithoutWaiting(terminal.descriptor(), std::string(4000, '.') + "\n");
+  }
+
+  alarm(0);
+}
+
+TEST(WriteWithoutWaiting, LeavesATerminalAsItWas) {
+  const Terminal terminal;
+  const int before = fcntl(terminal.descriptor(), F_GETFL);
+
+  writeWithoutWaiting(terminal.descriptor(), "complaint\n");
+
+  EXPECT_EQ(before & O_NONBLOCK, 0);
+  EXPECT_EQ(fcntl(terminal.descriptor(), F_GETFL), before);
+}
+
+TEST(ReadSome, TakesAHangUpForTheEnd) {
+  Terminal terminal;
+  terminal.hangUp();
+  std::array<char, 16> buffer{};
+
+  EXPECT_EQ(readSome(terminal.descriptor(), buffer.data(), buffer.size()), 0U);
+}
+
+TEST(WriteWhatFits, TellsHowMuchThatWas) {
+  const TemporaryFolder folder;
+  const int file = open((folder / "file").c_str(), O_WRONLY | O_CREAT, 0600);
+  EXPECT_EQ(writeWhatFits(file, "all of it"), 9U);
+  close(file);
+
+  EXPECT_EQ(writeWhatFits(file, "none of it"), 0U);
+}
 
 }  // namespace

@@ -1,0 +1,96 @@
+// A server in a terminal: one that nobody reads, and one that is hung up.
+
+#include "platform/Files.h"
+#include "support/ChildProcess.h"
+#include "support/Household.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace {
+
+const std::string ping = "{\"id\":1,\"method\":\"ping\"}\n";
+const std::string pong = "{\"jsonrpc\":\"2.0\",\"id\":1,\"result\":{}}";
+
+/// The two ends of a terminal.
+class Terminal {
+public:
+  Terminal() : end(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+    if (end < 0 || grantpt(end) != 0 || unlockpt(end) != 0) {
+      throw std::system_error(errno, std::generic_category(), "terminal");
+    }
+    device = ptsname(end);
+    // So that it stays what it is while no program has it open.
+    kept = open(device.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+  }
+  ~Terminal() {
+    hangUp();
+    close(kept);
+  }
+  Terminal(const Terminal&) = delete;
+  Terminal& operator=(const Terminal&) = delete;
+
+  const std::string& name() const { return device; }
+
+  /// As if somebody had typed that.
+  void type(const std::string& text) const {
+    if (!writeAll(end, text)) throw std::system_error(errno, std::generic_category(), "write");
+  }
+
+  void hangUp() {
+    if (end >= 0) close(end);
+    end = -1;
+  }
+
+private:
+  int end;
+  int kept = -1;
+  std::string device;
+};
+
+/// The server with one of its streams at `terminal`: `redirection` is the shell's word for which.
+ChildProcess servingAt(const Terminal& terminal, const std::string& redirection,
+                       const Household& household) {
+  return {"/bin/sh",
+          {"-c",
+           R"(device="$1"; shift; exec "$0" "$@" )" + redirection + R"("$device")",
+           LARKSPUR_MCP_PROGRAM,
+           terminal.name(),
+           "--data-root",
+           household.dataRoot()},
+          household.dataRoot()};
+}
+
+TEST(TerminalThatNobodyReads, DoesNotHoldUpTheServer) {
+  const Household household;
+  const Terminal terminal;
+  ChildProcess program = servingAt(terminal, "2>", household);
+
+  std::string lines;
+  for (int count = 0; count < 2000; ++count) lines += "[\n";
+  program.write(lines + ping);
+
+  EXPECT_EQ(program.nextLine(), pong);
+  EXPECT_EQ(program.finished().status, 0);
+}
+
+TEST(TerminalThatIsHungUp, EndsTheServerInPeace) {
+  const Household household;
+  Terminal terminal;
+  ChildProcess program = servingAt(terminal, "<", household);
+  terminal.type(ping);
+  EXPECT_EQ(program.nextLine(), pong);
+
+  terminal.hangUp();
+
+  EXPECT_EQ(program.finished(), (ChildProcess::Ending{0, "", ""}));
+}
+
+}  // namespace
