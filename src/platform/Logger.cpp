@@ -1,6 +1,7 @@
 #include "platform/Logger.h"
 #include "platform/AppleFormat.h"
 #include "platform/Files.h"
+#include "platform/Text.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -58,8 +59,15 @@ void Logger::write(Level level, std::string_view message) {
   if (level < minLevel) return;
   std::string record("[");
   record.append(AppleFormat::secondText(clock())).append("] ").append(1, marker(level));
-  record.append(" ").append(message).append("\n");
+  record.append(" ").append(message);
   const std::lock_guard guard(lock);
-  if (toStderr && level >= stderrMinLevel) writeWithoutWaiting(STDERR_FILENO, record);
-  if (handle >= 0) writeAll(handle, record);
+  if (toStderr && level >= stderrMinLevel) writeWithoutWaiting(STDERR_FILENO, record + "\n");
+  if (handle >= 0) append(shortened(record, longestRecord - 1) + "\n");
+}
+
+void Logger::append(std::string_view record) {
+  const std::string line = (torn ? "\n" : "") + std::string(record);
+  const std::size_t written = writeWhatFits(handle, line);
+  // Where nothing was written, the end of the file is as it was.
+  if (written > 0) torn = written < line.size();
 }

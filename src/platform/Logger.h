@@ -4,6 +4,7 @@
 
 #include "platform/Clock.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <mutex>
 #include <optional>
@@ -24,14 +25,22 @@ public:
   Logger(const Logger&) = delete;
   Logger& operator=(const Logger&) = delete;
 
+  /// The most bytes that a record of the file has, its line feed included. A client says what
+  /// stands in it, and must not be able to fill the disk.
+  static constexpr std::size_t longestRecord = 16 * 1024;
+
   /// Writes "[2024-03-01 06:54:32] i message" and a line feed, in local time, if `level` is at
   /// least `minLevel`. The file gets the record in one write, so records of several processes that
-  /// share it do not mix.
+  /// share it do not mix; one that is too long is cut there, and ends with "…". Where the last one
+  /// was written in part, because the disk was full, the next begins on a line of its own.
   void write(Level level, std::string_view message);
 
 private:
+  void append(std::string_view record);
+
   std::mutex lock;
-  int handle = -1;  ///< the file, opened for appending; -1 without one
+  int handle = -1;    ///< the file, opened for appending; -1 without one
+  bool torn = false;  ///< the last record that was written to the file has no end
   Level minLevel;
   bool toStderr;
   Level stderrMinLevel;

@@ -125,6 +125,17 @@ std::string_view trimmedWhitespace(std::string_view text) {
   return text;
 }
 
+std::string shortened(std::string_view text, std::size_t size) {
+  if (text.size() <= size) return std::string(text);
+  constexpr std::string_view ellipsis = "\xE2\x80\xA6";
+  const auto continues = [text](std::size_t index) {
+    return (static_cast<std::uint8_t>(text[index]) & 0xC0U) == 0x80U;
+  };
+  std::size_t end = size - ellipsis.size();
+  while (end > 0 && continues(end)) --end;
+  return std::string(text.substr(0, end)).append(ellipsis);
+}
+
 std::string filled(std::string_view pattern, std::initializer_list<std::string_view> values) {
   std::string text;
   for (std::size_t position = 0; position < pattern.size(); ++position) {

@@ -1,6 +1,7 @@
 #pragma once
 // Text as bytes: UTF-8 repair, trimming, sentence templates and lines.
 
+#include <cstddef>
 #include <functional>
 #include <initializer_list>
 #include <string>
@@ -22,6 +23,10 @@ std::string_view trimmedBlanks(std::string_view text);
 /// `text` without white space and line breaks of any kind (Unicode's, no-break spaces included) at
 /// its ends. `text` is valid UTF-8.
 std::string_view trimmedWhitespace(std::string_view text);
+
+/// `text`, which is valid UTF-8, where it takes at most `size` bytes (3 or more); else as much of
+/// it as makes that many together with the "…" at its end, cut between two characters.
+std::string shortened(std::string_view text, std::size_t size);
 
 /// `pattern` with every "{0}", "{1}", ... replaced by the value of that index. Values are copied as
 /// they are, never searched for further marks; a mark without a value stays.

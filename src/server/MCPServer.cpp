@@ -152,7 +152,10 @@ MCPServer::Json MCPServer::dispatch(std::string_view method, const nlohmann::jso
 MCPServer::Json MCPServer::initialize(const nlohmann::json& params) {
   const nlohmann::json& client = objectOf(params, "clientInfo");
   const auto name = client.find("name");
-  if (name != client.end() && name->is_string()) clientName = name->get<std::string>();
+  if (name != client.end() && name->is_string()) {
+    // No record of the access log could show more of it.
+    clientName = shortened(name->get_ref<const std::string&>(), Logger::longestRecord);
+  }
   logAccess("连接:" + clientName);
   const Json none = Json::object();
   return {{"protocolVersion", protocolVersion},

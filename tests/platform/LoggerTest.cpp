@@ -7,7 +7,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <signal.h>
 #include <stdlib.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <termios.h>
@@ -398,6 +400,77 @@ TEST(LoggerOnStandardError, NeverTouchesStandardOutput) {
   ASSERT_TRUE(writeAll(output.writer(), "reply\n"));
 
   EXPECT_EQ(output.read(6), "reply\n");
+}
+
+TEST(LoggerInAFile, CutsARecordThatIsTooLong) {
+  const TemporaryFolder folder;
+  Logger log(folder / "log", Level::info, false, fixedClock);
+  std::string message;
+  while (message.size() < 2 * Logger::longestRecord) message += "步";
+
+  log.write(Level::info, message);
+  log.write(Level::info, "next");
+
+  const std::vector<std::string> lines = linesOf(fileContents(folder / "log").value());
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_LE(lines[0].size() + 1, Logger::longestRecord);
+  EXPECT_GT(lines[0].size() + 4, Logger::longestRecord);
+  EXPECT_TRUE(lines[0].ends_with("步…"));
+  EXPECT_THAT(lines[1], testing::EndsWith("] i next"));
+}
+
+TEST(LoggerInAFile, LeavesARecordAloneThatIsJustShortEnough) {
+  const TemporaryFolder folder;
+  Logger log(folder / "log", Level::info, false, fixedClock);
+  const std::size_t withoutMessage = std::string("[2024-02-29 22:54:32] i \n").size();
+  const std::string message(Logger::longestRecord - withoutMessage, '.');
+
+  log.write(Level::info, message);
+
+  const std::string contents = fileContents(folder / "log").value();
+  EXPECT_EQ(contents.size(), Logger::longestRecord);
+  EXPECT_TRUE(contents.ends_with("] i " + message + "\n"));
+}
+
+/// How long a file may become, for as long as a test needs it.
+class FileSizeGuard {
+public:
+  explicit FileSizeGuard(rlim_t size) : handler(signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit limit{size, before.rlim_max};
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  }
+  ~FileSizeGuard() {
+    setrlimit(RLIMIT_FSIZE, &before);
+    signal(SIGXFSZ, handler);
+  }
+  FileSizeGuard(const FileSizeGuard&) = delete;
+  FileSizeGuard& operator=(const FileSizeGuard&) = delete;
+
+private:
+  void (*handler)(int);
+  rlimit before{};
+};
+
+TEST(LoggerInAFile, BeginsALineOfItsOwnAfterARecordThatDidNotFit) {
+  const TemporaryFolder folder;
+  Logger log(folder / "log", Level::info, false, fixedClock);
+  {
+    const FileSizeGuard full(40);
+    log.write(Level::info, "first");
+    log.write(Level::info, "torn");
+    log.write(Level::info, "lost");
+  }
+
+  log.write(Level::info, "next");
+  log.write(Level::info, "last");
+
+  const std::vector<std::string> lines = linesOf(fileContents(folder / "log").value());
+  ASSERT_EQ(lines.size(), 4U);
+  EXPECT_THAT(lines[0], testing::EndsWith("] i first"));
+  EXPECT_EQ(lines[1].size(), 40 - lines[0].size() - 1);
+  EXPECT_THAT(lines[2], testing::EndsWith("] i next"));
+  EXPECT_THAT(lines[3], testing::EndsWith("] i last"));
 }
 
 }  // namespace

@@ -306,4 +306,21 @@ TEST(Lines, StartsWithAnEmptyLineWhenThatWasAddedFirst) {
 
 TEST(Lines, AreNothingAtFirst) { EXPECT_EQ(Lines().joined(), ""); }
 
+TEST(Shortened, LeavesAloneWhatIsShortEnough) {
+  EXPECT_EQ(shortened("", 3), "");
+  EXPECT_EQ(shortened("abcdef", 6), "abcdef");
+  EXPECT_EQ(shortened("步数", 6), "步数");
+}
+
+TEST(Shortened, EndsBetweenTwoCharacters) {
+  EXPECT_EQ(shortened("abcdef", 5), "ab…");
+  EXPECT_EQ(shortened("步数步数", 11), "步数…");
+  EXPECT_EQ(shortened("步数步数", 10), "步数…");
+  EXPECT_EQ(shortened("步数步数", 9), "步数…");
+  EXPECT_EQ(shortened("步数步数", 8), "步…");
+  EXPECT_EQ(shortened("😀😀", 7), "😀…");
+  EXPECT_EQ(shortened("😀😀", 6), "…");
+  EXPECT_EQ(shortened("abcdef", 3), "…");
+}
+
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -309,5 +310,23 @@ INSTANTIATE_TEST_SUITE_P(
             "PersonInOtherLetters", R"({"Person":"Ann","persons":1})", "Person=Ann persons=1"},
         CompactCase{"PersonInsideAnObject", R"({"a":{"person":"Ann"}})", R"(a={"person":"Ann"})"}),
     [](const auto& test) { return test.param.name; });
+
+/// One name would otherwise stand in every later record, and fill the disk.
+TEST(AccessLog, HoldsNoMoreOfAnyRecordThanSixteenKibibytes) {
+  const Household household;
+  const Conversation conversation(household);
+  const std::string longText(1024 * 1024, 'x');
+
+  conversation.replies({introduction(longText), call("list_persons", {{"a", longText}})});
+  conversation.replies({call("list_persons", {{"a", longText}})});
+
+  std::istringstream records(conversation.accessLog());
+  int count = 0;
+  for (std::string record; std::getline(records, record); ++count) {
+    EXPECT_EQ(record.size() + 1, std::size_t{16 * 1024});
+    EXPECT_TRUE(record.ends_with("x…"));
+  }
+  EXPECT_EQ(count, 3);
+}
 
 }  // namespace
