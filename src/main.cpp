@@ -4,6 +4,7 @@
 #include "platform/Clock.h"
 #include "platform/ControlProtocol.h"
 #include "platform/Files.h"
+#include "platform/System.h"
 #include "server/CommandLine.h"
 #include "server/MCPServer.h"
 
@@ -56,6 +57,7 @@ int main(int count, char* words[]) {
   std::signal(SIGXFSZ, SIG_IGN);
   try {
     reserveStandardStreams();
+    System::forbidDumps();
     const std::span arguments(words + 1, static_cast<std::size_t>(count > 0 ? count - 1 : 0));
     const auto order = CommandLine::parsed(arguments, ControlProtocol::defaultDataRoot());
     if (const auto* saying = std::get_if<CommandLine::Say>(&order)) return say(*saying);

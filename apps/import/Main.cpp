@@ -64,6 +64,7 @@ int main(int count, char* words[]) {
   SummaryLang lang = SummaryLang::en;
   try {
     reserveStandardStreams();
+    System::forbidDumps();
     lang = AppLanguage::isChinese() ? SummaryLang::zh : SummaryLang::en;
     const std::span arguments(words + 1, static_cast<std::size_t>(count > 0 ? count - 1 : 0));
     const auto order =

@@ -4,6 +4,7 @@
 #include "platform/AppleFormat.h"
 #include "platform/Clock.h"
 #include "platform/Logger.h"
+#include "platform/System.h"
 #include "sample/Export.h"
 #include "sample/Household.h"
 #include "sample/Options.h"
@@ -42,6 +43,7 @@ int main(int argumentCount, char** arguments) {
   // Data roots are private, and one with invented people is no exception.
   umask(077);
   try {
+    System::forbidDumps();
     const Options options =
         parsedOptions(std::vector<std::string_view>(arguments + 1, arguments + argumentCount));
     if (!options.help) return write(options);

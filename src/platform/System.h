@@ -46,4 +46,9 @@ std::filesystem::path zoneFolder();
 /// in `etc` is a copy of a file instead of a link to it.
 std::optional<std::string> timeZoneName(const std::filesystem::path& etc = "/etc");
 
+/// Keeps this process's memory, which holds health values and the roster's keys, out of core files,
+/// and other processes of the same user from reading it. Throws std::system_error when the system
+/// refuses.
+void forbidDumps();
+
 }  // namespace System

@@ -5,12 +5,16 @@
 #include "platform/Text.h"
 
 #include <locale.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cwchar>
 #include <initializer_list>
 #include <memory>
 #include <string_view>
+#include <system_error>
 #include <type_traits>
 
 namespace {
@@ -100,4 +104,12 @@ DigitGrouping System::digitGrouping() {
   DigitGrouping grouping{separatorAsUTF8(conventions->thousands_sep), conventions->grouping};
   uselocale(previous);
   return grouping;
+}
+
+void System::forbidDumps() {
+  // A kernel that pipes core files to a program asks the first alone, others the second as well.
+  constexpr rlimit none{0, 0};
+  if (prctl(PR_SET_DUMPABLE, 0, 0, 0, 0) != 0 || setrlimit(RLIMIT_CORE, &none) != 0) {
+    throw std::system_error(errno, std::generic_category(), "core files");
+  }
 }

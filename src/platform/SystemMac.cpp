@@ -3,9 +3,12 @@
 #include "platform/System.h"
 
 #include <CoreFoundation/CoreFoundation.h>
+#include <sys/resource.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <memory>
+#include <system_error>
 #include <type_traits>
 #include <utility>
 
@@ -99,4 +102,11 @@ DigitGrouping System::digitGrouping() {
   if (first != 0) grouping.sizes += first;
   if (first != 0 && others != 0) grouping.sizes += others;
   return grouping;
+}
+
+void System::forbidDumps() {
+  constexpr rlimit none{0, 0};
+  if (setrlimit(RLIMIT_CORE, &none) != 0) {
+    throw std::system_error(errno, std::generic_category(), "core files");
+  }
 }
