@@ -4,6 +4,7 @@
 #include "platform/Clock.h"
 #include "platform/ControlProtocol.h"
 #include "platform/Files.h"
+#include "platform/MemoryReserve.h"
 #include "platform/System.h"
 #include "server/CommandLine.h"
 #include "server/MCPServer.h"
@@ -15,6 +16,7 @@
 #include <csignal>
 #include <cstddef>
 #include <exception>
+#include <new>
 #include <span>
 #include <string>
 #include <string_view>
@@ -58,12 +60,16 @@ int main(int count, char* words[]) {
   try {
     reserveStandardStreams();
     System::forbidDumps();
+    MemoryReserve::keep();
     const std::span arguments(words + 1, static_cast<std::size_t>(count > 0 ? count - 1 : 0));
     const auto order = CommandLine::parsed(arguments, ControlProtocol::defaultDataRoot());
     if (const auto* saying = std::get_if<CommandLine::Say>(&order)) return say(*saying);
     return serve(std::get<CommandLine::Serve>(order));
   } catch (const ReceiverError&) {
     return 1;  // The roster has already said what is wrong with it.
+  } catch (const std::bad_alloc&) {
+    writeAll(STDERR_FILENO, "larkspur-mcp: not enough memory\n");
+    return 1;
   } catch (const std::exception& error) {
     // Nothing could start, or the client is gone and nobody is left to answer.
     writeAll(STDERR_FILENO, std::string("larkspur-mcp: ") + error.what() + "\n");

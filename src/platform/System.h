@@ -51,4 +51,7 @@ std::optional<std::string> timeZoneName(const std::filesystem::path& etc = "/etc
 /// refuses.
 void forbidDumps();
 
+/// Gives the memory that was freed back to the system, where the C library would keep it.
+void returnFreedMemory();
+
 }  // namespace System

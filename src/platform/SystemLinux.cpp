@@ -7,6 +7,9 @@
 #include <locale.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 #include <algorithm>
 #include <cerrno>
@@ -112,4 +115,10 @@ void System::forbidDumps() {
   if (prctl(PR_SET_DUMPABLE, 0, 0, 0, 0) != 0 || setrlimit(RLIMIT_CORE, &none) != 0) {
     throw std::system_error(errno, std::generic_category(), "core files");
   }
+}
+
+void System::returnFreedMemory() {
+#ifdef __GLIBC__
+  malloc_trim(0);
+#endif
 }

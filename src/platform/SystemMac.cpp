@@ -110,3 +110,6 @@ void System::forbidDumps() {
     throw std::system_error(errno, std::generic_category(), "core files");
   }
 }
+
+/// The system takes memory back by itself when it needs some.
+void System::returnFreedMemory() {}

@@ -2,9 +2,12 @@
 #include "platform/ControlProtocol.h"
 #include "platform/Files.h"
 #include "platform/JsonFields.h"
+#include "platform/MemoryReserve.h"
 #include "platform/Text.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -67,7 +70,7 @@ Roster::Roster(std::filesystem::path path, Logger& log, Clock clock)
 namespace {
 
 /// Moves the unreadable roster at `path` out of the way and returns what to say about it.
-std::string setAside(const std::filesystem::path& path, double now, const std::exception& error) {
+std::string setAside(const std::filesystem::path& path, double now, const DecodingError& error) {
   std::filesystem::path backup = path;
   backup += ".broken-" + std::to_string(static_cast<std::int64_t>(now));
   std::error_code ignored;
@@ -80,10 +83,14 @@ std::string setAside(const std::filesystem::path& path, double now, const std::e
 void Roster::load() {
   const std::optional<std::string> contents = fileContents(path);
   if (!contents) return;
+  // The JSON library takes up to so many times the text, and ends the program where it finds no
+  // memory to take down again what it built.
+  constexpr std::size_t most = 64;
+  if (!MemoryReserve::couldHave(most * contents->size())) throw std::bad_alloc();
   File file;
   try {
     file = JsonFields::parsed(*contents).get<File>();
-  } catch (const std::exception& error) {
+  } catch (const DecodingError& error) {
     const std::string message = setAside(path, clock(), error);
     log.write(Logger::Level::error, message);
     throw ReceiverError(message);

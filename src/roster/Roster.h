@@ -64,7 +64,8 @@ public:
   /// Reads the file and replaces the members. A file that cannot be read (mostly: there is none)
   /// changes nothing. A file that is no roster is moved aside, to ".broken-" and the time behind
   /// its name, so that the next start runs with no members and the copy is kept; that is logged,
-  /// and thrown as ReceiverError.
+  /// and thrown as ReceiverError. One that memory does not suffice to read stays where it is:
+  /// std::bad_alloc.
   void load();
 
   /// A copy of all members, in the order of the file.

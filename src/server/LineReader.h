@@ -15,7 +15,7 @@ class LineReader {
 public:
   struct Line {
     std::string text;       ///< without its terminator; empty when `overlong`
-    bool overlong = false;  ///< the line was longer than the limit and was not kept
+    bool overlong = false;  ///< longer than the limit, or than memory holds, and was not kept
   };
 
   static constexpr std::size_t defaultLimit = 16 * 1024 * 1024;
@@ -23,7 +23,8 @@ public:
   explicit LineReader(ByteSource source, std::size_t limit = defaultLimit);
 
   /// The next line. A line feed ends it, a carriage return before the line feed belongs to the end;
-  /// a last line needs no end. `nullopt` after the last. What the source throws passes.
+  /// a last line needs no end. `nullopt` after the last. What the source throws passes; a lack of
+  /// memory does not.
   std::optional<Line> next();
 
 private:

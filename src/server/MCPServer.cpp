@@ -1,5 +1,7 @@
 #include "server/MCPServer.h"
 #include "platform/ControlProtocol.h"
+#include "platform/MemoryReserve.h"
+#include "platform/System.h"
 #include "platform/Text.h"
 #include "server/Instructions.h"
 #include "server/Wire.h"
@@ -13,6 +15,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <exception>
 #include <new>
 #include <optional>
@@ -24,6 +27,9 @@ namespace {
 constexpr const char* protocolVersion = "2024-11-05";
 constexpr const char* serverName = "larkspur";
 constexpr const char* serverVersion = "0.1";
+
+/// From here on a line leaves so much freed memory behind that it is worth giving back.
+constexpr std::size_t longLineSize = 1024 * 1024;
 
 }  // namespace
 
@@ -57,15 +63,26 @@ void MCPServer::run() {
   log.write(Logger::Level::info,
             "Larkspur MCP server 启动 · dataRoot=" + dataRoot.string() + " · 成员 " +
                 std::to_string(roster.members().size()));
-  while (const std::optional<LineReader::Line> line = input.next()) {
-    if (!line->overlong && trimmedBlanks(line->text).empty()) continue;
-    if (const std::optional<nlohmann::json> message = decoded(*line)) {
-      handle(*message);
-    } else {
-      log.write(Logger::Level::error, "收到解不开的一行,忽略");
+  while (std::optional<LineReader::Line> line = input.next()) {
+    MemoryReserve::restore();
+    const bool longLine = line->overlong || line->text.size() >= longLineSize;
+    try {
+      serve(*std::exchange(line, std::nullopt));
+    } catch (const std::bad_alloc&) {
+      // Too large for this machine: no reply, but the next line is served.
     }
+    if (longLine) System::returnFreedMemory();
   }
   log.write(Logger::Level::info, "stdin 关闭,退出");
+}
+
+void MCPServer::serve(const LineReader::Line& line) {
+  if (!line.overlong && trimmedBlanks(line.text).empty()) return;
+  if (const std::optional<nlohmann::json> message = decoded(line)) {
+    handle(*message);
+  } else {
+    log.write(Logger::Level::error, "收到解不开的一行,忽略");
+  }
 }
 
 namespace {

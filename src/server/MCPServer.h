@@ -36,12 +36,14 @@ public:
   /// aside.
   MCPServer(const std::filesystem::path& dataRoot, Surroundings surroundings);
 
-  /// Answers every line until the input ends. What the input or the output throws passes.
+  /// Answers every line until the input ends. What the input or the output throws passes. A line
+  /// that memory does not suffice for is left without a reply.
   void run();
 
 private:
   using Json = nlohmann::ordered_json;
 
+  void serve(const LineReader::Line& line);
   void handle(const nlohmann::json& message);
   Json reply(std::string_view method, const nlohmann::json& message);
   void send(const Json& reply);

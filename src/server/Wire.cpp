@@ -1,4 +1,5 @@
 #include "server/Wire.h"
+#include "platform/MemoryReserve.h"
 
 #include <nlohmann/json.hpp>
 
@@ -7,34 +8,49 @@
 
 namespace {
 
-/// Whether arrays and objects in `line` stand at most `limit` deep in each other. Looks at brackets
-/// outside strings alone; the parser judges the rest.
-bool nestedWithin(std::string_view line, std::size_t limit) {
+constexpr std::size_t deepest = 512;
+constexpr std::size_t mostValues = 100000;
+
+/// How many values `line` may hold, none fewer than it does; `nullopt` when they are too many or
+/// stand too deep in each other. Looks at what stands outside strings alone; the parser judges the
+/// rest.
+std::optional<std::size_t> valuesIn(std::string_view line) {
   std::size_t depth = 0;
+  // Each value stands at the start, behind an opening bracket or behind a comma.
+  std::size_t values = 1;
   bool inString = false;
   for (std::size_t index = 0; index < line.size(); ++index) {
     const char character = line[index];
     if (inString) {
       if (character == '\\') ++index;
       if (character == '"') inString = false;
-    } else if (character == '"') {
-      inString = true;
-    } else if (character == '[' || character == '{') {
-      if (++depth > limit) return false;
-    } else if ((character == ']' || character == '}') && depth > 0) {
-      --depth;
+      continue;
     }
+    const bool opens = character == '[' || character == '{';
+    if (opens && ++depth > deepest) return std::nullopt;
+    if ((opens || character == ',') && ++values > mostValues) return std::nullopt;
+    if (character == '"') inString = true;
+    if ((character == ']' || character == '}') && depth > 0) --depth;
   }
-  return true;
+  return values;
+}
+
+/// Whether there is memory to build so many values and to take them down again. The JSON library
+/// needs some for either, and ends the program where it finds none for the second.
+bool affordable(std::size_t values, std::size_t lineSize) {
+  // An object with one member takes 160 bytes, and to take it down takes 48.
+  constexpr std::size_t bytesPerValue = 256;
+  constexpr std::size_t negligible = 256;
+  return values <= negligible || MemoryReserve::couldHave(values * bytesPerValue + lineSize);
 }
 
 }  // namespace
 
 std::optional<nlohmann::json> Wire::decoded(std::string_view line) {
-  constexpr std::size_t deepest = 512;
   // The parser takes a zero byte outside texts for the end of its input.
   if (line.find('\0') != std::string_view::npos) return std::nullopt;
-  if (!nestedWithin(line, deepest)) return std::nullopt;
+  const std::optional<std::size_t> values = valuesIn(line);
+  if (!values || !affordable(*values, line.size())) return std::nullopt;
   constexpr bool throwing = false;
   nlohmann::json message = nlohmann::json::parse(line, nullptr, throwing);
   if (!message.is_object()) return std::nullopt;

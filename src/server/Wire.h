@@ -10,8 +10,8 @@
 namespace Wire {
 
 /// The JSON object that `line` holds; `nullopt` when the line is not JSON in valid UTF-8, is nested
-/// deeper than 512 levels, or holds anything else than one object. Of a key that stands twice, the
-/// last counts.
+/// deeper than 512 levels, holds more than 100,000 values, takes more memory than there is, or
+/// holds anything else than one object. Of a key that stands twice, the last counts.
 std::optional<nlohmann::json> decoded(std::string_view line);
 
 /// `message` as one line with its line feed, compact. Bytes that are no UTF-8 become U+FFFD. U+2028

@@ -147,4 +147,21 @@ TEST(Encoded, ReplacesWhatIsNoUTF8) {
   EXPECT_EQ(Wire::encoded({{"a", "\xE2\x80"}}), "{\"a\":\"\uFFFD\"}\n");
 }
 
+/// An object that holds `count` values, itself and the array in it included.
+std::string objectOf(std::size_t count) {
+  std::string line = R"({"a":[0)";
+  for (std::size_t value = 3; value < count; ++value) line += ",0";
+  return line + "]}";
+}
+
+TEST(Decoded, TakesAHundredThousandValuesAndNoMore) {
+  EXPECT_TRUE(Wire::decoded(objectOf(100000)));
+  EXPECT_FALSE(Wire::decoded(objectOf(100001)));
+}
+
+TEST(Decoded, CountsNoValuesInsideTexts) {
+  EXPECT_TRUE(Wire::decoded("{\"a\":\"" + std::string(200000, ',') + "\"}"));
+  EXPECT_TRUE(Wire::decoded(R"({"a":"\")" + std::string(200000, '[') + "\"}"));
+}
+
 }  // namespace

@@ -82,8 +82,10 @@ void ChildProcess::write(std::string_view bytes) const {
 
 std::string ChildProcess::nextLine() {
   std::size_t end = written.find('\n');
-  for (; end == std::string::npos; end = written.find('\n')) {
+  while (end == std::string::npos) {
+    const std::size_t searched = written.size();
     if (!readMore()) throw std::runtime_error("the program wrote no further line");
+    end = written.find('\n', searched);
   }
   const std::string line = written.substr(0, end);
   written.erase(0, end + 1);
@@ -100,10 +102,14 @@ void ChildProcess::stopReading() {
   closeOnce(errors);
 }
 
-std::optional<std::size_t> ChildProcess::peakMemory() const {
-  // Linux tells; the time-honoured getrusage would count what this process was at the fork.
+std::optional<std::size_t> ChildProcess::peakMemory() const { return statusOf("VmHWM:"); }
+
+std::optional<std::size_t> ChildProcess::memory() const { return statusOf("VmRSS:"); }
+
+/// A size in bytes that Linux tells; the time-honoured getrusage would count what this process was
+/// at the fork.
+std::optional<std::size_t> ChildProcess::statusOf(std::string_view label) const {
   std::ifstream status("/proc/" + std::to_string(process) + "/status");
-  constexpr std::string_view label = "VmHWM:";
   constexpr std::size_t kibibyte = 1024;
   for (std::string line; std::getline(status, line);) {
     if (line.starts_with(label)) return std::stoull(line.substr(label.size())) * kibibyte;

@@ -46,10 +46,14 @@ public:
   /// does not tell.
   std::optional<std::size_t> peakMemory() const;
 
+  /// The memory that it has at this moment, in the same way.
+  std::optional<std::size_t> memory() const;
+
   /// Closes the program's input and waits for its end; the output is what no `nextLine` took.
   Ending finished();
 
 private:
+  std::optional<std::size_t> statusOf(std::string_view label) const;
   bool readMore();
 
   pid_t process = -1;
