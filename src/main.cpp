@@ -39,6 +39,7 @@ int serve(const CommandLine::Serve& order) {
        .clock = systemTime,
        .input = [](char* buffer, std::size_t size) { return readSome(STDIN_FILENO, buffer, size); },
        .output = writeLine});
+  server.confine();
   server.run();
   return 0;
 }

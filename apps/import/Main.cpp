@@ -2,6 +2,7 @@
 // to the import.
 
 #include "import/Import.h"
+#include "import/ImportConfinement.h"
 #include "import/ImportError.h"
 #include "import/SystemFailure.h"
 #include "platform/AppLanguage.h"
@@ -43,6 +44,7 @@ int say(const ImportCommandLine::Say& order) {
 }
 
 int bringIn(const ImportOrder& order, SummaryLang lang) {
+  confine(order);
   const auto kind =
       isatty(STDERR_FILENO) == 1 ? ImportProgress::Kind::terminal : ImportProgress::Kind::log;
   const ImportReport report = runImport(order,

@@ -1,6 +1,7 @@
 #pragma once
 // What the program asks of the system it runs on. One contract; SystemPosix.cpp keeps what all
-// systems have in common, SystemLinux.cpp or SystemMac.cpp the rest.
+// systems have in common, SystemLinux.cpp or SystemMac.cpp the rest, and SandboxLinux.cpp or
+// SandboxNone.cpp what a program gives up.
 
 #include "platform/Locale.h"
 
@@ -53,5 +54,40 @@ void forbidDumps();
 
 /// Gives the memory that was freed back to the system, where the C library would keep it.
 void returnFreedMemory();
+
+/// What a confined program still needs of the file system. Whatever is not there is left out.
+struct Reach {
+  /// Files, and folders with all that lies below them, that are read.
+  std::vector<std::filesystem::path> read;
+
+  /// Databases that are read while somebody else writes them: files are made and written beside
+  /// them, none removed. Each may be missing, and it, its folder or the drive that it lies on may
+  /// come, go or be replaced later.
+  std::vector<std::filesystem::path> databases;
+
+  /// Folders below which everything may be made, written, renamed and removed.
+  std::vector<std::filesystem::path> change;
+
+  /// A file or folder whose drive stays mounted while the program runs, because it holds a file
+  /// open there.
+  std::filesystem::path staying;
+};
+
+/// What the kernel refuses to a confined program.
+struct Confinement {
+  bool files = false;    ///< every file and folder beyond its reach
+  bool network = false;  ///< addresses of the network, even on sockets that it was given
+  bool calls = false;    ///< sockets, new processes and programs, tracing others
+
+  bool operator==(const Confinement&) const = default;
+};
+
+/// Confines this process to `reach`, for good, as far as the running kernel can; tells what holds.
+/// What is open already stays open. Any path, also a relative one, is as it is at this moment.
+Confinement confine(const Reach& reach);
+
+/// What the C library reads whenever it pleases: time zones, locales and character sets, where the
+/// environment or the system keeps them.
+std::vector<std::filesystem::path> filesOfTheLibrary();
 
 }  // namespace System

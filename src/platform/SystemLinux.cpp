@@ -122,3 +122,20 @@ void System::returnFreedMemory() {
   malloc_trim(0);
 #endif
 }
+
+std::vector<std::filesystem::path> System::filesOfTheLibrary() {
+  // Character sets are modules in a folder of the libraries, whose name differs from system to
+  // system.
+  std::vector<std::filesystem::path> files{
+      "/etc/localtime", "/usr/share/zoneinfo", "/usr/share/locale", "/usr/lib", "/usr/lib64"};
+  for (const char* name : {"TZDIR", "LOCPATH", "LOCALE_ARCHIVE", "GCONV_PATH"}) {
+    for (const std::string& path : languageTags(environment(name).value_or(""))) {
+      files.emplace_back(path);
+    }
+  }
+  // ":/usr/share/zoneinfo/Europe/Berlin" is one way to write a file's name.
+  const std::string zone = environment("TZ").value_or("");
+  const std::string file = zone.starts_with(':') ? zone.substr(1) : zone;
+  if (file.starts_with('/')) files.emplace_back(file);
+  return files;
+}

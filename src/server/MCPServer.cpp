@@ -3,6 +3,7 @@
 #include "platform/MemoryReserve.h"
 #include "platform/System.h"
 #include "platform/Text.h"
+#include "server/Confinement.h"
 #include "server/Instructions.h"
 #include "server/Wire.h"
 #include "tools/Arguments.h"
@@ -28,8 +29,8 @@ constexpr const char* protocolVersion = "2024-11-05";
 constexpr const char* serverName = "larkspur";
 constexpr const char* serverVersion = "0.1";
 
-/// From here on a line leaves so much freed memory behind that it is worth giving back.
-constexpr std::size_t longLineSize = 1024 * 1024;
+/// From here on a line may leave so much freed memory behind that it is worth giving back.
+constexpr std::size_t longLineSize = 64 * 1024;
 
 }  // namespace
 
@@ -58,6 +59,8 @@ std::optional<nlohmann::json> decoded(const LineReader::Line& line) {
 }
 
 }  // namespace
+
+void MCPServer::confine() { ::confine(dataRoot, roster.members(), log); }
 
 void MCPServer::run() {
   log.write(Logger::Level::info,

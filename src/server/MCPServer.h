@@ -36,6 +36,10 @@ public:
   /// aside.
   MCPServer(const std::filesystem::path& dataRoot, Surroundings surroundings);
 
+  /// Gives up, for the whole process and for good, what no line can need, where the system has the
+  /// means; see server/Confinement.h.
+  void confine();
+
   /// Answers every line until the input ends. What the input or the output throws passes. A line
   /// that memory does not suffice for is left without a reply.
   void run();

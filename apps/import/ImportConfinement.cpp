@@ -1,0 +1,79 @@
+#include "import/ImportConfinement.h"
+#include "import/ImportError.h"
+#include "import/Recipient.h"
+#include "import/RosterDocument.h"
+#include "platform/System.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <optional>
+#include <system_error>
+#include <vector>
+
+namespace {
+
+using std::filesystem::path;
+
+/// The folder that holds the file at `place`, wherever links to it lie.
+path folderOf(const path& place) {
+  std::error_code unknown;
+  return std::filesystem::weakly_canonical(place, unknown).parent_path();
+}
+
+/// `folder`, or where it will be made the nearest that is there.
+path nearestExisting(path folder) {
+  std::error_code unknown;
+  while (folder.has_relative_path() && !std::filesystem::is_directory(folder, unknown)) {
+    folder = folder.parent_path();
+  }
+  return folder;
+}
+
+/// The database of the member whom the roster names; `nullopt` without one. What is wrong with the
+/// roster or the name, the import will say.
+std::optional<path> databaseOf(const ImportOrder& order, const path& roster) {
+  try {
+    const std::optional<Member> member =
+        recipient(RosterDocument(roster).members(), order.name, order.id);
+    if (member) return member->dbPath;
+  } catch (const ImportError&) {
+  }
+  return std::nullopt;
+}
+
+/// Where SQLite puts what it sorts and cannot hold in memory: the first of these that it can use.
+std::optional<path> folderForTemporaryFiles() {
+  std::vector<path> folders;
+  for (const char* name : {"SQLITE_TMPDIR", "TMPDIR"}) {
+    if (const auto folder = System::environment(name)) folders.emplace_back(*folder);
+  }
+  for (const char* folder : {"/var/tmp", "/usr/tmp", "/tmp"}) folders.emplace_back(folder);
+  const auto usable = std::ranges::find_if(folders, [](const path& folder) {
+    std::error_code unknown;
+    return std::filesystem::is_directory(folder, unknown) &&
+           access(folder.c_str(), W_OK | X_OK) == 0;
+  });
+  if (usable == folders.end()) return std::nullopt;
+  return *usable;
+}
+
+}  // namespace
+
+void confine(const ImportOrder& order) {
+  System::Reach reach{
+      .read = System::filesOfTheLibrary(), .databases = {}, .change = {}, .staying = {}};
+  reach.read.push_back(order.source);
+
+  const path root = std::filesystem::absolute(order.dataRoot).lexically_normal();
+  const path roster = root / "members.json";
+  reach.change.push_back(nearestExisting(root));
+  reach.change.push_back(folderOf(roster));
+  if (const std::optional<path> database = databaseOf(order, roster)) {
+    reach.change.push_back(folderOf(*database));
+  }
+
+  if (const std::optional<path> folder = folderForTemporaryFiles()) reach.change.push_back(*folder);
+
+  System::confine(reach);
+}

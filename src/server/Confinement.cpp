@@ -1,0 +1,28 @@
+#include "server/Confinement.h"
+#include "platform/System.h"
+
+#include <string>
+
+namespace {
+
+System::Reach reachOf(const std::filesystem::path& dataRoot, const std::vector<Member>& members) {
+  System::Reach reach{.read = System::filesOfTheLibrary(),
+                      .databases = {},
+                      .change = {},
+                      .staying = dataRoot};  // the access log is open there
+  reach.read.push_back(dataRoot);
+  for (const Member& member : members) reach.databases.emplace_back(member.dbPath);
+  return reach;
+}
+
+const char* held(bool holds) { return holds ? "是" : "否"; }
+
+}  // namespace
+
+void confine(const std::filesystem::path& dataRoot, const std::vector<Member>& members,
+             Logger& log) {
+  const System::Confinement confinement = System::confine(reachOf(dataRoot, members));
+  log.write(Logger::Level::debug,
+            std::string("内核限制:文件 ") + held(confinement.files) + ",网络 " +
+                held(confinement.network) + ",系统调用 " + held(confinement.calls));
+}
