@@ -2,6 +2,10 @@
 # and a client bundle for every other Linux, whose server carries them. `make package` builds and
 # tests them.
 
+if(NOT LARKSPUR_SANDBOX)
+  message(FATAL_ERROR "A package without LARKSPUR_SANDBOX would not keep what SECURITY.md promises.")
+endif()
+
 set(LARKSPUR_MAINTAINER_NAME "larkspur-mcp maintainers"
   CACHE STRING "Who answers for the packages")
 set(LARKSPUR_MAINTAINER_MAIL "maintainers@larkspur.example"
