@@ -85,8 +85,7 @@ TEST_P(ScarceMemory, EndsNoServer) {
   EXPECT_EQ(program.finished().status, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Mebibytes, ScarceMemory,
-                         testing::Values(64, 80, 112, 200, 300));
+INSTANTIATE_TEST_SUITE_P(Mebibytes, ScarceMemory, testing::Values(64, 80, 112, 200, 300));
 
 TEST(ScarceMemory, IsNamedByAServerThatCannotStart) {
   const Household household;
