@@ -1,11 +1,11 @@
 // One day in full.
 
+#include "platform/Text.h"
 #include "store/HealthStore.h"
 #include "store/Queries.h"
 
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <map>
 #include <utility>
 
@@ -40,20 +40,23 @@ bool addsUp(std::string_view type) {
 struct SourceSum {
   double sum = 0;
   std::int64_t count = 0;
-  std::int64_t firstRow = std::numeric_limits<std::int64_t>::max();
+  std::int64_t firstRow = 0;
   std::string unit;  ///< of the first row
 };
 
-/// By type and source, those without a name first.
+/// By type and source, those without a name first. Names are the bytes that are stored: two that
+/// are repaired to the same text are still two sources, which overlap.
 using SourceSums = std::map<std::pair<std::string, std::optional<std::string>>, SourceSum>;
 
 /// One row for each type.
 std::vector<DayRow> rowsOf(const SourceSums& sums) {
   std::vector<DayRow> rows;
+  const std::string* lastType = nullptr;
   for (const auto& [key, source] : sums) {
     const std::string& type = key.first;
-    if (rows.empty() || rows.back().type != type) {
-      rows.push_back({type, source.sum, source.count, source.unit});
+    if (lastType == nullptr || *lastType != type) {
+      rows.push_back({repaired(type), source.sum, source.count, source.unit});
+      lastType = &type;
       continue;
     }
     DayRow& row = rows.back();
@@ -80,11 +83,13 @@ std::vector<DayRow> HealthStore::dayDetail(std::string_view day) const {
   while (const std::optional<Row> row = query.next()) {
     const std::optional<double> value = Queries::valueIn(*row, 2);
     if (!value) continue;
-    SourceSum& source = sums[{row->text(0), row->find<std::string>(1)}];
+    const std::optional<std::string_view> name = row->find<std::string_view>(1);
+    SourceSum& source =
+        sums[{std::string(row->bytes(0)), name ? std::optional(std::string(*name)) : std::nullopt}];
     source.sum += *value;
     ++source.count;
     const std::int64_t number = row->find<std::int64_t>(4).value_or(0);
-    if (number >= source.firstRow) continue;
+    if (source.count > 1 && number >= source.firstRow) continue;
     source.firstRow = number;
     source.unit = row->text(3);
   }

@@ -53,6 +53,19 @@ TEST(BrokenText, IsRepairedInSeriesAndValues) {
   }
 }
 
+TEST(BrokenText, OfTwoSourcesDoesNotMakeThemOne) {
+  TestDatabase database;
+  for (const char* row : {"57FF' AS TEXT), 8000, 9223372036854775807", "57FE' AS TEXT), 7500, 5"}) {
+    database.run(
+        "INSERT INTO records (type, unit, start_date, start_day, source_name, value_num,"
+        " rowid) VALUES ('StepCount', 'count', 'a', '2024-03-01', CAST(x'" +
+        std::string(row) + ")");
+  }
+
+  EXPECT_EQ(database.open().dayDetail("2024-03-01"),
+            (std::vector<DayRow>{{"StepCount", 8000, 2, "count"}}));
+}
+
 TEST(BrokenText, OfACountedSourceIsRepaired) {
   TestDatabase database;
   database.run("INSERT INTO stat_sources VALUES (CAST(x'57C3' AS TEXT), 1, '2024')");
