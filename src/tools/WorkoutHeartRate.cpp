@@ -72,7 +72,9 @@ std::string textOf(const std::vector<WorkoutHeartRatePoint>& samples) {
     sample["bpm"] = point.bpm;
     sample["segment"] = point.segment;
     const std::string element = Tools::documentText(sample);
-    if (text.empty()) text.reserve(samples.size() * (element.size() + element.size() / 8));
+    // Samples are mostly of one length. The first may be an exception, a megabyte long.
+    constexpr std::size_t mostAtOnce = 2UL << 20;
+    if (text.empty()) text.reserve(std::min(mostAtOnce, samples.size() * (element.size() + 16)));
     text.append(text.empty() ? "" : ",").append(element);
   }
   return text;

@@ -99,6 +99,18 @@ TEST(GetWorkoutHeartRate, LeavesIdentifiersOfTheRightFormToTheStore) {
   }
 }
 
+TEST(GetWorkoutHeartRate, AnswersWhenTheFirstSampleIsFarLongerThanTheOthers) {
+  Household household;
+  TestDatabase& database = household.add("m1", "Ann");
+  database.addWorkout(hourOfRunning());
+  TestRecord first = sampleAfter(0);
+  first.device = std::string(20000000, 'd');
+  database.addRecord(first);
+  for (int second = 1; second < 3600; ++second) database.addRecord(sampleAfter(second));
+
+  EXPECT_EQ(documentOf(household, asking({{"limit", 5000}})).at("samples").size(), 3600U);
+}
+
 struct RefusedCase {
   std::string name;
   std::string key;
