@@ -1,5 +1,5 @@
 #pragma once
-// The writing that an import cannot do without: its rows, and nothing but them.
+// The baseline of writing: its rows, and nothing but them.
 
 #include "import/Cost.h"
 

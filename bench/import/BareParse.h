@@ -1,5 +1,5 @@
 #pragma once
-// The reading that an import cannot do without: the archive inflated, its XML told apart.
+// The baseline of reading: the archive inflated, its XML told apart.
 
 #include "import/Cost.h"
 

@@ -1,5 +1,5 @@
 #pragma once
-// What it costs to import an export, beside what an import cannot do without.
+// What it costs to import an export, beside its baseline.
 
 #include "process/Measurement.h"
 

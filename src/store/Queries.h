@@ -16,8 +16,8 @@ inline std::optional<double> valueIn(const Row& row, int column) {
   return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
-/// The same as a condition: SQLite sorts text and blobs behind all numbers. The sign keeps it from
-/// taking the numbers for text first, where that is the column's type.
+/// The same as a condition: SQLite sorts text and blobs behind all numbers. The plus sign removes
+/// the column's affinity; beside a column of texts SQLite would compare the bounds as texts.
 inline const std::string hasValue = "+value_num > -9e999 AND +value_num < 9e999";
 
 /// A table "present" of every record type, each found by one seek into an index: a member has some

@@ -141,7 +141,7 @@ const std::vector<StateCase> indexedStates{
     {"WithoutStatistics", "DROP TABLE stat_types; DROP TABLE stat_sources; DROP TABLE stat_meta"},
     {"Analysed", "ANALYZE"},
     {"WithoutHumidity", "DROP TABLE workout_humidity"},
-    // Days that no walk gets past, and one that only SQLite can tell the year of.
+    // Days that are no days, and one that only SQLite can tell the year of.
     {"OddDays",
      "UPDATE records SET start_day = CAST(X'323032342D30332D3135FF' AS TEXT) "
      "WHERE start_day = '2024-03-15'; "

@@ -21,7 +21,7 @@
 namespace {
 
 using Json = nlohmann::json;
-using Statements = std::set<std::string>;
+using Statements = std::multiset<std::string>;
 
 /// The statements in the log at `path`.
 Statements statementsIn(const std::string& path) {
