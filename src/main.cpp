@@ -69,11 +69,11 @@ int main(int count, char* words[]) {
   } catch (const ReceiverError&) {
     return 1;  // The roster has already said what is wrong with it.
   } catch (const std::bad_alloc&) {
-    writeAll(STDERR_FILENO, "larkspur-mcp: not enough memory\n");
+    writeWithoutWaiting(STDERR_FILENO, "larkspur-mcp: not enough memory\n");
     return 1;
   } catch (const std::exception& error) {
     // Nothing could start, or the client is gone and nobody is left to answer.
-    writeAll(STDERR_FILENO, std::string("larkspur-mcp: ") + error.what() + "\n");
+    writeWithoutWaiting(STDERR_FILENO, std::string("larkspur-mcp: ") + error.what() + "\n");
     return 1;
   }
 }

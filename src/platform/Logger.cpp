@@ -13,8 +13,9 @@
 
 namespace {
 
-/// A descriptor that appends to the file at `path`, or -1. Never waits, and takes no pipe: one in
-/// the file's place could hold up the program, or end it when its reader leaves.
+/// A descriptor that appends to the file at `path`, or -1. Never waits, and takes neither a pipe
+/// nor a terminal: one in the file's place could hold up the program, or end it when its reader
+/// leaves.
 int appending(const std::filesystem::path& path) {
   std::error_code ignored;
   std::filesystem::create_directories(path.parent_path(), ignored);
@@ -22,9 +23,9 @@ int appending(const std::filesystem::path& path) {
   const int descriptor =
       open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, ownerOnly);
   struct stat status {};
-  if (descriptor < 0 || (fstat(descriptor, &status) == 0 && !S_ISFIFO(status.st_mode))) {
-    return descriptor;
-  }
+  if (descriptor < 0) return -1;
+  const bool known = fstat(descriptor, &status) == 0;
+  if (known && !S_ISFIFO(status.st_mode) && isatty(descriptor) == 0) return descriptor;
   close(descriptor);
   return -1;
 }
