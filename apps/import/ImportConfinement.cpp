@@ -69,6 +69,7 @@ void confine(const ImportOrder& order) {
   const path roster = root / "members.json";
   reach.change.push_back(nearestExisting(root));
   reach.change.push_back(folderOf(roster));
+  reach.change.push_back(root / "members");  // which may be a link to another drive
   if (const std::optional<path> database = databaseOf(order, roster)) {
     reach.change.push_back(folderOf(*database));
   }

@@ -102,7 +102,10 @@ public:
     if (fstat(file.get(), &status) != 0) return false;
     const std::uint64_t possible = S_ISDIR(status.st_mode) ? refused.files : ofOneFile;
     const landlock_path_beneath_attr rule{rights & possible & refused.files, file.get()};
-    return syscall(SYS_landlock_add_rule, rules.get(), LANDLOCK_RULE_PATH_BENEATH, &rule, 0U) == 0;
+    // What has no place in a file system, such as the pipe behind /dev/stdin, is never refused.
+    return syscall(SYS_landlock_add_rule, rules.get(), LANDLOCK_RULE_PATH_BENEATH, &rule, 0U) ==
+               0 ||
+           errno == EBADFD;
   }
 
   bool enforce() const { return syscall(SYS_landlock_restrict_self, rules.get(), 0U) == 0; }
@@ -124,7 +127,11 @@ path withoutLinks(path place) {
   constexpr int mostLinks = 40;
   for (int links = 0; links < mostLinks; ++links) {
     std::error_code error;
-    place = std::filesystem::weakly_canonical(std::filesystem::absolute(place, error), error);
+    place = std::filesystem::absolute(place, error);
+    path resolved = std::filesystem::weakly_canonical(place, error);
+    // Links that go round or a folder that may not be entered can be put right later.
+    if (error) return place.lexically_normal();
+    place = std::move(resolved);
     path walked;
     auto part = place.begin();
     for (; part != place.end(); ++part) {
