@@ -67,7 +67,8 @@ void Logger::write(Level level, std::string_view message) {
 }
 
 void Logger::append(std::string_view record) {
-  const std::string line = (torn ? "\n" : "") + std::string(record);
+  std::string line(torn ? "\n" : "");
+  line.append(record);
   const std::size_t written = writeWhatFits(handle, line);
   // Where nothing was written, the end of the file is as it was.
   if (written > 0) torn = written < line.size();

@@ -1,5 +1,6 @@
 #include "server/Confinement.h"
 #include "platform/System.h"
+#include "platform/Text.h"
 
 #include <string>
 
@@ -23,6 +24,6 @@ void confine(const std::filesystem::path& dataRoot, const std::vector<Member>& m
              Logger& log) {
   const System::Confinement confinement = System::confine(reachOf(dataRoot, members));
   log.write(Logger::Level::debug,
-            std::string("内核限制:文件 ") + held(confinement.files) + ",网络 " +
-                held(confinement.network) + ",系统调用 " + held(confinement.calls));
+            filled("内核限制:文件 {0},网络 {1},系统调用 {2}",
+                   {held(confinement.files), held(confinement.network), held(confinement.calls)}));
 }
