@@ -67,8 +67,8 @@ const imported = {
       env: { ...process.env, ...this.environment },
     });
     if (status !== 0) {
-      if (!zone) console.error('In this demo a time zone is added as: make demo EXPORT=... ZONE=Area/City');
-      process.exit(1);
+      const how = 'In this demo a time zone is added as: make demo EXPORT=... ZONE=Area/City';
+      throw new Error(zone ? 'The import failed.' : `The import failed. ${how}`);
     }
     const roster = JSON.parse(readFileSync(join(this.dataRoot, 'members.json'), 'utf8'));
     const { lastSyncAt = Date.now() / 1000 } = roster.members[0];
