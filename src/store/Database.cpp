@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -37,8 +38,8 @@ std::optional<std::string_view> Row::find<std::string_view>(int index) const {
   if (sqlite3_value_type(value) == SQLITE_NULL) return std::nullopt;
   // Text before length: the first of the two calls may convert the value.
   const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-  const auto length = static_cast<std::size_t>(sqlite3_value_bytes(value));
-  return text == nullptr ? std::string_view() : std::string_view(text, length);
+  if (text == nullptr) throw std::bad_alloc();
+  return std::string_view(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
 }
 
 template <>

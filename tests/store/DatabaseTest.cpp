@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <limits>
+#include <new>
 #include <optional>
 #include <string>
 #include <vector>
@@ -88,6 +90,27 @@ TEST_F(DatabaseFile, ReadsNullTextAsEmpty) {
   const std::optional<Row> row = query.next();
   EXPECT_EQ(row->text(0), "");
   EXPECT_EQ(row->text(1), "a");
+}
+
+// SQLite's limit of memory can only be lowered, so the process that lowers it ends.
+TEST(DatabaseMemoryDeathTest, DoesNotTakeTextForEmptyWhereMemoryIsShort) {
+  const TemporaryFolder folder;
+  const auto readWithoutMemory = [path = (folder / "wide.sqlite").string()] {
+    Database database(path, creating);
+    Database another(path, creating);
+    // Stored in another encoding, a text is converted when it is read, which takes memory.
+    database.exec("PRAGMA encoding='UTF-16'; CREATE TABLE t (x)");
+    database.exec("INSERT INTO t VALUES (printf('%.*c', 1000000, 'x'))");
+    Statement query = database.prepare("SELECT x FROM t");
+    const std::optional<Row> row = query.next();
+    failureOf([&another] { another.exec("PRAGMA hard_heap_limit=1"); });
+    try {
+      std::exit(row->bytes(0).empty() ? 1 : 2);
+    } catch (const std::bad_alloc&) {
+      std::exit(0);
+    }
+  };
+  EXPECT_EXIT(readWithoutMemory(), testing::ExitedWithCode(0), "");
 }
 
 /// The type and the value, as SQLite writes them, of the one row of t.
