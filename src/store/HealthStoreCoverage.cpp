@@ -4,24 +4,18 @@
 #include "store/HealthStore.h"
 #include "store/Queries.h"
 
-#include <algorithm>
-
 RecordedDays HealthStore::recordedDays() const {
-  Statement query =
-      prepare(Queries::presentTypes +
-              "SELECT (SELECT MIN(start_day) FROM records WHERE records.type = present.type),\n"
-              "       (SELECT MAX(start_day) FROM records WHERE records.type = present.type)\n"
-              "FROM present");
-  RecordedDays days;
-  std::optional<std::string> first;
-  while (const std::optional<Row> row = query.next()) {
-    ++days.typeCount;
-    const std::optional<std::string> firstOfType = row->find<std::string>(0);
-    if (firstOfType && (!first || *firstOfType < *first)) first = firstOfType;
-    days.last = std::max(days.last, row->text(1));
-  }
-  days.first = first.value_or("");
-  return days;
+  Statement query = prepare(Queries::presentTypes + R"sql(
+SELECT COUNT(*), MIN(first), MAX(last) FROM (
+  SELECT (SELECT MIN(start_day) FROM records WHERE records.type = present.type) AS first,
+         (SELECT MAX(start_day) FROM records WHERE records.type = present.type) AS last
+  FROM present)
+)sql");
+  const std::optional<Row> row = query.next();
+  if (!row) return {};
+  return {.typeCount = row->find<std::int64_t>(0).value_or(0),
+          .first = row->text(1),
+          .last = row->text(2)};
 }
 
 SummaryCoverage HealthStore::coverage() const {

@@ -104,6 +104,18 @@ TEST(Coverage, OfAnEmptyDatabaseIsEmpty) {
   EXPECT_TRUE(database.open().yearlyCounts().byYear.empty());
 }
 
+TEST(Coverage, OrdersDaysAsTheyAreStored) {
+  TestDatabase database;
+  // Repaired to valid text, the broken bytes would come before the emoji.
+  database.run(
+      "INSERT INTO records (type, start_date, start_day) VALUES "
+      "('HeartRate', 'a', CAST(x'32303234FF' AS TEXT)), "
+      "('StepCount', 'b', CAST(x'32303234F09F9880' AS TEXT))");
+
+  EXPECT_EQ(database.open().coverage().firstDay, "2024\xF0\x9F\x98\x80");
+  EXPECT_EQ(database.open().coverage().lastDay, "2024\xEF\xBF\xBD");
+}
+
 TEST(Coverage, TellsRangeTypesAndDevicesAndLeavesTheRest) {
   TestDatabase database;
   database.addRecords({heartRate("2023-05-01", 60),
