@@ -6,6 +6,7 @@
 #include "summary/DailySeries.h"
 #include "support/TestDatabase.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -68,6 +69,11 @@ private:
   bool oddDays;
   std::mt19937 random;
 };
+
+/// Of the random types, those whose values add up over a day.
+bool addsUp(const std::string& type) {
+  return type == "StepCount" || type == "DistanceWalkingRunning";
+}
 
 class PlainQueries : public testing::TestWithParam<unsigned> {
 protected:
@@ -182,19 +188,53 @@ TEST_P(PlainQueries, GiveTheSameSourcesWithoutStatistics) {
 TEST_P(PlainQueries, GiveTheSameDays) {
   const HealthStore store = database.open();
   for (const std::string day : {"2019-03-05", "2020-03-05", "2022-11-11", "2018-01-01"}) {
-    std::map<std::string, std::int64_t> samples;
     Statement query = store.prepare(
-        "SELECT type, COUNT(*) FROM records WHERE start_day=? AND value_num IS NOT NULL AND "
-        "typeof(value_num) = 'real' GROUP BY type");
+        "SELECT type, COUNT(*), SUM(value_num) FROM records WHERE start_day=? AND "
+        "value_num IS NOT NULL AND typeof(value_num) = 'real' GROUP BY type, source_name");
     query.bind(1, day);
+    std::map<std::string, DayRow>
+        plain;  // by type; the value is the largest sum, or the sum of all
     while (const std::optional<Row> row = query.next()) {
-      samples[row->text(0)] = row->find<std::int64_t>(1).value();
+      const double sum = row->find<double>(2).value();
+      const std::string type = row->text(0);
+      const auto [found, isFirst] = plain.try_emplace(type, DayRow{type, sum, 0, ""});
+      DayRow& ofType = found->second;
+      ofType.samples += row->find<std::int64_t>(1).value();
+      if (isFirst) continue;
+      ofType.value = addsUp(ofType.type) ? std::max(ofType.value, sum) : ofType.value + sum;
     }
 
-    std::map<std::string, std::int64_t> ours;
-    for (const DayRow& row : store.dayDetail(day)) ours[row.type] = row.samples;
+    const std::vector<DayRow> ours = store.dayDetail(day);
 
-    EXPECT_EQ(ours, samples) << day;
+    ASSERT_EQ(ours.size(), plain.size()) << day;
+    for (const DayRow& row : ours) {
+      const DayRow& expected = plain.at(row.type);
+      const double divisor = addsUp(row.type) ? 1 : static_cast<double>(expected.samples);
+      EXPECT_EQ(row.samples, expected.samples) << day << row.type;
+      EXPECT_NEAR(row.value, expected.value / divisor, 1e-6) << day << row.type;
+    }
+  }
+}
+
+TEST_P(PlainQueries, GiveTheSameLatestValues) {
+  const HealthStore store = database.open();
+  for (const std::string type : {"StepCount", "HeartRate", "BodyMass", "Nothing"}) {
+    // Of records that begin at the same time any may be the latest.
+    Statement query = store.prepare(
+        "SELECT start_day, value_num FROM records WHERE type=?1 AND typeof(value_num) = 'real' AND "
+        "start_date = (SELECT MAX(start_date) FROM records WHERE type=?1 AND "
+        "typeof(value_num) = 'real')");
+    query.bind(1, type);
+    const std::vector<DatedValue> latest = query.readAll([](const Row& row) {
+      return DatedValue{row.text(0), *row.find<double>(1)};
+    });
+
+    const std::optional<DatedValue> ours = store.latestValue(type);
+
+    ASSERT_EQ(ours.has_value(), !latest.empty()) << type;
+    if (ours) {
+      EXPECT_THAT(latest, testing::Contains(*ours)) << type;
+    }
   }
 }
 
