@@ -45,7 +45,11 @@ BareQuery Floor::recordsOf(const std::vector<std::string>& types, const std::str
 }
 
 BareQuery Floor::workouts(const std::string& from, const std::string& to) {
-  return {"SELECT * FROM workouts WHERE start_day BETWEEN ? AND ?", {{from, to}}};
+  return {
+      "SELECT activity_type, start_date, end_date, source_name, duration_min, distance_km, "
+      "active_energy_kcal, basal_energy_kcal, hr_avg, hr_min, hr_max, elevation_m, avg_mets, "
+      "indoor, temp_c, humidity_pct FROM workouts WHERE start_day BETWEEN ? AND ?",
+      {{from, to}}};
 }
 
 BareQuery Floor::workoutKeys() {
@@ -54,8 +58,7 @@ BareQuery Floor::workoutKeys() {
 
 BareQuery Floor::heartRates(const std::string& from, const std::string& to) {
   return {
-      "SELECT rowid, start_date, end_date, source_name, device, unit, value, value_num FROM "
-      "records "
+      "SELECT rowid, start_date, source_name, unit, value_num FROM records "
       "WHERE type='HeartRate' AND start_day BETWEEN ? AND ?",
       {{from, to}}};
 }

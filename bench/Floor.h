@@ -31,13 +31,13 @@ BareQuery values(const std::string& type, const std::string& from, const std::st
 /// The records of each type on one day.
 BareQuery recordsOf(const std::vector<std::string>& types, const std::string& day);
 
-/// The workouts of a range of days in full.
+/// The workouts of a range of days: the columns that an answer shows.
 BareQuery workouts(const std::string& from, const std::string& to);
 
 /// The four texts that a workout's identifier is made of, of all workouts.
 BareQuery workoutKeys();
 
-/// The heart-rate records of a range of days, in full.
+/// The heart-rate records of a range of days: their row, stamp, source, unit and number.
 BareQuery heartRates(const std::string& from, const std::string& to);
 
 /// Opens the database at `path`, steps through every row of `queries`, closes it. Returns the
