@@ -1,6 +1,7 @@
 #include "platform/MemoryReserve.h"
 
 #include <sys/mman.h>
+#include <sys/resource.h>
 
 #include <exception>
 #include <new>
@@ -19,6 +20,24 @@ void* mapped(std::size_t bytes) noexcept {
   void* memory =
       mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, noFile, 0);
   return memory == MAP_FAILED ? nullptr : memory;
+}
+
+/// The deepest value that a line may hold takes 550 KiB to answer in a debug build.
+constexpr std::size_t stackSize = 1024 * 1024;
+
+/// Whether the system lets the stack become so large, beside what the environment takes of it.
+bool stackMayGrow() noexcept {
+  rlimit limit{};
+  return getrlimit(RLIMIT_STACK, &limit) == 0 && limit.rlim_cur >= 2 * stackSize &&
+         MemoryReserve::couldHave(stackSize);
+}
+
+/// Makes the stack so large that no call needs more later, when there may be no room for it: a
+/// stack that cannot grow ends the process. Only the last page is touched, so the others take no
+/// memory until they are used; this file is compiled without probes, which would touch them all.
+[[gnu::noinline]] void growStack() noexcept {
+  [[maybe_unused]] volatile char room[stackSize];
+  room[0] = 0;
 }
 
 /// What the handler of the language, which is handed nothing, needs to find.
@@ -44,7 +63,8 @@ void spend() {
 void MemoryReserve::keep() {
   state().kept = true;
   restore();
-  if (state().memory == nullptr) throw std::bad_alloc();
+  if (state().memory == nullptr || !stackMayGrow()) throw std::bad_alloc();
+  growStack();
   std::set_new_handler(spend);
 }
 

@@ -59,12 +59,21 @@ std::vector<std::string> hungryLines() {
           nested + "1]}\n"};
 }
 
+/// The server under a limit of the shell, with what the shell's `redirection` gives it to read.
+ChildProcess servingUnder(const std::string& limit, const std::filesystem::path& dataRoot,
+                          const std::string& redirection = "") {
+  return {"/bin/sh",
+          {"-c",
+           "ulimit " + limit + R"( && exec "$0" "$@" )" + redirection,
+           LARKSPUR_MCP_PROGRAM,
+           "--data-root",
+           dataRoot},
+          dataRoot};
+}
+
 /// The server in an address space of so many mebibytes.
 ChildProcess servingWithin(std::size_t mebibytes, const std::filesystem::path& dataRoot) {
-  const std::string limit = "ulimit -v " + std::to_string(mebibytes * 1024);
-  return {"/bin/sh",
-          {"-c", limit + R"( && exec "$0" "$@")", LARKSPUR_MCP_PROGRAM, "--data-root", dataRoot},
-          dataRoot};
+  return servingUnder("-v " + std::to_string(mebibytes * 1024), dataRoot);
 }
 
 class ScarceMemory : public testing::TestWithParam<std::size_t> {};
@@ -99,6 +108,51 @@ TEST(ScarceMemory, IsNamedByAServerThatCannotStart) {
   }
   EXPECT_THAT(complaints, testing::Each("larkspur-mcp: not enough memory\n"));
   EXPECT_FALSE(complaints.empty());
+}
+
+/// A request whose id, which is answered as it came, is nested almost as deep as a line may be,
+/// beside a text of so many bytes.
+std::string deepLine(std::size_t textSize) {
+  constexpr std::size_t depth = 505;
+  std::string nested;
+  for (std::size_t level = 0; level < depth; ++level) nested += R"({"a":)";
+  nested += "1" + std::string(depth, '}');
+  return R"({"method":"ping","id":[")" + std::string(textSize, 'x') + "\"," + nested + "]}\n";
+}
+
+/// Fails the test unless a server under that limit answers beside such a line, or cannot start and
+/// says so.
+void expectAnswerOrComplaint(const std::string& limit, std::size_t textSize) {
+  const Household household;
+  std::ofstream(household.dataRoot() / "lines") << deepLine(textSize) << ping;
+  SCOPED_TRACE(limit);
+
+  const ChildProcess::Ending ending =
+      servingUnder(limit, household.dataRoot(), "<lines").finished();
+
+  if (ending.status == 1) {
+    EXPECT_EQ(ending, (ChildProcess::Ending{1, "", "larkspur-mcp: not enough memory\n"}));
+  } else if (ending.status != 127) {  // the system cannot load the program
+    EXPECT_EQ(ending.status, 0);
+    EXPECT_TRUE(ending.output.ends_with(pong + "\n"));
+  }
+}
+
+/// The stack has to be there before it is needed: one that cannot grow ends the process.
+TEST(ScarceMemory, LeavesTheDeepestLineItsStack) {
+  constexpr std::size_t step = 200;  // less than what the line takes of the stack
+  for (std::size_t kibibytes = 14000; kibibytes < 32000; kibibytes += step) {
+    expectAnswerOrComplaint("-v " + std::to_string(kibibytes), kibibytes % 400 == 0 ? 1 : mebibyte);
+  }
+  for (std::size_t kibibytes = 65536; kibibytes < 67136; kibibytes += step) {
+    expectAnswerOrComplaint("-v " + std::to_string(kibibytes), 10 * mebibyte);
+  }
+}
+
+TEST(ScarceMemory, NeedsNoMoreStackThanItAsksFor) {
+  for (const std::size_t kibibytes : {256U, 512U, 1024U, 2048U, 4096U}) {
+    expectAnswerOrComplaint("-s " + std::to_string(kibibytes), 1);
+  }
 }
 
 TEST(ScarceMemory, LeavesASoundRosterWhereItIs) {
