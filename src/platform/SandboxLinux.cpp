@@ -1,6 +1,8 @@
 // What the Linux kernel refuses to a confined program: files by Landlock, the network by Landlock
 // and, with sockets, programs and tracing, by a seccomp filter.
 
+#include "platform/Files.h"
+#include "platform/Mounts.h"
 #include "platform/System.h"
 
 #include <fcntl.h>
@@ -121,66 +123,30 @@ private:
   Descriptor rules;
 };
 
-/// `place` with no links in it, as far as it is there; a link to what is not there is followed too,
-/// for that may appear.
-path withoutLinks(path place) {
-  constexpr int mostLinks = 40;
-  for (int links = 0; links < mostLinks; ++links) {
-    std::error_code error;
-    place = std::filesystem::absolute(place, error);
-    path resolved = std::filesystem::weakly_canonical(place, error);
-    // Links that go round or a folder that may not be entered can be put right later.
-    if (error) return place.lexically_normal();
-    place = std::move(resolved);
-    path walked;
-    auto part = place.begin();
-    for (; part != place.end(); ++part) {
-      walked /= *part;
-      if (std::filesystem::is_symlink(std::filesystem::symlink_status(walked, error))) break;
-    }
-    if (part == place.end()) break;
-    path target = walked.parent_path() / std::filesystem::read_symlink(walked, error);
-    for (++part; part != place.end(); ++part) target /= *part;
-    place = target;
-  }
-  return place;
-}
-
-/// Names a mount and nothing else as long as it lasts; `nullopt` where nothing can be seen.
-std::optional<std::uint64_t> mountOf(const path& place) {
-  struct statx status {};
-  if (statx(AT_FDCWD, place.c_str(), AT_NO_AUTOMOUNT, STATX_MNT_ID, &status) != 0) {
-    return std::nullopt;
-  }
-  return status.stx_mnt_id;
-}
-
 /// The folder from which `database` stays in reach. A rule holds for a folder itself and what lies
 /// below it, not for another folder of its name or a drive that comes to cover it: so the rule is
 /// laid one folder above the deepest one that is there, and above the drive it lies on, unless that
-/// is `keptMount`, which stays.
-path lastingFolder(const path& database, std::optional<std::uint64_t> keptMount) {
-  path folder = withoutLinks(database).parent_path();
-  std::error_code error;
-  while (folder.has_relative_path() && !std::filesystem::is_directory(folder, error)) {
-    folder = folder.parent_path();
-  }
-  const std::optional<std::uint64_t> mount = mountOf(folder);
-  folder = folder.parent_path();
-  if (mount == keptMount) return folder;
-  while (folder.has_relative_path() && mountOf(folder) == mount) folder = folder.parent_path();
-  return folder;
+/// is `keptMount`, which stays. A share of the network is not even looked at, because one that is
+/// out of reach would keep us waiting: the rule is laid on the folder that it is mounted in.
+path lastingFolder(const path& database, const Mounts& mounts,
+                   std::optional<std::size_t> keptMount) {
+  const Mounts::Place place = mounts.followed(database, keptMount);
+  if (place.beforeRemote) return place.folder;
+  if (!place.mount || place.mount == keptMount) return place.folder.parent_path();
+  return mounts[*place.mount].place.parent_path();
 }
 
-/// The folders of `databases`, each once.
+/// The folders of the databases, each once.
 std::set<path> lastingFolders(const System::Reach& reach) {
-  std::set<path> parents;
-  for (const path& database : reach.databases) {
-    if (!database.empty()) parents.insert(database);
-  }
-  const std::optional<std::uint64_t> kept = mountOf(reach.staying);
+  if (reach.databases.empty()) return {};
+  const Mounts mounts(fileContents("/proc/self/mountinfo").value_or(""));
+  const std::optional<std::size_t> kept = mounts.of(reach.staying);
   std::set<path> folders;
-  for (const path& database : parents) folders.insert(lastingFolder(database, kept));
+  std::error_code error;
+  for (const path& database : reach.databases) {
+    if (database.empty()) continue;
+    folders.insert(lastingFolder(std::filesystem::absolute(database, error), mounts, kept));
+  }
   return folders;
 }
 
