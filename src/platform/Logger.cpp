@@ -13,21 +13,30 @@
 
 namespace {
 
-/// A descriptor that appends to the file at `path`, or -1. Never waits, and takes neither a pipe
-/// nor a terminal: one in the file's place could hold up the program, or end it when its reader
-/// leaves.
+/// A descriptor that appends to the file at `path`, and reads it where that is allowed; -1 without
+/// one. Never waits, and takes neither a pipe nor a terminal: one in the file's place could hold up
+/// the program, or end it when its reader leaves.
 int appending(const std::filesystem::path& path) {
   std::error_code ignored;
   std::filesystem::create_directories(path.parent_path(), ignored);
   constexpr mode_t ownerOnly = 0600;
-  const int descriptor =
-      open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, ownerOnly);
+  constexpr int flags = O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK;
+  int descriptor = open(path.c_str(), flags | O_RDWR, ownerOnly);
+  if (descriptor < 0) descriptor = open(path.c_str(), flags | O_WRONLY, ownerOnly);
   struct stat status {};
   if (descriptor < 0) return -1;
   const bool known = fstat(descriptor, &status) == 0;
   if (known && !S_ISFIFO(status.st_mode) && isatty(descriptor) == 0) return descriptor;
   close(descriptor);
   return -1;
+}
+
+/// Whether the file ends within a line. One that may not be read counts as whole.
+bool endsInALine(int descriptor) {
+  struct stat status {};
+  if (descriptor < 0 || fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) return false;
+  char last = '\n';
+  return status.st_size > 0 && pread(descriptor, &last, 1, status.st_size - 1) == 1 && last != '\n';
 }
 
 char marker(Logger::Level level) {
@@ -47,6 +56,7 @@ char marker(Logger::Level level) {
 Logger::Logger(const std::optional<std::filesystem::path>& path, Level minLevel, bool toStderr,
                Clock clock)
     : handle(path ? appending(*path) : -1),
+      torn(endsInALine(handle)),
       minLevel(minLevel),
       toStderr(toStderr),
       stderrMinLevel(isatty(STDERR_FILENO) != 0 ? Level::debug : Level::error),

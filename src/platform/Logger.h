@@ -32,7 +32,8 @@ public:
   /// Writes "[2024-03-01 06:54:32] i message" and a line feed, in local time, if `level` is at
   /// least `minLevel`. The file gets the record in one write, so records of several processes that
   /// share it do not mix; one that is too long is cut there, and ends with "…". Where the last one
-  /// was written in part, because the disk was full, the next begins on a line of its own.
+  /// was written in part, because the disk was full, the next begins on a line of its own: a record
+  /// of this log, or one that the file ended in when it was opened.
   void write(Level level, std::string_view message);
 
 private:
@@ -40,7 +41,7 @@ private:
 
   std::mutex lock;
   int handle = -1;    ///< the file, opened for appending; -1 without one
-  bool torn = false;  ///< the last record that was written to the file has no end
+  bool torn = false;  ///< the last record of the file, as far as is known, has no end
   Level minLevel;
   bool toStderr;
   Level stderrMinLevel;

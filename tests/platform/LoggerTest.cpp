@@ -473,4 +473,27 @@ TEST(LoggerInAFile, BeginsALineOfItsOwnAfterARecordThatDidNotFit) {
   EXPECT_THAT(lines[3], testing::EndsWith("] i last"));
 }
 
+TEST(Logger, EndsTheLineThatAnEarlierProcessTore) {
+  const TemporaryFolder folder;
+  folder.write("log", "[2024-02-29 22:54:32] i to");
+
+  for (const char* record : {"next", "last"}) {
+    Logger(folder / "log", Level::info, false, fixedClock).write(Level::info, record);
+  }
+
+  EXPECT_EQ(fileContents(folder / "log"),
+            "[2024-02-29 22:54:32] i to\n"
+            "[2024-02-29 22:54:32] i next\n"
+            "[2024-02-29 22:54:32] i last\n");
+}
+
+TEST(Logger, LeavesATornLineAsItIsUntilThereIsARecord) {
+  const TemporaryFolder folder;
+  folder.write("log", "[2024");
+
+  Logger(folder / "log", Level::info, false, fixedClock).write(Level::debug, "dropped");
+
+  EXPECT_EQ(fileContents(folder / "log"), "[2024");
+}
+
 }  // namespace
