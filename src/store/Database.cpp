@@ -1,5 +1,6 @@
 #include "store/Database.h"
 #include "platform/Text.h"
+#include "store/RegularFiles.h"
 
 #include <sqlite3.h>
 
@@ -135,9 +136,9 @@ std::string plainName(const std::string& path) {
   return path.starts_with("file:") ? "./" + path : path;
 }
 
-/// Makes sure that SQLite finds files, or nothing, where it opens one: at `path` and where it looks
-/// for what it keeps beside a database. At the other end of a pipe it would wait for ever. A folder
-/// it refuses by itself.
+/// Names what is no file where SQLite opens one: at `path` and where it looks for what it keeps
+/// beside a database. It would say no more than that it cannot open one. A folder it refuses by
+/// itself.
 void requireFiles(const std::filesystem::path& path) {
   std::error_code ignored;
   // It looks beside the file itself, wherever a link to it lies.
@@ -189,6 +190,8 @@ Database::Database(const std::string& path, Access access) {
   }
   // What does not fit into SQLite's cache would be sorted in a file otherwise, in a folder for all.
   if (access.readOnly) exec("PRAGMA temp_store=MEMORY");
+  // Without it, the check beforehand is all there is.
+  [[maybe_unused]] static const bool guarded = openRegularFilesAlone();
 }
 
 Statement Database::prepare(const std::string& sql, std::string stepFailure) const {

@@ -120,8 +120,8 @@ public:
   };
 
   /// Fails with "打不开库:" and SQLite's message. What is no file at `path`, or where SQLite keeps
-  /// its files beside a database, fails with "不是普通文件:" and its path: SQLite might wait for a
-  /// pipe for ever.
+  /// its files beside a database, fails with "不是普通文件:" and its path. What takes such a place
+  /// later, or is named by a file, SQLite cannot open: it waits for no pipe.
   Database(const std::string& path, Access access);
 
   /// A statement ready to bind and step.
