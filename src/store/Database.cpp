@@ -1,5 +1,6 @@
 #include "store/Database.h"
 #include "platform/Text.h"
+#include "store/Patience.h"
 #include "store/RegularFiles.h"
 
 #include <sqlite3.h>
@@ -169,6 +170,18 @@ bool hardened(sqlite3* database) {
              SQLITE_OK;
 }
 
+/// Whether SQLite shall try again after so many attempts to have a lock.
+int waitFor(void* patience, int attempts) {
+  return static_cast<Patience*>(patience)->wait(attempts) ? 1 : 0;
+}
+
+bool waits(sqlite3* database, const Database::Access& access) {
+  const int result = access.shared == nullptr
+                         ? sqlite3_busy_timeout(database, access.patienceMilliseconds)
+                         : sqlite3_busy_handler(database, waitFor, access.shared);
+  return result == SQLITE_OK;
+}
+
 bool withoutViews(sqlite3* database) {
   return sqlite3_db_config(database, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr) == SQLITE_OK;
 }
@@ -176,6 +189,8 @@ bool withoutViews(sqlite3* database) {
 }  // namespace
 
 Database::Database(const std::string& path, Access access) {
+  // Without it, the check beforehand is all there is.
+  [[maybe_unused]] static const bool guarded = openRegularFilesAlone();
   requireFiles(path);
   sqlite3* opened = nullptr;
   const std::string name = plainName(path);
@@ -184,14 +199,11 @@ Database::Database(const std::string& path, Access access) {
   if (result != SQLITE_OK || !handle) {
     throw ReceiverError("打不开库:" + (result == SQLITE_OK ? "?" : messageOf(opened)));
   }
-  if (sqlite3_busy_timeout(opened, access.patienceMilliseconds) != SQLITE_OK || !hardened(opened) ||
-      (access.readOnly && !withoutViews(opened))) {
+  if (!waits(opened, access) || !hardened(opened) || (access.readOnly && !withoutViews(opened))) {
     throw ReceiverError("打不开库:" + messageOf(opened));
   }
   // What does not fit into SQLite's cache would be sorted in a file otherwise, in a folder for all.
   if (access.readOnly) exec("PRAGMA temp_store=MEMORY");
-  // Without it, the check beforehand is all there is.
-  [[maybe_unused]] static const bool guarded = openRegularFilesAlone();
 }
 
 Statement Database::prepare(const std::string& sql, std::string stepFailure) const {

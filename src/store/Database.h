@@ -14,6 +14,7 @@
 struct sqlite3;
 struct sqlite3_mutex;
 struct sqlite3_stmt;
+class Patience;
 
 /// The present row of a statement; valid until the statement steps again.
 class Row {
@@ -117,6 +118,7 @@ public:
     bool create = false;
     bool readOnly = true;
     int patienceMilliseconds = usualPatienceMilliseconds;  ///< 0 or less: not at all
+    Patience* shared = nullptr;  ///< instead, when there is one; outlives the connection
   };
 
   /// Fails with "打不开库:" and SQLite's message. What is no file at `path`, or where SQLite keeps

@@ -33,7 +33,8 @@ Database opened(const std::string& path, HealthStore::Opening opening) {
   return {path,
           {.create = opening.createIfMissing,
            .readOnly = opening.readOnly,
-           .patienceMilliseconds = opening.patienceMilliseconds}};
+           .patienceMilliseconds = opening.patienceMilliseconds,
+           .shared = opening.sharedPatience}};
 }
 
 }  // namespace

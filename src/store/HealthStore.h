@@ -55,6 +55,7 @@ public:
     bool createIfMissing = false;  ///< make the directory and the file if need be
     bool readOnly = true;          ///< otherwise WAL mode, and the schema is brought up to date
     int patienceMilliseconds = usualPatienceMilliseconds;  ///< see Database::Access
+    Patience* sharedPatience = nullptr;                    ///< the same
   };
 
   /// Opens the file at `path`. Without `createIfMissing`, a missing directory fails with

@@ -73,7 +73,8 @@ HealthStore Tools::openStore(const Member& member, const Call& call) {
   return {member.dbPath,
           {.createIfMissing = false,
            .readOnly = true,
-           .patienceMilliseconds = call.patienceMilliseconds},
+           .patienceMilliseconds = call.patienceMilliseconds,
+           .sharedPatience = call.sharedPatience},
           call.log};
 }
 

@@ -1,10 +1,11 @@
 #include "platform/AppleFormat.h"
 #include "platform/Text.h"
+#include "store/Patience.h"
 #include "tools/AnswerText.h"
 #include "tools/Arguments.h"
 #include "tools/Tools.h"
 
-#include <algorithm>
+#include <chrono>
 
 namespace {
 
@@ -43,15 +44,18 @@ std::string Tools::listPersons(const Call& call) {
   const std::vector<Member> members = call.roster.members();
   if (members.empty()) return std::string(nobody.in(call.lang));
 
-  Call patient = call;  // for all members together
+  Patience patience(std::chrono::milliseconds(call.patienceMilliseconds));
+  Call patient = call;
+  patient.sharedPatience = &patience;
   Lines lines;
   for (const Member& member : members) {
-    const double began = call.clock();
-    const std::string data = dataOf(member, patient);
-    const double spent = std::max(0.0, 1000 * (call.clock() - began));
-    patient.patienceMilliseconds =
-        static_cast<int>(std::max(0.0, patient.patienceMilliseconds - spent));
-    lines.add("· ", member.name, " (person=", member.id, ")", data, syncOf(member, call.lang));
+    lines.add("· ",
+              member.name,
+              " (person=",
+              member.id,
+              ")",
+              dataOf(member, patient),
+              syncOf(member, call.lang));
   }
   if (members.size() > 1) {
     lines.add("");

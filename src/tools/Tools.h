@@ -22,6 +22,7 @@ struct Call {
   SummaryLang lang;
   const Clock& clock;
   int patienceMilliseconds = usualPatienceMilliseconds;  ///< with a database that is locked
+  Patience* sharedPatience = nullptr;  ///< with all locked databases together, instead
 };
 
 /// The descriptors of all tools, in the order a client shows them: "name", "description" and
