@@ -199,6 +199,11 @@ constexpr auto refusedCalls = std::to_array<std::uint32_t>(
      SYS_recvfrom,
      SYS_recvmsg,
      SYS_recvmmsg,
+     SYS_getsockname,
+     SYS_getpeername,
+     SYS_getsockopt,
+     SYS_setsockopt,
+     SYS_shutdown,
      // New programs and new processes.
      SYS_execve,
      SYS_execveat,
