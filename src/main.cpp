@@ -60,6 +60,7 @@ int main(int count, char* words[]) {
   std::signal(SIGXFSZ, SIG_IGN);
   try {
     reserveStandardStreams();
+    makeTerminalOwn(STDERR_FILENO);
     System::forbidDumps();
     MemoryReserve::keep();
     const std::span arguments(words + 1, static_cast<std::size_t>(count > 0 ? count - 1 : 0));

@@ -65,32 +65,16 @@ bool writeAll(int descriptor, std::string_view bytes) {
   return writeWhatFits(descriptor, bytes) == bytes.size();
 }
 
-namespace {
-
-/// Makes an open terminal one that does not block, and the destructor makes it what it was. It may
-/// be other programs' terminal too, which expect to be kept waiting.
-class NonBlockingTerminal {
-public:
-  explicit NonBlockingTerminal(int descriptor)
-      : descriptor(descriptor), flags(isatty(descriptor) == 1 ? fcntl(descriptor, F_GETFL) : -1) {
-    if (flags != -1) fcntl(descriptor, F_SETFL, flags | O_NONBLOCK);
-  }
-  ~NonBlockingTerminal() {
-    if (flags != -1) fcntl(descriptor, F_SETFL, flags);
-  }
-  NonBlockingTerminal(const NonBlockingTerminal&) = delete;
-  NonBlockingTerminal& operator=(const NonBlockingTerminal&) = delete;
-
-private:
-  int descriptor;
-  int flags;  ///< -1 for what is no terminal
-};
-
-}  // namespace
+void makeTerminalOwn(int descriptor) {
+  char name[PATH_MAX];
+  if (isatty(descriptor) != 1 || ttyname_r(descriptor, name, sizeof name) != 0) return;
+  const int own = open(name, O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (own < 0) return;
+  dup2(own, descriptor);
+  close(own);
+}
 
 void writeWithoutWaiting(int descriptor, std::string_view bytes) {
-  // A terminal that is ready takes some, and blocks for the rest.
-  const NonBlockingTerminal terminal(descriptor);
   while (!bytes.empty()) {
     // A pipe that is ready takes as many at once. A device that cannot be polled is no pipe.
     pollfd ready{descriptor, POLLOUT, 0};

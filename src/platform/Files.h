@@ -19,8 +19,14 @@ bool writeAll(int descriptor, std::string_view bytes);
 /// The same, but returns how many bytes the system took before it refused, errno set, the rest.
 std::size_t writeWhatFits(int descriptor, std::string_view bytes);
 
+/// Opens the terminal at `descriptor` anew, for writing, in the descriptor's place: it does not
+/// block from then on, while the terminal that the program was started in blocks as ever, for the
+/// other programs in it. Leaves a terminal that may not be opened, and what is no terminal.
+void makeTerminalOwn(int descriptor);
+
 /// Writes as much of `bytes` to the open `descriptor` as can be had without waiting; the rest is
-/// lost, as all is when the system refuses. Up to PIPE_BUF bytes are one write.
+/// lost, as all is when the system refuses. Up to PIPE_BUF bytes are one write. A terminal that
+/// blocks may keep the caller waiting; see makeTerminalOwn.
 void writeWithoutWaiting(int descriptor, std::string_view bytes);
 
 /// Reads up to `size` bytes (at least 1) from the open `descriptor` into `buffer`, waiting for the

@@ -278,6 +278,13 @@ public:
 
   int descriptor() const { return writer; }
 
+  /// What it shows of what was written to it, which is something.
+  std::string shown() const {
+    std::array<char, 256> text{};
+    const ssize_t count = read(reader, text.data(), text.size());
+    return {text.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0))};
+  }
+
   void hangUp() {
     if (reader >= 0) close(reader);
     reader = -1;
@@ -292,11 +299,12 @@ private:
   int writer = -1;
 };
 
-TEST(WriteWithoutWaiting, LeavesATerminalThatNobodyReads) {
+TEST(TerminalOfItsOwn, KeepsNobodyWaiting) {
   const Terminal terminal;
   // What would hang is ended by the system.
   constexpr unsigned patienceSeconds = 60;
   alarm(patienceSeconds);
+  makeTerminalOwn(terminal.descriptor());
 
   for (int times = 0; times < 100; ++times) {
     writeWithoutWaiting(terminal.descriptor(), std::string(4000, '.') + "\n");
@@ -305,14 +313,29 @@ TEST(WriteWithoutWaiting, LeavesATerminalThatNobodyReads) {
   alarm(0);
 }
 
-TEST(WriteWithoutWaiting, LeavesATerminalAsItWas) {
+TEST(TerminalOfItsOwn, BlocksOtherProgramsAsEver) {
   const Terminal terminal;
-  const int before = fcntl(terminal.descriptor(), F_GETFL);
+  const int shared = dup(terminal.descriptor());
+  const int before = fcntl(shared, F_GETFL);
+  ASSERT_EQ(before & O_NONBLOCK, 0);
 
+  makeTerminalOwn(terminal.descriptor());
   writeWithoutWaiting(terminal.descriptor(), "complaint\n");
 
-  EXPECT_EQ(before & O_NONBLOCK, 0);
-  EXPECT_EQ(fcntl(terminal.descriptor(), F_GETFL), before);
+  EXPECT_NE(fcntl(terminal.descriptor(), F_GETFL) & O_NONBLOCK, 0);
+  EXPECT_EQ(fcntl(shared, F_GETFL), before);
+  EXPECT_EQ(terminal.shown(), "complaint\r\n");
+  close(shared);
+}
+
+TEST(TerminalOfItsOwn, IsNotMadeOfAnythingElse) {
+  const Pipe pipe;
+  const int before = fcntl(pipe.writer(), F_GETFL);
+
+  makeTerminalOwn(pipe.writer());
+  makeTerminalOwn(-1);
+
+  EXPECT_EQ(fcntl(pipe.writer(), F_GETFL), before);
 }
 
 TEST(ReadSome, TakesAHangUpForTheEnd) {
