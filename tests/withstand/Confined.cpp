@@ -1,10 +1,12 @@
-// A process that is confined as the server of a data root is, and then tries what it must not do.
+// A process that is confined as the server of a data root is, or the import of an export into it,
+// and then tries what it must not do.
 //
-//   larkspur-confined DATA_ROOT ATTEMPT [PATH]
+//   larkspur-confined DATA_ROOT ATTEMPT [PATH [EXPORT]]
 //
 // Writes what holds, as a diagnostic log at level debug has it, to "confined.log" in the data root,
 // and to standard output "done", or the system's words for its refusal.
 
+#include "import/ImportConfinement.h"
 #include "platform/Clock.h"
 #include "roster/Roster.h"
 #include "server/Confinement.h"
@@ -22,6 +24,7 @@
 #include <filesystem>
 #include <iostream>
 #include <map>
+#include <optional>
 #include <string>
 #include <system_error>
 
@@ -38,6 +41,23 @@ long connected() {
   return connect(inherited, reinterpret_cast<const sockaddr*>(&address), sizeof address);
 }
 
+long optionRead() {
+  int value = 0;
+  socklen_t size = sizeof value;
+  return getsockopt(inherited, SOL_SOCKET, SO_TYPE, &value, &size);
+}
+
+long optionSet() {
+  const int value = 1;
+  return setsockopt(inherited, SOL_SOCKET, SO_KEEPALIVE, &value, sizeof value);
+}
+
+long nameOf(int (*name)(int, sockaddr*, socklen_t*)) {
+  sockaddr_storage address{};
+  socklen_t size = sizeof address;
+  return name(inherited, reinterpret_cast<sockaddr*>(&address), &size);
+}
+
 long executed() {
   std::array<char*, 1> none{};
   return execve("/bin/true", none.data(), none.data());
@@ -52,6 +72,12 @@ const std::map<std::string, Attempt>& attempts() {
       {"socket", [](const std::string&) -> long { return socket(AF_INET, SOCK_STREAM, 0); }},
       {"local-socket", [](const std::string&) -> long { return socket(AF_UNIX, SOCK_STREAM, 0); }},
       {"connect", [](const std::string&) { return connected(); }},
+      {"accept", [](const std::string&) -> long { return accept(inherited, nullptr, nullptr); }},
+      {"shutdown", [](const std::string&) -> long { return shutdown(inherited, SHUT_RDWR); }},
+      {"getsockopt", [](const std::string&) { return optionRead(); }},
+      {"setsockopt", [](const std::string&) { return optionSet(); }},
+      {"getsockname", [](const std::string&) { return nameOf(getsockname); }},
+      {"getpeername", [](const std::string&) { return nameOf(getpeername); }},
       {"execve", [](const std::string&) { return executed(); }},
       {"fork", [](const std::string&) -> long { return fork(); }},
       {"ptrace",
@@ -87,7 +113,11 @@ int main(int count, char* words[]) {
   Logger log(dataRoot / "confined.log", Logger::Level::debug, false, systemTime);
   Roster roster(dataRoot / "members.json", log, systemTime);
   roster.load();
-  confine(dataRoot, roster.members(), log);
+  if (count > 4) {
+    confine({.dataRoot = dataRoot, .name = "Dot", .id = std::nullopt, .source = words[4]});
+  } else {
+    confine(dataRoot, roster.members(), log);
+  }
 
   errno = 0;
   const long result = attempt->second(count > 3 ? words[3] : "");

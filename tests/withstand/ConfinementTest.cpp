@@ -9,10 +9,12 @@
 #include "support/WellFormed.h"
 #include "withstand/DamagedHousehold.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <sys/mount.h>
+#include <unistd.h>
 
 #include <cstddef>
 #include <filesystem>
@@ -58,10 +60,19 @@ protected:
 
   /// What comes of an attempt of a process that is confined as the server is.
   std::string outcome(const std::string& attempt, const std::string& path = "") const {
-    ChildProcess program(
-        LARKSPUR_CONFINED, {household.dataRoot(), attempt, path}, household.dataRoot());
+    return outcomeWith({household.dataRoot(), attempt, path});
+  }
+
+  /// The same for one that is confined as the import of `source` is.
+  std::string outcomeOfImport(const std::string& attempt, const std::string& path,
+                              const std::string& source) const {
+    return outcomeWith({household.dataRoot(), attempt, path, source});
+  }
+
+  std::string outcomeWith(const std::vector<std::string>& words) const {
+    ChildProcess program(LARKSPUR_CONFINED, words, household.dataRoot());
     const ChildProcess::Ending ending = program.finished();
-    EXPECT_EQ(ending.status, 0) << attempt << ending.errors;
+    EXPECT_EQ(ending.status, 0) << words[1] << ending.errors;
     return ending.output;
   }
 
@@ -80,6 +91,13 @@ const std::string refusedFile = "Permission denied\n";
 
 TEST_F(Confinement, RefusesSocketsProgramsAndTracing) {
   for (const char* attempt : {"socket", "local-socket", "connect", "execve", "fork", "ptrace"}) {
+    EXPECT_EQ(outcome(attempt), refusedCall) << attempt;
+  }
+}
+
+TEST_F(Confinement, RefusesWhatIsDoneWithASocketThatWasHandedOver) {
+  for (const char* attempt :
+       {"accept", "shutdown", "getsockopt", "setsockopt", "getsockname", "getpeername"}) {
     EXPECT_EQ(outcome(attempt), refusedCall) << attempt;
   }
 }
@@ -243,6 +261,20 @@ TEST_F(ConfinedServer, FindsADatabaseThroughALinkThatLedNowhere) {
   EXPECT_THAT(textOf(dayReply(program)), HasSubstr(found));
 }
 
+TEST_F(ConfinedServer, FindsADatabaseWhosePathCouldNotBeFollowed) {
+  TemporaryFolder place;
+  std::filesystem::create_symlink("link", place / "link");
+  member.dbPath = place / "link/health.db";
+  household.add(member);
+  ChildProcess program = started();
+  EXPECT_THAT(messageOf(dayReply(program)), HasSubstr("盘没挂载"));
+
+  std::filesystem::remove(place / "link");
+  place.write("link/health.db", DamagedHousehold::wholeFile());
+
+  EXPECT_THAT(textOf(dayReply(program)), HasSubstr(found));
+}
+
 /// A drive for as long as a test needs it.
 class Drive {
 public:
@@ -295,14 +327,76 @@ TEST_F(ConfinedServer, FindsADatabaseOnADriveThatGoesAndComesBack) {
   EXPECT_THAT(textOf(dayReply(program)), HasSubstr(found));
 }
 
+TEST_F(ConfinedServer, FindsADatabaseThroughMembersOnAnotherDrive) {
+  TemporaryFolder place;
+  std::filesystem::create_directory(place / "drive");
+  const Drive drive(place / "drive");
+  if (!drive.isThere()) GTEST_SKIP() << "this user may not mount";
+  std::filesystem::create_directory_symlink(place / "drive", household.dataRoot() / "others");
+  member.dbPath = household.dataRoot() / "others/health.db";
+  household.add(member);
+
+  ChildProcess program = started();
+
+  EXPECT_THAT(textOf(dayReply(program)), HasSubstr(found));
+}
+
+/// A share that does not answer: whoever looks at anything in it waits, until the test ends.
+class DeadShare {
+public:
+  explicit DeadShare(std::filesystem::path place)
+      : place(std::move(place)), device(open("/dev/fuse", O_RDWR | O_CLOEXEC)) {
+    const std::string options =
+        "fd=" + std::to_string(device) + ",rootmode=40000,user_id=0,group_id=0";
+    there = device >= 0 && mount("none", this->place.c_str(), "fuse", 0, options.c_str()) == 0;
+  }
+  ~DeadShare() {
+    // Its end wakes up all that wait.
+    if (device >= 0) close(device);
+    if (there) umount2(place.c_str(), MNT_DETACH);
+  }
+  DeadShare(const DeadShare&) = delete;
+  DeadShare& operator=(const DeadShare&) = delete;
+
+  bool isThere() const { return there; }
+
+private:
+  std::filesystem::path place;
+  int device;
+  bool there = false;
+};
+
+TEST_F(ConfinedServer, StartsWithoutWaitingForAShareThatDoesNotAnswer) {
+  TemporaryFolder place;
+  std::filesystem::create_directory(place / "share");
+  std::filesystem::create_directory_symlink(place / "share/deep", place / "link");
+  auto share = std::make_unique<DeadShare>(place / "share");
+  if (!share->isThere()) GTEST_SKIP() << "this user may not mount";
+  Member other = member;
+  other.id = "di";
+  other.dbPath = place / "link/health.db";
+  household.add(other);
+  member.dbPath = place / "share/health.db";
+  household.add(member);
+  const Json request = numbered({Json{{"method", "ping"}}}).front();
+
+  ChildProcess program = started();
+  program.write(request.dump() + "\n");
+  EXPECT_EQ(checkedReply(request, program.nextLine() + "\n").count("result"), 1U);
+
+  share.reset();
+  const Drive drive(place / "share");
+  EXPECT_THAT(textOf(dayReply(program)), HasSubstr(found));
+}
+
 /// The import program, to which an export is handed from somewhere.
 class ConfinedImport : public Confinement {
 protected:
-  ChildProcess::Ending imported(const std::filesystem::path& source) const {
-    return ChildProcess(
-               LARKSPUR_IMPORT_PROGRAM,
-               {"--data-root", household.dataRoot() / "new/root", "--member", "Dot", source},
-               household.dataRoot())
+  ChildProcess::Ending imported(const std::filesystem::path& source,
+                                const std::filesystem::path& dataRoot = "new/root") const {
+    return ChildProcess(LARKSPUR_IMPORT_PROGRAM,
+                        {"--data-root", household.dataRoot() / dataRoot, "--member", "Dot", source},
+                        household.dataRoot())
         .finished();
   }
 
@@ -325,6 +419,28 @@ TEST_F(ConfinedImport, FollowsNoLinkOutOfTheExport) {
 
   EXPECT_EQ(ending.status, 1);
   EXPECT_THAT(ending.errors, HasSubstr((outside / "export.xml").string()));
+}
+
+/// A pipe has no place in a file system, and no rule can be laid about it.
+TEST_F(ConfinedImport, RefusesFilesOfOthersWhereTheExportComesFromAPipe) {
+  const std::string file = outside.write("file", "contents").string();
+
+  EXPECT_EQ(outcomeOfImport("read", file, "/dev/stdin"), refusedFile);
+  EXPECT_EQ(outcomeOfImport("write", file, "/dev/stdin"), refusedFile);
+  EXPECT_EQ(outcomeOfImport("read", file, file), "done\n");
+}
+
+TEST_F(ConfinedImport, MakesAMemberBehindALinkToAnotherDrive) {
+  std::filesystem::create_directory(outside / "drive");
+  const Drive drive(outside / "drive");
+  std::filesystem::create_directories(household.dataRoot() / "linked");
+  std::filesystem::create_directory_symlink(outside / "drive",
+                                            household.dataRoot() / "linked/members");
+
+  const ChildProcess::Ending ending = imported(outside.write("export.xml", exported), "linked");
+
+  EXPECT_EQ(ending.errors, "");
+  EXPECT_EQ(ending.status, 0);
 }
 
 }  // namespace

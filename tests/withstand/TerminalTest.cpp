@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -44,6 +45,14 @@ public:
     if (!writeAll(end, text)) throw std::system_error(errno, std::generic_category(), "write");
   }
 
+  /// Writes to it until it takes no more, as it does when nobody reads.
+  void fill() const {
+    const int own = open(device.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    while (write(own, "....", 4) > 0) {
+    }
+    close(own);
+  }
+
   void hangUp() {
     if (end >= 0) close(end);
     end = -1;
@@ -54,6 +63,10 @@ private:
   int kept = -1;
   std::string device;
 };
+
+const std::string dayRequest =
+    R"({"id":1,"method":"tools/call","params":{"name":"get_day","arguments":{"date":"2024-03-01"}}})"
+    "\n";
 
 /// The server with one of its streams at `terminal`: `redirection` is the shell's word for which.
 ChildProcess servingAt(const Terminal& terminal, const std::string& redirection,
@@ -79,6 +92,32 @@ TEST(TerminalThatNobodyReads, DoesNotHoldUpTheServer) {
 
   EXPECT_EQ(program.nextLine(), pong);
   EXPECT_EQ(program.finished().status, 0);
+}
+
+TEST(TerminalThatNobodyReads, DoesNotHoldUpTheLastWords) {
+  const Household household;
+  const Terminal terminal;
+  terminal.fill();
+  ChildProcess program = servingAt(terminal, ">/dev/full 2>", household);
+
+  program.write(ping);
+
+  EXPECT_EQ(program.finished().status, 1);
+}
+
+TEST(TerminalThatNobodyReads, DoesNotHoldUpTheServerAsItsAccessLog) {
+  Household household;
+  household.add("ann", "Ann").addRecord({.start_day = "2024-03-01", .value_num = 60});
+  const Terminal terminal;
+  terminal.fill();
+  std::filesystem::create_symlink(terminal.name(), household.dataRoot() / "mcp-access.log");
+  ChildProcess program(
+      LARKSPUR_MCP_PROGRAM, {"--data-root", household.dataRoot()}, household.dataRoot());
+
+  program.write(dayRequest);
+
+  EXPECT_NE(program.nextLine().find("HeartRate: 60"), std::string::npos);
+  EXPECT_EQ(program.finished(), (ChildProcess::Ending{0, "", ""}));
 }
 
 TEST(TerminalThatIsHungUp, EndsTheServerInPeace) {
