@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <string_view>
 
 namespace {
@@ -12,12 +13,17 @@ constexpr Phrase diskFull{.zh = "磁盘满了;这次导入全部撤销,腾出空
                           .en =
                               "the disk is full; the whole import was undone, make room and try "
                               "again"};
+constexpr Phrase fileFull{
+    .zh = "数据库文件不能再变大:文件系统或 ulimit -f 限制了文件的大小。这次导入已全部撤销",
+    .en =
+        "the database's file cannot grow: the file system or \"ulimit -f\" limits the size of a "
+        "file; the whole import was undone"};
 constexpr Phrase failed{.zh = "库写不了,这次导入全部撤销:{0}",
                         .en = "the database cannot be written, the whole import was undone: {0}"};
 constexpr Phrase unopened{.zh = "库打不开:{0}", .en = "the database cannot be opened: {0}"};
 constexpr Phrase noFile{.zh = "{0} 不是普通文件;把它移走再来",
                         .en = "{0} is no regular file; move it away and try again"};
-constexpr std::array all{&diskFull, &failed, &unopened, &noFile};
+constexpr std::array all{&diskFull, &fileFull, &failed, &unopened, &noFile};
 static_assert(std::ranges::all_of(all,
                                   [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
 
@@ -35,6 +41,7 @@ ImportError databaseFailure(const ReceiverError& error) {
   // The store hands on no more of a failure than SQLite's sentence about it.
   std::string_view reason = error.message;
   if (reason.ends_with("database or disk is full")) return ImportError(phrases::diskFull);
+  if (error.systemError == EFBIG) return ImportError(phrases::fileFull);
   if (reason.starts_with(openFailure)) {
     return ImportError(phrases::unopened, {reason.substr(openFailure.size())});
   }

@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstddef>
 #include <exception>
 #include <iostream>
@@ -33,8 +34,12 @@ static_assert(inBothLanguages(reportUnwritten));
 constexpr int succeeded = 0;
 constexpr int failed = 1;
 
-int fail(const std::string& message) {
+void complain(const std::string& message) {
   writeAll(STDERR_FILENO, "larkspur-import: " + message + "\n");
+}
+
+int fail(const std::string& message) {
+  complain(message);
   return failed;
 }
 
@@ -53,9 +58,11 @@ int bringIn(const ImportOrder& order, SummaryLang lang) {
                                          .lang = lang,
                                          .clock = systemTime,
                                          .timeZone = System::timeZoneName()});
-  if (writeAll(STDOUT_FILENO, reportText(report, lang))) return succeeded;
-  const std::string reason = std::generic_category().message(errno);
-  return fail(ImportError(reportUnwritten, {reason}).text(lang));
+  if (!writeAll(STDOUT_FILENO, reportText(report, lang))) {
+    const std::string reason = std::generic_category().message(errno);
+    complain(ImportError(reportUnwritten, {reason}).text(lang));
+  }
+  return succeeded;
 }
 
 }  // namespace
@@ -63,6 +70,10 @@ int bringIn(const ImportOrder& order, SummaryLang lang) {
 int main(int count, char* words[]) {
   // Health data is its owner's alone, and so is every file made here.
   umask(077);
+  // Writing where nobody reads, or beyond the longest file that is allowed, must return an error
+  // and not kill the process.
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   SummaryLang lang = SummaryLang::en;
   try {
     reserveStandardStreams();

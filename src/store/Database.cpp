@@ -19,6 +19,23 @@ std::string messageOf(sqlite3* database) {
   return database == nullptr ? "?" : repaired(sqlite3_errmsg(database));
 }
 
+/// The errno of the system call on account of which SQLite last failed on `database`; 0 when there
+/// was none.
+int systemErrorOf(sqlite3* database) {
+  const int result = sqlite3_errcode(database) & 0xff;
+  if (result != SQLITE_IOERR && result != SQLITE_CANTOPEN) return 0;
+  int number = sqlite3_system_errno(database);
+  if (number != 0) return number;
+  // After a commit that failed, only the files know: the database's, or that of its log.
+  sqlite3_file_control(database, "main", SQLITE_FCNTL_LAST_ERRNO, &number);
+  if (number != 0) return number;
+  sqlite3_file* log = nullptr;
+  sqlite3_file_control(database, "main", SQLITE_FCNTL_JOURNAL_POINTER, static_cast<void*>(&log));
+  if (log == nullptr || log->pMethods == nullptr) return 0;
+  log->pMethods->xFileControl(log, SQLITE_FCNTL_LAST_ERRNO, &number);
+  return number;
+}
+
 }  // namespace
 
 namespace {
@@ -120,7 +137,8 @@ void Statement::run() {
 void Statement::reset() { check(sqlite3_reset(handle.get())); }
 
 void Statement::check(int result) const {
-  if (result != SQLITE_OK) throw ReceiverError(stepFailure + messageOf(database));
+  if (result == SQLITE_OK) return;
+  throw ReceiverError(stepFailure + messageOf(database), systemErrorOf(database));
 }
 
 void Database::Closer::operator()(sqlite3* database) const { sqlite3_close(database); }
@@ -223,5 +241,6 @@ void Database::exec(const std::string& sql) {
   const int result = sqlite3_exec(handle.get(), sql.c_str(), nullptr, nullptr, &message);
   const std::unique_ptr<char, SQLiteFree> owned(message);
   if (result == SQLITE_OK) return;
-  throw ReceiverError("SQL 失败:" + (owned ? repaired(owned.get()) : std::string("?")));
+  throw ReceiverError("SQL 失败:" + (owned ? repaired(owned.get()) : std::string("?")),
+                      systemErrorOf(handle.get()));
 }

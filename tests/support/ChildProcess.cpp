@@ -97,8 +97,10 @@ bool ChildProcess::hasWritten() const {
   return !written.empty() || poll(&ready, 1, 0) > 0;
 }
 
+void ChildProcess::stopReadingOutput() { closeOnce(output); }
+
 void ChildProcess::stopReading() {
-  closeOnce(output);
+  stopReadingOutput();
   closeOnce(errors);
 }
 

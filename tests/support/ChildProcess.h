@@ -49,6 +49,9 @@ public:
   /// The memory that it has at this moment, in the same way.
   std::optional<std::size_t> memory() const;
 
+  /// Closes the reading end of the program's output alone.
+  void stopReadingOutput();
+
   /// Closes the program's input and waits for its end; the output is what no `nextLine` took.
   Ending finished();
 
