@@ -14,11 +14,22 @@ namespace {
       "durable file", path, std::error_code(errno, std::generic_category()));
 }
 
+/// What `call` returns when no signal comes in between. What is written here is written to its end.
+template <typename Call>
+int uninterrupted(Call call) {
+  int result = -1;
+  do {
+    result = call();
+  } while (result < 0 && errno == EINTR);
+  return result;
+}
+
 /// A descriptor, closed by the destructor.
 class Descriptor {
 public:
   Descriptor(const std::filesystem::path& path, int flags)
-      : path(path), descriptor(open(path.c_str(), flags | O_CLOEXEC, 0600)) {
+      : path(path),
+        descriptor(uninterrupted([&] { return open(path.c_str(), flags | O_CLOEXEC, 0600); })) {
     if (descriptor < 0) fail(path);
   }
   ~Descriptor() { close(descriptor); }
@@ -33,9 +44,9 @@ public:
   void sync() const {
 #ifdef F_FULLFSYNC
     // Where fsync stops at the drive's cache, this goes on; not every file system can.
-    if (fcntl(descriptor, F_FULLFSYNC) == 0) return;
+    if (uninterrupted([this] { return fcntl(descriptor, F_FULLFSYNC); }) == 0) return;
 #endif
-    if (fsync(descriptor) != 0) fail(path);
+    if (uninterrupted([this] { return fsync(descriptor); }) != 0) fail(path);
   }
 
 private:
@@ -54,12 +65,16 @@ void replaceDurably(const std::filesystem::path& path, std::string_view bytes) {
   std::filesystem::path unfinished = target;
   unfinished += ".new";
   std::filesystem::remove(unfinished);  // what an interrupted writer left
-  {
-    const Descriptor file(unfinished, O_WRONLY | O_CREAT | O_EXCL);
+  const Descriptor file(unfinished, O_WRONLY | O_CREAT | O_EXCL);
+  try {
     file.write(bytes);
     file.sync();
+    std::filesystem::rename(unfinished, target);
+  } catch (...) {
+    std::error_code stays;
+    std::filesystem::remove(unfinished, stays);
+    throw;
   }
-  std::filesystem::rename(unfinished, target);
   syncFolder(target.has_parent_path() ? target.parent_path() : ".");  // the new name is its entry
 }
 

@@ -1,11 +1,16 @@
 #include "import/ExportFile.h"
 #include "import/ImportError.h"
 #include "import/ZipArchive.h"
+#include "platform/Files.h"
 #include "platform/Text.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <fstream>
+#include <cerrno>
 #include <functional>
 #include <string_view>
 #include <system_error>
@@ -28,28 +33,59 @@ static_assert(std::ranges::all_of(all, inBothLanguages));
 /// Enough to reach the name of the root, which the document type declaration gives at its start.
 constexpr std::size_t beginningSize = 64UL << 10;
 
+/// A file, or a pipe whose other end may be slow.
 class PlainFile : public ByteSource {
 public:
-  explicit PlainFile(const std::filesystem::path& file)
-      : path(file), stream(file, std::ios::binary) {
-    if (!stream) throw ImportError(phrases::unreadable, {path.string()});
+  explicit PlainFile(const std::filesystem::path& file, Interrupted interrupted = neverInterrupted)
+      : path(file), interrupted(std::move(interrupted)) {
+    do {
+      heed(this->interrupted);
+      descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    } while (descriptor < 0 && errno == EINTR);
+    if (descriptor < 0) throw ImportError(phrases::unreadable, {path.string()});
   }
+  ~PlainFile() override { close(descriptor); }
+  PlainFile(const PlainFile&) = delete;
+  PlainFile& operator=(const PlainFile&) = delete;
 
   std::size_t read(std::span<char> buffer) override {
-    stream.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
-    if (stream.bad()) throw ImportError(phrases::unreadable, {path.string()});
-    return static_cast<std::size_t>(stream.gcount());
+    awaitBytes();
+    try {
+      return readSome(descriptor, buffer.data(), buffer.size());
+    } catch (const std::system_error&) {
+      throw ImportError(phrases::unreadable, {path.string()});
+    }
   }
 
 private:
+  /// Returns when reading does not wait. A signal just before a wait does not end it, so each wait
+  /// is short.
+  void awaitBytes() const {
+    constexpr int shortWaitMilliseconds = 200;
+    pollfd waiting{descriptor, POLLIN, 0};
+    int ready = 0;
+    do {
+      heed(interrupted);
+      ready = poll(&waiting, 1, shortWaitMilliseconds);
+    } while (ready == 0 || (ready < 0 && errno == EINTR));
+  }
+
   std::filesystem::path path;
-  std::ifstream stream;
+  Interrupted interrupted;
+  int descriptor = -1;
 };
 
+/// The first bytes of the file at `path`, `size` at most.
 std::string beginning(const std::filesystem::path& path, std::size_t size) {
   PlainFile file(path);
   std::string bytes(size, '\0');
-  bytes.resize(file.read(bytes));  // a file gives all it has, so one read is enough
+  std::size_t count = 0;
+  while (count < size) {
+    const std::size_t more = file.read(std::span(bytes).subspan(count));
+    if (more == 0) break;
+    count += more;
+  }
+  bytes.resize(count);
   return bytes;
 }
 
@@ -141,7 +177,8 @@ std::vector<Listed> filesIn(const std::filesystem::path& folder, int depth) {
 
 }  // namespace
 
-ExportFile::ExportFile(const std::filesystem::path& path) {
+ExportFile::ExportFile(const std::filesystem::path& path, Interrupted interrupted)
+    : interrupted(std::move(interrupted)) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(path, error);
   if (status.type() == std::filesystem::file_type::not_found) {
@@ -160,7 +197,7 @@ ExportFile::ExportFile(const std::filesystem::path& path) {
 }
 
 void ExportFile::openFile(const std::filesystem::path& path) {
-  source = std::make_unique<PlainFile>(path);
+  source = std::make_unique<PlainFile>(path, interrupted);
   xmlName = path.string();
   std::error_code error;
   const std::uintmax_t count = std::filesystem::file_size(path, error);

@@ -2,6 +2,7 @@
 // The file or folder that the Health app's export came as, and the bytes of its export.xml.
 
 #include "import/ByteSource.h"
+#include "import/Interruption.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -28,7 +29,9 @@ public:
   /// unpacked to, or an export.xml. Archive and folder may have the XML at their top or one folder
   /// down, whatever that folder is called; it is the file named export.xml, else (the name follows
   /// the phone's language) the first .xml that begins like a Health export. Throws ImportError.
-  explicit ExportFile(const std::filesystem::path& path);
+  /// `interrupted` may end the wait for the bytes of a pipe, with Interruption.
+  explicit ExportFile(const std::filesystem::path& path,
+                      Interrupted interrupted = neverInterrupted);
 
   /// The next bytes of the export.xml; 0 at the end alone. Throws ImportError when they cannot be
   /// read, also when an archive's entry holds fewer or more bytes than it declares.
@@ -48,6 +51,7 @@ private:
   void openFolder(const std::filesystem::path& path);
   void openArchive(const std::filesystem::path& path);
 
+  Interrupted interrupted;
   std::unique_ptr<ByteSource> source;
   std::optional<std::uint64_t> bytes;
   std::string xmlName;

@@ -7,6 +7,7 @@
 #include "import/ImportWriter.h"
 #include "import/MemberFolder.h"
 #include "import/MemberZone.h"
+#include "import/NewDatabase.h"
 #include "import/Recipient.h"
 #include "import/RosterDocument.h"
 #include "platform/AppleFormat.h"
@@ -66,7 +67,7 @@ std::string lastName(const std::filesystem::path& path) {
 
 /// Reads the export into the open transaction of the reader's sink; returns the bytes read.
 std::uint64_t transfer(ExportFile& source, ExportReader& reader, MemberZone& zone,
-                       ImportProgress& progress) {
+                       ImportProgress& progress, const Interrupted& interrupted) {
   constexpr std::size_t pieceSize = 131072;
   std::vector<char> piece(pieceSize);
   std::uint64_t total = 0;
@@ -74,6 +75,7 @@ std::uint64_t transfer(ExportFile& source, ExportReader& reader, MemberZone& zon
     reader.feed(std::string_view(piece.data(), count));
     zone.confirm(reader.exportDate());
     progress.read(count);
+    heed(interrupted);
     total += count;
   }
   reader.finish();
@@ -95,12 +97,19 @@ Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
                    .id = place.id,
                    .database = place.database,
                    .asked = order.timeZone,
-                   .machine = surroundings.timeZone});
+                   .machine = surroundings.timeZone,
+                   .interrupted = surroundings.interrupted});
   // The store makes the file and brings its tables up to date, before the one transaction begins.
   Logger quiet(std::nullopt, Logger::Level::error, false, surroundings.clock);
   const std::string path = place.database.string();
-  { const HealthStore migrated(path, {.createIfMissing = true, .readOnly = false}, quiet); }
-  Database database(path, {.create = false, .readOnly = false});
+  {
+    const HealthStore migrated(
+        path,
+        {.createIfMissing = true, .readOnly = false, .interrupted = &surroundings.interrupted},
+        quiet);
+  }
+  Database database(path,
+                    {.create = false, .readOnly = false, .interrupted = &surroundings.interrupted});
   ImportWriter writer(database,
                       {.inUse = place.inUse,
                        .lastSyncAt = place.lastSyncAt,
@@ -111,7 +120,7 @@ Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
                           surroundings.lang,
                           surroundings.clock,
                           source.size());
-  const std::uint64_t bytes = transfer(source, reader, zone, progress);
+  const std::uint64_t bytes = transfer(source, reader, zone, progress, surroundings.interrupted);
   progress.finishing();
   const double now = surroundings.clock();
   const StampText importedAt({.moment = static_cast<std::int64_t>(now), .offset = 0});
@@ -138,12 +147,22 @@ Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
   return outcome;
 }
 
+/// The same, with failures in words. A failure leaves no database where there was none.
 Outcome storeOrExplain(ExportFile& source, const Place& place, const ImportOrder& order,
                        const ImportSurroundings& surroundings, ImportReport& report) {
+  NewDatabase made(place.database);
   try {
-    return store(source, place, order, surroundings, report);
+    Outcome outcome = store(source, place, order, surroundings, report);
+    made.keep();
+    return outcome;
   } catch (const ReceiverError& error) {
+    // SQLite was told to break off, and tells it as a failure.
+    heed(surroundings.interrupted);
     throw databaseFailure(error);
+  } catch (const ImportError&) {
+    // A signal may also have kept bytes from coming.
+    heed(surroundings.interrupted);
+    throw;
   }
 }
 
@@ -191,7 +210,7 @@ void enter(const std::filesystem::path& rosterPath, const ImportReport& report,
 }
 
 /// The same for a member whom the roster does not name yet.
-void storeNew(ExportFile& source, const MemberFolder& folder,
+void storeNew(ExportFile& source, const MemberFolder& folder, const std::vector<Member>& members,
               const std::filesystem::path& rosterPath, const ImportOrder& order,
               const ImportSurroundings& surroundings, ImportReport& report) {
   const Place place{.id = folder.id(), .database = folder.database(), .inUse = false};
@@ -199,6 +218,8 @@ void storeNew(ExportFile& source, const MemberFolder& folder,
   report.newMember = true;
   Outcome outcome;
   try {
+    // The id may be that of an unfinished import.
+    requireDistinct(members, order.name, folder.id());
     outcome = storeOrExplain(source, place, order, surroundings, report);
   } catch (...) {
     folder.abandon();
@@ -221,7 +242,7 @@ ImportReport runImport(const ImportOrder& order, const ImportSurroundings& surro
   const std::filesystem::path root = std::filesystem::absolute(order.dataRoot).lexically_normal();
   requireUTF8(root);
   if (order.timeZone) knownZone(*order.timeZone);
-  ExportFile source(order.source);
+  ExportFile source(order.source, surroundings.interrupted);
   ImportReport report;
   report.name = order.name;
   report.source = order.source.string();
@@ -230,8 +251,7 @@ ImportReport runImport(const ImportOrder& order, const ImportSurroundings& surro
   // Whoever must not be written for is refused before the first file is made.
   recipient(RosterDocument(rosterPath).members(), order.name, order.id);
 
-  std::filesystem::create_directories(root);
-  const ImportLock lock(root);
+  ImportLock lock(root);
   const std::vector<Member> members = RosterDocument(rosterPath).members();
   if (const std::optional<Member> member = recipient(members, order.name, order.id)) {
     const Place place = placeOf(*member, began);
@@ -240,12 +260,11 @@ ImportReport runImport(const ImportOrder& order, const ImportSurroundings& surro
     enter(rosterPath, report, place.database, outcome, surroundings.clock());
   } else {
     const MemberFolder folder(root, order.name, order.id, idsOf(members), randomID);
-    // The id may be that of an unfinished import.
-    requireDistinct(members, order.name, folder.id());
-    storeNew(source, folder, rosterPath, order, surroundings, report);
+    storeNew(source, folder, members, rosterPath, order, surroundings, report);
   }
   // Only now: the roster on the disk names these members for certain since it was just replaced.
   removeObsoleteNotes(root, idsOf(members));
+  lock.keep();
   report.seconds = surroundings.clock() - began;
   return report;
 }

@@ -5,6 +5,7 @@
 #include "import/ImportProgress.h"
 #include "import/ImportReport.h"
 #include "import/ImportWriter.h"
+#include "import/Interruption.h"
 #include "platform/Clock.h"
 #include "summary/SummaryLang.h"
 
@@ -21,13 +22,17 @@ struct ImportSurroundings {
   std::optional<std::string> timeZone;  ///< the machine's, by its name; absent when it has none
   /// Memory for pages of the database. What does not fit is written early, inside the transaction.
   int cacheKibibytes = ImportWriter::usualCacheKibibytes;
+  /// Whether the user or the system wants the import to stop. Not asked any more once the data is
+  /// committed.
+  Interrupted interrupted = neverInterrupted;
 };
 
 /// Does what `order` says. The database comes first, in one transaction, and the roster last. An
-/// import that ends before the commit leaves the member's data and the roster as they were; what is
-/// not data is not undone: tables and columns that an older database lacks, its write-ahead log
-/// mode, and of a new member a folder with an empty database when the process was killed. One that
-/// ends between the two is completed by the next of the same name, which finds the data there and
-/// only writes the roster. Files are made with the process's creation mask. Refusals and failures
-/// leave as ImportError, ReceiverError or std::system_error.
+/// import that ends before the commit leaves the member's data and the roster as they were, and no
+/// file or folder that it made. What is not data is not undone: tables and columns that an older
+/// database lacks, and its write-ahead log mode. A process that is killed also leaves, of a new
+/// member, a folder with an empty database. An import that ends between commit and roster is
+/// completed by the next of the same name, which finds the data there and only writes the roster.
+/// Files are made with the process's creation mask. Refusals and failures leave as ImportError
+/// (Interruption when the import was asked to stop), ReceiverError or std::system_error.
 ImportReport runImport(const ImportOrder& order, const ImportSurroundings& surroundings);

@@ -30,13 +30,13 @@ ImportedZone::State stateOf(const std::string& path, Database::Access access) {
 
 }  // namespace
 
-ImportedZone::State ImportedZone::of(const std::string& path) {
+ImportedZone::State ImportedZone::of(const std::string& path, const Interrupted& interrupted) {
   if (!std::filesystem::exists(path)) return {};
   try {
     return stateOf(path, {.create = false, .readOnly = true, .patienceMilliseconds = 0});
   } catch (const ReceiverError&) {
     // Somebody may be writing, and what a killed writer left is undone by a connection that writes.
-    return stateOf(path, {.create = false, .readOnly = false});
+    return stateOf(path, {.create = false, .readOnly = false, .interrupted = &interrupted});
   }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 // The time zone that an imported member's database is in.
 
+#include "import/Interruption.h"
 #include "store/Database.h"
 
 #include <optional>
@@ -19,8 +20,8 @@ struct State {
 
 /// That of the database at `path`; without either when there is no file. Changes nothing but what a
 /// killed writer left to be undone. Beside a database with a write-ahead log SQLite may leave its
-/// `-wal` and `-shm` files.
-State of(const std::string& path);
+/// `-wal` and `-shm` files. `interrupted` may end the wait for somebody's lock.
+State of(const std::string& path, const Interrupted& interrupted = neverInterrupted);
 
 /// Makes `name` the zone of `database`, in the caller's transaction.
 void keep(Database& database, const std::string& name);

@@ -4,6 +4,8 @@
 #include "import/Import.h"
 #include "import/ImportConfinement.h"
 #include "import/ImportError.h"
+#include "import/Interruption.h"
+#include "import/StopSignals.h"
 #include "import/SystemFailure.h"
 #include "platform/AppLanguage.h"
 #include "platform/Clock.h"
@@ -57,7 +59,8 @@ int bringIn(const ImportOrder& order, SummaryLang lang) {
                                          .progressKind = kind,
                                          .lang = lang,
                                          .clock = systemTime,
-                                         .timeZone = System::timeZoneName()});
+                                         .timeZone = System::timeZoneName(),
+                                         .interrupted = StopSignals::noted});
   if (!writeAll(STDOUT_FILENO, reportText(report, lang))) {
     const std::string reason = std::generic_category().message(errno);
     complain(ImportError(reportUnwritten, {reason}).text(lang));
@@ -74,6 +77,7 @@ int main(int count, char* words[]) {
   // and not kill the process.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
+  StopSignals::note();
   SummaryLang lang = SummaryLang::en;
   try {
     reserveStandardStreams();
@@ -84,6 +88,9 @@ int main(int count, char* words[]) {
         ImportCommandLine::parsed(arguments, ControlProtocol::defaultDataRoot(), lang);
     if (const auto* saying = std::get_if<ImportCommandLine::Say>(&order)) return say(*saying);
     return bringIn(std::get<ImportOrder>(order), lang);
+  } catch (const Interruption& interruption) {
+    complain(interruption.text(lang));
+    StopSignals::end();
   } catch (const ImportError& error) {
     return fail(error.text(lang));
   } catch (const std::system_error& error) {

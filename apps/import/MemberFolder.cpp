@@ -71,10 +71,19 @@ MemberFolder::MemberFolder(const std::filesystem::path& dataRoot, const std::str
   memberID = chosen ? *chosen : newID();
   folder = members / memberID;
   requireOwn(folder, database(), name);
-  fresh = std::filesystem::create_directories(folder);
+  made.emplace(folder);
+  try {
+    note(dataRoot, name);
+  } catch (...) {
+    abandon();
+    throw;
+  }
+}
+
+void MemberFolder::note(const std::filesystem::path& dataRoot, const std::string& name) const {
   replaceDurably(noteIn(folder), name);
   // The roster must not outlive a power failure that its member's folder does not.
-  syncFolder(members);
+  syncFolder(folder.parent_path());
   syncFolder(dataRoot);
 }
 
@@ -84,8 +93,9 @@ void MemberFolder::finish() const {
 }
 
 void MemberFolder::abandon() const {
-  std::error_code ignored;
-  if (fresh) std::filesystem::remove_all(folder, ignored);
+  if (!made->madeFolder()) return;
+  std::error_code stays;
+  std::filesystem::remove_all(folder, stays);
 }
 
 void removeObsoleteNotes(const std::filesystem::path& dataRoot,

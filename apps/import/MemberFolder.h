@@ -1,6 +1,8 @@
 #pragma once
 // Where a new member's database comes to lie, and what is left there by an import that was killed.
 
+#include "import/MadeFolders.h"
+
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -28,13 +30,16 @@ public:
   /// The roster names the member now. A note that cannot be removed stays until the next import.
   void finish() const;
 
-  /// The import failed: removes the folder if this import made it, for nothing in it is kept.
+  /// The import failed: removes what is in the folder if this import made it, for nothing of it is
+  /// kept. The folder itself and "members" go with this object where they were made and are empty.
   void abandon() const;
 
 private:
+  void note(const std::filesystem::path& dataRoot, const std::string& name) const;
+
   std::string memberID;
   std::filesystem::path folder;
-  bool fresh = false;  ///< did not exist before
+  std::optional<MadeFolders> made;
 };
 
 /// Removes what imports left beside the members of these ids, whom the roster names, when they died

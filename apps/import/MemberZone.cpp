@@ -99,7 +99,7 @@ namespace {
 
 /// The name of the zone that an earlier import kept; absent when this one may choose.
 std::optional<std::string> keptZone(const MemberZone::Hints& hints) {
-  const ImportedZone::State state = ImportedZone::of(hints.database.string());
+  const ImportedZone::State state = ImportedZone::of(hints.database.string(), hints.interrupted);
   if (!state.name && state.holdsSamples) {
     throw ImportError(phrases::unzoned,
                       {hints.database.string(), hints.database.parent_path().string(), hints.id});

@@ -1,6 +1,7 @@
 #pragma once
 // In which time zone a member's days are.
 
+#include "import/Interruption.h"
 #include "platform/Stamp.h"
 #include "platform/TimeZone.h"
 
@@ -13,11 +14,12 @@ class MemberZone {
 public:
   /// What is known of it before.
   struct Hints {
-    std::string member;                  ///< the member's name, for messages
-    std::string id;                      ///< the member's
-    std::filesystem::path database;      ///< the member's; need not exist
-    std::optional<std::string> asked;    ///< by the user
-    std::optional<std::string> machine;  ///< the machine's zone; absent when it has no name
+    std::string member;                          ///< the member's name, for messages
+    std::string id;                              ///< the member's
+    std::filesystem::path database;              ///< the member's; need not exist
+    std::optional<std::string> asked;            ///< by the user
+    std::optional<std::string> machine;          ///< the machine's zone; absent when it has no name
+    Interrupted interrupted = neverInterrupted;  ///< may end the wait for somebody's lock
   };
 
   /// The zone that the database's samples are in, else the one that was asked for, else the one

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <new>
 #include <system_error>
 #include <utility>
@@ -206,6 +207,28 @@ bool withoutViews(sqlite3* database) {
 
 }  // namespace
 
+/// Whether SQLite is to try for a lock once more, after `attempts` pauses.
+int Database::Waiting::triesAgain(void* self, int attempts) {
+  const auto& waiting = *static_cast<const Waiting*>(self);
+  constexpr int pauseMilliseconds = 20;
+  if (attempts >= waiting.patienceMilliseconds / pauseMilliseconds) return 0;
+  if ((*waiting.interrupted)()) return 0;
+  sqlite3_sleep(pauseMilliseconds);
+  return 1;
+}
+
+int Database::Waiting::stops(void* self) {
+  return (*static_cast<const Waiting*>(self)->interrupted)() ? 1 : 0;
+}
+
+/// False when SQLite does not let itself be told.
+bool Database::askWhetherInterrupted(const Access& access) {
+  waiting = std::make_unique<Waiting>(Waiting{access.interrupted, access.patienceMilliseconds});
+  constexpr int instructions = 10000;  // a millisecond's at most
+  sqlite3_progress_handler(handle.get(), instructions, Waiting::stops, waiting.get());
+  return sqlite3_busy_handler(handle.get(), Waiting::triesAgain, waiting.get()) == SQLITE_OK;
+}
+
 Database::Database(const std::string& path, Access access) {
   // Without it, the check beforehand is all there is.
   [[maybe_unused]] static const bool guarded = openRegularFilesAlone();
@@ -222,6 +245,9 @@ Database::Database(const std::string& path, Access access) {
   }
   // What does not fit into SQLite's cache would be sorted in a file otherwise, in a folder for all.
   if (access.readOnly) exec("PRAGMA temp_store=MEMORY");
+  if (access.interrupted != nullptr && !askWhetherInterrupted(access)) {
+    throw ReceiverError("打不开库:" + messageOf(opened));
+  }
 }
 
 Statement Database::prepare(const std::string& sql, std::string stepFailure) const {

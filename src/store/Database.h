@@ -4,6 +4,7 @@
 #include "platform/ControlProtocol.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -119,6 +120,9 @@ public:
     bool readOnly = true;
     int patienceMilliseconds = usualPatienceMilliseconds;  ///< 0 or less: not at all
     Patience* shared = nullptr;  ///< instead, when there is one; outlives the connection
+    /// Asked while a lock is waited for and, every now and then, while a statement works: true ends
+    /// either, and the statement fails. Throws nothing and outlives the connection; null: never.
+    const std::function<bool()>* interrupted = nullptr;
   };
 
   /// Fails with "打不开库:" and SQLite's message. What is no file at `path`, or where SQLite keeps
@@ -137,5 +141,17 @@ private:
     void operator()(sqlite3* database) const;
   };
 
+  /// What SQLite asks while it works or waits. Its functions are C: no exception may leave them.
+  struct Waiting {
+    const std::function<bool()>* interrupted;
+    int patienceMilliseconds;
+
+    static int triesAgain(void* self, int attempts);
+    static int stops(void* self);
+  };
+
+  bool askWhetherInterrupted(const Access& access);
+
+  std::unique_ptr<Waiting> waiting;  ///< SQLite has its address, so it goes after the handle
   std::unique_ptr<sqlite3, Closer> handle;
 };

@@ -34,7 +34,8 @@ Database opened(const std::string& path, HealthStore::Opening opening) {
           {.create = opening.createIfMissing,
            .readOnly = opening.readOnly,
            .patienceMilliseconds = opening.patienceMilliseconds,
-           .shared = opening.sharedPatience}};
+           .shared = opening.sharedPatience,
+           .interrupted = opening.interrupted}};
 }
 
 }  // namespace

@@ -56,6 +56,7 @@ public:
     bool readOnly = true;          ///< otherwise WAL mode, and the schema is brought up to date
     int patienceMilliseconds = usualPatienceMilliseconds;  ///< see Database::Access
     Patience* sharedPatience = nullptr;                    ///< the same
+    const std::function<bool()>* interrupted = nullptr;    ///< see Database::Access
   };
 
   /// Opens the file at `path`. Without `createIfMissing`, a missing directory fails with

@@ -80,6 +80,10 @@ void ChildProcess::write(std::string_view bytes) const {
   if (!writeAll(input, bytes)) throw std::system_error(errno, std::generic_category(), "write");
 }
 
+void ChildProcess::send(int signal) const {
+  if (kill(process, signal) != 0) throw std::system_error(errno, std::generic_category(), "kill");
+}
+
 std::string ChildProcess::nextLine() {
   std::size_t end = written.find('\n');
   while (end == std::string::npos) {
@@ -127,7 +131,7 @@ ChildProcess::Ending ChildProcess::finished() {
   waitpid(process, &state, 0);
   process = -1;
   const int status = WIFEXITED(state) ? WEXITSTATUS(state) : 128 + WTERMSIG(state);
-  return {status, written, complained};
+  return {status, written, complained, WIFSIGNALED(state)};
 }
 
 /// Takes what the program has written to either stream; false at the end of both.

@@ -18,6 +18,7 @@ public:
     int status;  ///< of the exit; 128 and the signal's number when a signal ended it
     std::string output;
     std::string errors;
+    bool bySignal = false;
 
     bool operator==(const Ending&) const = default;
   };
@@ -31,6 +32,9 @@ public:
 
   /// Gives the program a few lines to read.
   void write(std::string_view input) const;
+
+  /// Sends the program a signal.
+  void send(int signal) const;
 
   /// The next line that the program writes, without its line feed.
   std::string nextLine();

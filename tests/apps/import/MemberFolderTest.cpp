@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <future>
 
 namespace {
 
@@ -151,10 +152,63 @@ TEST(ImportLock, IsHadByOneAtATime) {
   EXPECT_NO_THROW(ImportLock(root.path()));
 }
 
-TEST(ImportLock, FailsWhereThereIsNoDataRoot) {
+TEST(ImportLock, LeavesNothingThatItMadeUnlessItIsToKeepIt) {
   const TemporaryFolder root;
+  { const ImportLock lock(root / "a/b"); }
+  EXPECT_FALSE(std::filesystem::exists(root / "a"));
 
-  EXPECT_THROW(ImportLock(root / "missing"), std::system_error);
+  {
+    ImportLock lock(root / "a/b");
+    lock.keep();
+  }
+  EXPECT_TRUE(std::filesystem::exists(root / "a/b/import.lock"));
+
+  { const ImportLock lock(root / "a/b"); }
+  EXPECT_TRUE(std::filesystem::exists(root / "a/b/import.lock"));
+}
+
+TEST(ImportLock, OfAnotherImportIsLeftToIt) {
+  const TemporaryFolder root;
+  {
+    const ImportLock first(root.path());
+    EXPECT_THROW(ImportLock(root.path()), ImportError);
+    EXPECT_TRUE(std::filesystem::exists(root / "import.lock"));
+    EXPECT_THROW(ImportLock(root.path()), ImportError);
+  }
+  EXPECT_FALSE(std::filesystem::exists(root / "import.lock"));
+}
+
+/// Takes the lock and gives it up again, many times; returns how often two had it at once.
+int collisions(const std::filesystem::path& root, int times) {
+  int count = 0;
+  for (int time = 0; time < times; ++time) {
+    try {
+      const ImportLock lock(root);
+      // Whoever makes this file is alone as long as the lock is.
+      if (!std::filesystem::create_directory(root / "held")) ++count;
+      std::filesystem::remove(root / "held");
+    } catch (const ImportError&) {
+    }
+  }
+  return count;
+}
+
+TEST(ImportLock, IsNeverHadByTwoThoughEachRemovesTheFile) {
+  const TemporaryFolder folder;
+  constexpr int times = 300;
+
+  std::future<int> other =
+      std::async(std::launch::async, [&] { return collisions(folder / "root", times); });
+  const int mine = collisions(folder / "root", times);
+
+  EXPECT_EQ(mine + other.get(), 0);
+}
+
+TEST(ImportLock, FailsWhereItsFileCannotBe) {
+  const TemporaryFolder root;
+  root.write("import.lock/occupied", "");
+
+  EXPECT_THROW(ImportLock(root.path()), std::filesystem::filesystem_error);
 }
 
 }  // namespace
