@@ -2,6 +2,7 @@
 #include "platform/Files.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -49,6 +50,23 @@ public:
     if (uninterrupted([this] { return fsync(descriptor); }) != 0) fail(path);
   }
 
+  /// Makes mode, owner and group those of `other`. Only the administrator may give a file away.
+  void take(const struct stat& other) const {
+    struct stat own {};
+    if (fstat(descriptor, &own) != 0) fail(path);
+    const bool sameOwner = own.st_uid == other.st_uid;
+    const bool sameGroup = own.st_gid == other.st_gid;
+    constexpr auto unchanged = static_cast<uid_t>(-1);
+    const bool hasGroup = sameGroup || fchown(descriptor, unchanged, other.st_gid) == 0;
+    mode_t mode = other.st_mode & 0777U;
+    if (!hasGroup) mode &= ~0070U | (mode & 0007U) << 3U;
+    if (fchmod(descriptor, mode) != 0) fail(path);
+    if (!sameOwner && fchown(descriptor, other.st_uid, static_cast<gid_t>(-1)) != 0 &&
+        errno != EPERM) {
+      fail(path);
+    }
+  }
+
 private:
   const std::filesystem::path& path;  ///< outlives the descriptor
   int descriptor;
@@ -67,6 +85,8 @@ void replaceDurably(const std::filesystem::path& path, std::string_view bytes) {
   std::filesystem::remove(unfinished);  // what an interrupted writer left
   const Descriptor file(unfinished, O_WRONLY | O_CREAT | O_EXCL);
   try {
+    struct stat replaced {};
+    if (stat(target.c_str(), &replaced) == 0) file.take(replaced);
     file.write(bytes);
     file.sync();
     std::filesystem::rename(unfinished, target);

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 
@@ -57,11 +59,9 @@ TEST(RosterDocument, BeginsANewRosterWhichTheServerReads) {
                                               .completeFrom = "2019-05-02"}}));
 }
 
-TEST(RosterDocument, IsItsOwnersAloneAndLeavesNothingBeside) {
+TEST(RosterDocument, IsItsOwnersAloneWhenNewAndLeavesNothingBeside) {
   const TemporaryFolder folder;
-  folder.write("members.json", R"({"version":1,"members":[]})");
-  folder.write("members.json.new", "left by an interrupted run");
-  std::filesystem::permissions(folder / "members.json", perms::all);
+  folder.write("members.json.new", "left by a killed run");
 
   RosterDocument(folder / "members.json").write();
 
@@ -208,6 +208,39 @@ TEST(RosterDocument, KeepsTheValuesOfNumbersNotTheirSpelling) {
   EXPECT_EQ(after["a"], 2.5);
   EXPECT_EQ(after["b"].get<std::uint64_t>(), UINT64_MAX);
   EXPECT_EQ(after["c"], 12345678901234567890123.0);
+}
+
+TEST(RosterDocument, KeepsTheModeOfTheFile) {
+  for (const unsigned mode : {0640U, 0600U, 0664U, 0400U}) {
+    const TemporaryFolder folder;
+    folder.write("members.json", R"({"version":1,"members":[]})");
+    std::filesystem::permissions(folder / "members.json", perms(mode));
+    RosterDocument roster(folder / "members.json");
+    roster.put(ann);
+
+    roster.write();
+
+    EXPECT_EQ(std::filesystem::status(folder / "members.json").permissions(), perms(mode));
+    EXPECT_EQ(written(folder)["members"].size(), 1U);
+  }
+}
+
+TEST(RosterDocument, KeepsOwnerAndGroupWhereItMay) {
+  if (geteuid() != 0) GTEST_SKIP() << "only the administrator may give a file away";
+  const TemporaryFolder folder;
+  const std::filesystem::path path = folder.write("members.json", R"({"version":1,"members":[]})");
+  ASSERT_EQ(chown(path.c_str(), 1234, 5678), 0);
+  std::filesystem::permissions(path, perms(0640));
+  RosterDocument roster(path);
+  roster.put(ann);
+
+  roster.write();
+
+  struct stat status {};
+  ASSERT_EQ(stat(path.c_str(), &status), 0);
+  EXPECT_EQ(status.st_uid, 1234U);
+  EXPECT_EQ(status.st_gid, 5678U);
+  EXPECT_EQ(status.st_mode & 0777U, 0640U);
 }
 
 TEST(RosterDocument, FailsWhereItCannotWrite) {
