@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstddef>
 #include <fstream>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -20,7 +22,9 @@ constexpr Phrase unreadable{.zh = "名册 {0} 读不了,原样没动:{1}",
                             .en = "the roster {0} cannot be read and was left alone: {1}"};
 constexpr Phrase noFile{.zh = "名册 {0} 不是普通文件,原样没动",
                         .en = "the roster {0} is no regular file and was left alone"};
-constexpr std::array all{unreadable, noFile};
+constexpr Phrase tooDeep{.zh = "名册 {0} 的嵌套超过 {1} 层,未作改动",
+                         .en = "the roster {0} is nested more than {1} deep and was left alone"};
+constexpr std::array all{unreadable, noFile, tooDeep};
 static_assert(std::ranges::all_of(all, inBothLanguages));
 
 }  // namespace phrases
@@ -45,6 +49,30 @@ std::optional<std::string> rosterText(const std::filesystem::path& path) {
   return text;
 }
 
+/// Writing a document takes stack for every level, so there is a limit to what an unknown key may
+/// hold.
+constexpr int deepestValue = 100;
+
+/// Whether arrays and objects in `text` lie in each other deeper than that.
+bool isTooDeep(std::string_view text) {
+  int depth = 0;
+  bool inString = false;
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    const char byte = text[index];
+    if (inString) {
+      if (byte == '\\') ++index;
+      if (byte == '"') inString = false;
+    } else if (byte == '"') {
+      inString = true;
+    } else if (byte == '{' || byte == '[') {
+      if (++depth > deepestValue) return true;
+    } else if (byte == '}' || byte == ']') {
+      --depth;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 RosterDocument::RosterDocument(std::filesystem::path path)
@@ -52,6 +80,9 @@ RosterDocument::RosterDocument(std::filesystem::path path)
   *document = {{"version", 1}, {"members", nlohmann::ordered_json::array()}};
   const std::optional<std::string> text = rosterText(this->path);
   if (!text) return;
+  if (isTooDeep(*text)) {
+    throw ImportError(phrases::tooDeep, {this->path.string(), std::to_string(deepestValue)});
+  }
   try {
     file = JsonFields::parsed(*text).get<Roster::File>();
     *document = nlohmann::ordered_json::parse(*text);

@@ -28,8 +28,8 @@ struct ImportedMember {
 class RosterDocument {
 public:
   /// Reads the file at `path`; one that does not exist is a roster without members. A file that
-  /// cannot be read, a link that leads nowhere, or a file that the server could not read fails with
-  /// ImportError and stays.
+  /// cannot be read, a link that leads nowhere, a file that the server could not read, or one that
+  /// is nested more than 100 deep fails with ImportError and stays.
   explicit RosterDocument(std::filesystem::path path);
   ~RosterDocument();
   RosterDocument(const RosterDocument&) = delete;

@@ -243,6 +243,28 @@ TEST(RosterDocument, KeepsOwnerAndGroupWhereItMay) {
   EXPECT_EQ(status.st_mode & 0777U, 0640U);
 }
 
+/// A roster with an unknown key that holds `depth` - 1 arrays in each other.
+std::string nested(int depth) {
+  const auto count = static_cast<std::size_t>(depth - 1);
+  return R"({"version":1,"members":[],"more":)" + std::string(count, '[') +
+         std::string(count, ']') + R"(,"text":"[[[\"[[["})";
+}
+
+TEST(RosterDocument, TakesUnknownValuesNestedAHundredDeepAndNoDeeper) {
+  EXPECT_EQ(updated(nested(100), ann)["members"].size(), 1U);
+
+  for (const int depth : {101, 1000000}) {
+    const TemporaryFolder folder;
+    const std::string text = nested(depth);
+    folder.write("members.json", text);
+
+    EXPECT_EQ(refusal(folder),
+              "the roster " + (folder / "members.json").string() +
+                  " is nested more than 100 deep and was left alone");
+    EXPECT_EQ(fileContents(folder / "members.json"), text);
+  }
+}
+
 TEST(RosterDocument, FailsWhereItCannotWrite) {
   const TemporaryFolder folder;
   std::filesystem::create_directory(folder / "members.json.new");
