@@ -220,6 +220,7 @@ void storeNew(ExportFile& source, const MemberFolder& folder, const std::vector<
   try {
     // The id may be that of an unfinished import.
     requireDistinct(members, order.name, folder.id());
+    requireUnshared(members, place.database);
     outcome = storeOrExplain(source, place, order, surroundings, report);
   } catch (...) {
     folder.abandon();

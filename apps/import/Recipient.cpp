@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <system_error>
 
 namespace {
 
@@ -67,7 +68,46 @@ std::optional<Member> recipient(const std::vector<Member>& members, const std::s
   std::optional<Member> member = id ? memberOfID(members, name, *id) : memberOfName(members, name);
   if (!member) requireDistinct(members, name, id);
   if (member && !member->devices.empty()) throw ImportError(phrases::paired, {name});
+  if (member) requireUnshared(members, member->dbPath);
   return member;
+}
+
+namespace {
+
+/// `path` without links, "." and "..", as far as it is there. A link to a file that is yet to be
+/// made is followed too, for SQLite would make that file.
+std::filesystem::path followed(std::filesystem::path path) {
+  constexpr int mostLinks = 40;  // as many as the system itself follows
+  std::error_code error;
+  for (int links = 0; links < mostLinks; ++links) {
+    if (!std::filesystem::is_symlink(std::filesystem::symlink_status(path, error))) break;
+    path = path.parent_path() / std::filesystem::read_symlink(path, error);
+  }
+  std::filesystem::path whole = std::filesystem::weakly_canonical(path, error);
+  return error ? path.lexically_normal() : whole;
+}
+
+/// Whether both paths lead to one file, or would once it is made. Where neither file is there,
+/// nobody can tell whether its file system distinguishes letter cases; then they count as equal.
+bool isSameFile(const std::filesystem::path& one, const std::filesystem::path& other) {
+  // A path that is not absolute names no file in particular.
+  if (!one.is_absolute() || !other.is_absolute()) return false;
+  std::error_code unknown;
+  if (std::filesystem::equivalent(one, other, unknown)) return true;
+  if (std::filesystem::exists(one, unknown) || std::filesystem::exists(other, unknown)) {
+    return false;
+  }
+  return lowerCased(followed(one).string()) == lowerCased(followed(other).string());
+}
+
+}  // namespace
+
+void requireUnshared(const std::vector<Member>& members, const std::filesystem::path& database) {
+  for (const Member& member : members) {
+    if (!member.devices.empty() && isSameFile(member.dbPath, database)) {
+      throw ImportError(phrases::paired, {member.name});
+    }
+  }
 }
 
 void requireDistinct(const std::vector<Member>& members, const std::string& name,

@@ -165,4 +165,16 @@ TEST_F(Import, SaysThatADatabaseIsNone) {
   EXPECT_THAT(refusal("Ann"), HasSubstr("file is not a database"));
 }
 
+TEST_F(Import, OfANewMemberDoesNotMakeThePairedMembersDatabase) {
+  json ben = memberWithout("b-2", (root() / "members/ann/health.db").string());
+  ben["name"] = "Ben";
+  ben["devices"] = {{{"token", "t"}, {"pairedAt", 1}}};
+  writeRoster({{"version", 1}, {"members", {ben}}});
+  writeExport(exportText(3));
+
+  EXPECT_THAT(refusal("Ann", "ann"), testing::StartsWith("Ben has a paired phone"));
+
+  EXPECT_THAT(files(), testing::ElementsAre("members.json"));
+}
+
 }  // namespace

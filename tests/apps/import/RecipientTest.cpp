@@ -1,8 +1,11 @@
 #include "import/ImportError.h"
 #include "import/Recipient.h"
+#include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 namespace {
 
@@ -83,6 +86,70 @@ TEST(Recipient, IsRefusedWhenNewWithBlanksAtTheNamesEnds) {
 TEST(Recipient, IsRefusedWhenPairedByNameAndByID) {
   EXPECT_THAT(refusal("Ben", std::nullopt), HasSubstr("Ben has a paired phone"));
   EXPECT_THAT(refusal("Ben", "b-2"), HasSubstr("Ben has a paired phone"));
+}
+
+/// Ann without a phone and Ben with one, whose databases are at these paths.
+std::vector<Member> couple(const std::filesystem::path& anns, const std::filesystem::path& bens) {
+  std::vector<Member> members{member("a-1", "Ann"), paired("b-2", "Ben")};
+  members[0].dbPath = anns.string();
+  members[1].dbPath = bens.string();
+  return members;
+}
+
+/// What the refusal of an import for Ann says, in English.
+std::string refusalOfAnn(const std::vector<Member>& members) {
+  try {
+    recipient(members, "Ann", std::nullopt);
+    return "none";
+  } catch (const ImportError& error) {
+    return error.text(SummaryLang::en);
+  }
+}
+
+constexpr const char* refusalOfBen =
+    "Ben has a paired phone, so the receiver writes that data and an import may not; an import "
+    "under another name makes a member of its own";
+
+TEST(Recipient, IsRefusedWithADatabaseThatAPairedMemberHasToo) {
+  const TemporaryFolder folder;
+  const std::filesystem::path bens = folder.write("ben/health.db", "Ben's");
+  std::filesystem::create_directory(folder / "ann");
+  std::filesystem::create_symlink(bens, folder / "ann/link.db");
+  std::filesystem::create_hard_link(bens, folder / "ann/hard.db");
+  std::filesystem::create_directory_symlink(folder / "ben", folder / "alias");
+
+  for (const char* name : {"ben/health.db",
+                           "ann/../ben/./health.db",
+                           "ann/link.db",
+                           "ann/hard.db",
+                           "alias/health.db"}) {
+    EXPECT_EQ(refusalOfAnn(couple(folder / name, bens)), refusalOfBen) << name;
+  }
+  folder.write("ann/health.db", "Ann's");
+  EXPECT_EQ(refusalOfAnn(couple(folder / "ann/health.db", bens)), "none");
+  EXPECT_EQ(refusalOfAnn(couple(folder / "ann/missing.db", bens)), "none");
+}
+
+TEST(Recipient, IsRefusedAlsoWhenThePairedMembersDatabaseIsYetToBeMade) {
+  const TemporaryFolder folder;
+  const std::filesystem::path bens = folder / "ben/health.db";
+  std::filesystem::create_directories(folder / "ben");
+  std::filesystem::create_symlink("ben/health.db", folder / "link.db");
+  std::filesystem::create_directory_symlink(folder / "ben", folder / "alias");
+
+  for (const char* name :
+       {"ben/health.db", "ben/../ben/health.db", "alias/health.db", "link.db", "ben/HEALTH.db"}) {
+    EXPECT_EQ(refusalOfAnn(couple(folder / name, bens)), refusalOfBen) << name;
+  }
+  EXPECT_EQ(refusalOfAnn(couple(folder / "ben/other.db", bens)), "none");
+}
+
+TEST(Recipient, MayShareADatabaseWithAMemberWhomNoPhoneServes) {
+  const TemporaryFolder folder;
+  std::vector<Member> members = couple(folder / "health.db", folder / "health.db");
+  members[1].devices.clear();
+
+  EXPECT_EQ(refusalOfAnn(members), "none");
 }
 
 }  // namespace
