@@ -26,7 +26,24 @@ constexpr Phrase unreadable{.zh = "读不出来:{0}", .en = "Cannot be read: {0}
 constexpr Phrase noXml{.zh = "{0} 里没有健康 App 导出的 export.xml",
                        .en = "There is no export.xml of the Health app in {0}"};
 constexpr Phrase noArchive{.zh = "{0} 不是 zip 文件", .en = "{0} is not a zip archive"};
-constexpr std::array all{missing, unreadable, noXml, noArchive};
+constexpr Phrase noXmlAmongSome{
+    .zh = "{0} 里没有健康 App 导出的 export.xml;其他 XML 文件只检查了前 {1} 个",
+    .en =
+        "There is no export.xml of the Health app in {0}; of its other XML files only the first "
+        "{1} "
+        "were looked into"};
+constexpr Phrase notDownloaded{
+    .zh = "{0} 还没有从云盘下载到这台电脑;请先在文件管理器里下载,再试一次",
+    .en =
+        "{0} has not been downloaded yet from the cloud drive: download it in the file manager "
+        "first, then try again"};
+constexpr Phrase clinicalDocument{
+    .zh = "{0} 是导出文件中的临床文档,不含要导入的记录;需要的是同一文件夹里的 export.xml",
+    .en =
+        "{0} is the clinical document of an export, which holds none of the records to import: the "
+        "file wanted is the export.xml beside it"};
+constexpr std::array all{
+    missing, unreadable, noXml, noArchive, noXmlAmongSome, notDownloaded, clinicalDocument};
 static_assert(std::ranges::all_of(all, inBothLanguages));
 }  // namespace phrases
 
@@ -109,8 +126,18 @@ bool isMacCompanion(const Listed& file) {
   return file.name.starts_with("__MACOSX/") || file.lastPart().starts_with("._");
 }
 
-/// The position in `files` of the export's XML; their count when there is none. `begins` tells
-/// whether the file at a position begins like an export.
+constexpr std::string_view clinicalName = "export_cda.xml";
+
+/// A name alone does not tell an export, and looking into an endless number of files takes long.
+constexpr std::size_t mostLookedInto = 32;
+
+bool mayBeExport(const Listed& file) {
+  const std::string last = lowerCased(file.lastPart());
+  return file.depth <= 1 && last.ends_with(".xml") && last != clinicalName && !isMacCompanion(file);
+}
+
+/// The position in `files` of the export's XML; their count when there is none, or none among the
+/// first that are looked into. `begins` tells whether the file at a position begins like an export.
 std::size_t xmlAmong(const std::vector<Listed>& files,
                      const std::function<bool(std::size_t)>& begins) {
   std::size_t found = files.size();
@@ -122,19 +149,38 @@ std::size_t xmlAmong(const std::vector<Listed>& files,
   }
   if (found != files.size()) return found;
 
-  for (std::size_t index = 0; index < files.size(); ++index) {
-    const std::string last = lowerCased(files[index].lastPart());
-    if (files[index].depth > 1 || !last.ends_with(".xml") || last == "export_cda.xml") continue;
-    if (!isMacCompanion(files[index]) && begins(index)) return index;
+  std::size_t lookedInto = 0;
+  for (std::size_t index = 0; index < files.size() && lookedInto < mostLookedInto; ++index) {
+    if (!mayBeExport(files[index])) continue;
+    if (begins(index)) return index;
+    ++lookedInto;
   }
   return files.size();
+}
+
+/// The name of the file that the cloud drive keeps beside, or instead of, a missing `name`.
+std::string stubOf(const std::string& name) { return "." + name + ".icloud"; }
+
+/// Why none of `files`, from `path`, is the export.
+ImportError noXmlIn(const std::filesystem::path& path, const std::vector<Listed>& files) {
+  const auto stub = std::ranges::find_if(files, [](const Listed& file) {
+    return file.depth <= 1 && lowerCased(file.lastPart()) == stubOf("export.xml");
+  });
+  if (stub != files.end()) {
+    const std::filesystem::path folder = (path / stub->name).parent_path();
+    return ImportError(phrases::notDownloaded, {(folder / "export.xml").string()});
+  }
+  if (std::cmp_greater(std::ranges::count_if(files, mayBeExport), mostLookedInto)) {
+    return ImportError(phrases::noXmlAmongSome, {path.string(), std::to_string(mostLookedInto)});
+  }
+  return ImportError(phrases::noXml, {path.string()});
 }
 
 ExportContents contentsOf(const std::vector<Listed>& files, std::size_t xml) {
   ExportContents contents;
   for (std::size_t index = 0; index < files.size(); ++index) {
     const std::string last = lowerCased(files[index].lastPart());
-    if (index == xml || last == "export_cda.xml" || isMacCompanion(files[index])) continue;
+    if (index == xml || last == clinicalName || isMacCompanion(files[index])) continue;
     if (last.ends_with(".gpx")) {
       ++contents.routes;
     } else if (last.ends_with(".csv")) {
@@ -182,13 +228,17 @@ ExportFile::ExportFile(const std::filesystem::path& path, Interrupted interrupte
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(path, error);
   if (status.type() == std::filesystem::file_type::not_found) {
-    throw ImportError(phrases::missing, {path.string()});
+    const std::filesystem::path stub = path.parent_path() / stubOf(path.filename().string());
+    const bool isStub = path.has_filename() && std::filesystem::exists(stub, error);
+    throw ImportError(isStub ? phrases::notDownloaded : phrases::missing, {path.string()});
   }
   if (error) throw ImportError(phrases::unreadable, {path.string()});
   if (std::filesystem::is_directory(status)) {
     openFolder(path);
   } else if (std::filesystem::is_regular_file(status) && beginning(path, 2) == "PK") {
     openArchive(path);
+  } else if (lowerCased(path.filename().string()) == clinicalName) {
+    throw ImportError(phrases::clinicalDocument, {path.string()});
   } else if (lowerCased(path.extension().string()) == ".zip") {
     throw ImportError(phrases::noArchive, {path.string()});
   } else {
@@ -210,7 +260,7 @@ void ExportFile::openFolder(const std::filesystem::path& path) {
   const std::size_t xml = xmlAmong(files, [&](std::size_t index) {
     return beginsLikeExport(beginning(path / files[index].name, beginningSize));
   });
-  if (xml == files.size()) throw ImportError(phrases::noXml, {path.string()});
+  if (xml == files.size()) throw noXmlIn(path, files);
 
   const std::filesystem::path xmlPath = path / files[xml].name;
   openFile(xmlPath);
@@ -231,7 +281,7 @@ void ExportFile::openArchive(const std::filesystem::path& path) {
   const std::size_t xml = xmlAmong(files, [&](std::size_t index) {
     return beginsLikeExport(archive.beginning(entries[index], beginningSize));
   });
-  if (xml == files.size()) throw ImportError(phrases::noXml, {path.string()});
+  if (xml == files.size()) throw noXmlIn(path, files);
   beside = contentsOf(files, xml);
   bytes = entries[xml].size;
   xmlName = files[xml].name;

@@ -28,7 +28,9 @@ public:
   /// Opens `path`: a zip archive (told by its first bytes, not by its name), a folder that one was
   /// unpacked to, or an export.xml. Archive and folder may have the XML at their top or one folder
   /// down, whatever that folder is called; it is the file named export.xml, else (the name follows
-  /// the phone's language) the first .xml that begins like a Health export. Throws ImportError.
+  /// the phone's language) the first .xml that begins like a Health export, of 32 at most. Throws
+  /// ImportError, which names what is wanted where the file lies in the cloud drive still or is the
+  /// export's clinical document.
   /// `interrupted` may end the wait for the bytes of a pipe, with Interruption.
   explicit ExportFile(const std::filesystem::path& path,
                       Interrupted interrupted = neverInterrupted);

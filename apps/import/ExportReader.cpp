@@ -21,13 +21,20 @@ constexpr Phrase noExport{.zh = "没有 HealthData 元素:这不是健康 App �
                           .en =
                               "There is no HealthData element: this is no export of the Health "
                               "app, or one cut off at its beginning."};
+constexpr Phrase clinicalDocument{
+    .zh =
+        "这是导出文件中的临床文档(export_cda.xml),不含要导入的记录;需要的是同一文件夹里的 "
+        "export.xml。",
+    .en =
+        "This is the clinical document of an export (export_cda.xml), which holds none of the "
+        "records to import: the file wanted is the export.xml beside it."};
 constexpr Phrase tooDeep{.zh =
                              "第 {0} 行第 {1} 列的元素嵌套太深,这不是健康 App 的导出。"
                              "什么都没有导入。",
                          .en =
                              "The elements in line {0}, column {1} are nested too deeply; this is "
                              "no export of the Health app. Nothing was imported."};
-constexpr std::array all{noExport, tooDeep};
+constexpr std::array all{noExport, clinicalDocument, tooDeep};
 static_assert(std::ranges::all_of(all, inBothLanguages));
 }  // namespace phrases
 
@@ -36,12 +43,22 @@ static_assert(std::ranges::all_of(all, inBothLanguages));
 ExportReader::ExportReader(ExportSink& target, TimeZone& zone)
     : sink(target), parser(*this), stamps(zone) {}
 
-void ExportReader::feed(std::string_view bytes) {
-  parser.parse(unrepeated.removed(prolog.passed(text.cleaned(bytes))));
+void ExportReader::feed(std::string_view bytes) { parse(text.cleaned(encoding.checked(bytes))); }
+
+/// Takes text that XML allows.
+void ExportReader::parse(std::string_view bytes) {
+  if (!begun) {
+    const std::size_t first = bytes.find_first_not_of(" \t\r\n");
+    begun = first != std::string_view::npos;
+    // Nobody who gave a picture or a list by mistake wants to hear of broken XML.
+    if (begun && bytes[first] != '<') throw ImportError(phrases::noExport);
+  }
+  parser.parse(unrepeated.removed(prolog.passed(bytes)));
 }
 
 void ExportReader::finish() {
-  parser.parse(unrepeated.removed(prolog.passed(text.rest())));
+  parse(text.cleaned(encoding.rest()));
+  parse(text.rest());
   parser.parse(unrepeated.rest());
   // Not before the parser has seen all of it: it may not yet have told that what it has is broken.
   parser.finish(phrases::noExport);
@@ -52,6 +69,7 @@ void ExportReader::startElement(std::string_view name, const Attributes& attribu
   if (depth > deepestElement) parser.refuse(phrases::tooDeep);
   if (ignoredDepth != 0) return;
   if (depth == 1) {
+    if (name == "ClinicalDocument") throw ImportError(phrases::clinicalDocument);
     if (name != "HealthData") throw ImportError(phrases::noExport);
   } else if (depth == 2) {
     startTopElement(name, attributes);

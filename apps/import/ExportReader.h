@@ -7,6 +7,7 @@
 #include "import/Prolog.h"
 #include "import/RepeatedAttributes.h"
 #include "import/WorkoutParts.h"
+#include "import/XmlEncoding.h"
 #include "import/XmlParser.h"
 #include "import/XmlText.h"
 #include "platform/TimeZone.h"
@@ -24,8 +25,8 @@
 /// Elements that the XML is sound about but the database cannot take are told to the sink and left
 /// out. Broken XML throws ImportError with line and column; so does a file that is nested deeper
 /// or has longer tags or more names than any export, which only exists to exhaust memory. One that
-/// is no Health export throws it too. What the sink throws passes through. After an exception the
-/// reader is of no more use.
+/// is no Health export, or in another encoding than UTF-8, throws it too. What the sink throws
+/// passes through. After an exception the reader is of no more use.
 ///
 /// Lines are those of the file. A column counts the characters that are left of its line, so it is
 /// less than the file's by those dropped before it.
@@ -52,6 +53,7 @@ public:
   const std::optional<Stamp>& firstStamp() const { return stamps.first(); }
 
 private:
+  void parse(std::string_view bytes);
   void startElement(std::string_view name, const Attributes& attributes) override;
   void endElement() override;
 
@@ -63,6 +65,7 @@ private:
   bool hasDay(const LocalStamp& start);
 
   ExportSink& sink;
+  XmlEncoding encoding;
   // What XML forbids goes first: none of it may hide where the root begins.
   XmlText text;
   Prolog prolog;
@@ -70,6 +73,7 @@ private:
   XmlParser parser;
   LocalStamps stamps;
   std::optional<Stamp> dateOfExport;
+  bool begun = false;    ///< a character other than a blank was there
   int depth = 0;         ///< of the element that is open, the root being 1
   int ignoredDepth = 0;  ///< of the element whose parts are of no interest; 0 is none
   std::optional<WorkoutParts> workout;  ///< the one that is open

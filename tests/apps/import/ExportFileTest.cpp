@@ -138,6 +138,55 @@ TEST_F(ExportFileTest, RefusesWhatIsNotThere) {
             "There is no such file or folder: " + (folder / "none.zip").string());
 }
 
+TEST_F(ExportFileTest, TellsAFileThatLiesInTheCloudDriveStill) {
+  folder.write(".export.zip.icloud", "bplist");
+  folder.write("unpacked/.export.xml.icloud", "bplist");
+  const std::string wanted =
+      " has not been downloaded yet from the cloud drive: download it in the file manager first, "
+      "then try again";
+
+  EXPECT_EQ(errorOf(folder / "export.zip"), (folder / "export.zip").string() + wanted);
+  EXPECT_EQ(errorOf(folder / "unpacked/export.xml"),
+            (folder / "unpacked/export.xml").string() + wanted);
+  EXPECT_EQ(errorOf(folder / "unpacked"), (folder / "unpacked/export.xml").string() + wanted);
+  EXPECT_THAT(errorOf(folder / "other.zip"), StartsWith("There is no such file or folder"));
+  // Once it is there, the stub is of no interest.
+  folder.write("unpacked/export.xml", xml);
+  EXPECT_EQ(errorOf(folder / "unpacked"), "");
+}
+
+TEST_F(ExportFileTest, NamesTheFileThatIsWantedInsteadOfTheClinicalDocument) {
+  const std::filesystem::path path = folder.write("export_cda.xml", "<broken");
+
+  const std::string wanted =
+      path.string() +
+      " is the clinical document of an export, which holds none of the records to import: the file "
+      "wanted is the export.xml beside it";
+  EXPECT_EQ(errorOf(path), wanted);
+  folder.write("export.xml", xml);
+  EXPECT_EQ(errorOf(path), wanted);
+}
+
+TEST_F(ExportFileTest, LooksIntoTheFirst32XmlFilesAlone) {
+  std::vector<std::pair<std::string, std::string>> entries;
+  for (int number = 0; number < 31; ++number) {
+    entries.emplace_back("a/" + std::to_string(number) + ".xml", clinicalDocument);
+  }
+  entries.emplace_back("a/last.xml", xml);
+  EXPECT_EQ(readAll(zipOf(entries)), xml);
+  std::filesystem::remove(folder / "export.zip");
+
+  entries.insert(entries.begin(), {"a/more.xml", clinicalDocument});
+  const std::filesystem::path path = zipOf(entries);
+  EXPECT_EQ(errorOf(path),
+            "There is no export.xml of the Health app in " + path.string() +
+                "; of its other XML files only the first 32 were looked into");
+  std::filesystem::remove(path);
+
+  entries.emplace_back("a/export.xml", xml);
+  EXPECT_EQ(readAll(zipOf(entries)), xml);
+}
+
 TEST_F(ExportFileTest, RefusesAnArchiveOrFolderWithoutAnExport) {
   folder.write("inner/export_cda.xml", clinicalDocument);
 

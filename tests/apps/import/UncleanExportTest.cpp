@@ -233,9 +233,68 @@ TEST(BrokenExport, IsRefusedForTheSameReasonHoweverItIsCut) {
   }
 }
 
+TEST(BrokenExport, IsToldFromTheClinicalDocumentBesideIt) {
+  // Broken further down, as phones write it.
+  const std::string document = "<?xml version=\"1.0\"?>\n<ClinicalDocument xmlns='a'>\n<a b></x>";
+
+  EXPECT_EQ(errorOf(document),
+            "This is the clinical document of an export (export_cda.xml), which holds none of the "
+            "records to import: the file wanted is the export.xml beside it.");
+}
+
+/// `text`, which is ASCII, with so many zero bytes before and behind each character.
+std::string widened(std::string_view text, std::size_t before, std::size_t behind) {
+  std::string wide;
+  for (const char letter : text) {
+    wide += std::string(before, '\0') + letter + std::string(behind, '\0');
+  }
+  return wide;
+}
+
+TEST(Encoding, OtherThanUTF8IsRefusedHoweverTheFileIsCut) {
+  const std::string whole = exportOf(record);
+  const std::string declared = "<?xml version=\"1.0\" encoding=";
+  const std::vector<std::pair<std::string, std::string>> documents{
+      {widened(whole, 1, 0), "UTF-16"},
+      {widened(whole, 0, 1), "UTF-16"},
+      {"\xfe\xff" + widened(whole, 1, 0), "UTF-16"},
+      {"\xff\xfe" + widened(whole, 0, 1), "UTF-16"},
+      {widened(whole, 3, 0), "UTF-32"},
+      {widened(whole, 0, 3), "UTF-32"},
+      {declared + "\"ISO-8859-1\"?><HealthData/>", "ISO-8859-1"},
+      {declared + " 'windows-1252' ?><HealthData/>", "windows-1252"},
+      {"\xef\xbb\xbf" + declared + "\"utf-16\"?><HealthData/>", "utf-16"}};
+  for (const auto& [document, name] : documents) {
+    for (const std::size_t size : {std::size_t{1}, std::size_t{3}, std::size_t{1000}}) {
+      CollectingSink sink;
+      try {
+        readInto(sink, document, size);
+        ADD_FAILURE() << name;
+      } catch (const ImportError& error) {
+        EXPECT_EQ(error.text(SummaryLang::en),
+                  "The file is in " + name +
+                      " instead of UTF-8; another program may have saved it. Take the file as the "
+                      "phone exported it. Nothing was imported.");
+      }
+    }
+  }
+}
+
+TEST(Encoding, OfUTF8AndItsPartsIsTaken) {
+  for (const char* name : {"UTF-8", "utf-8", "UTF8", "US-ASCII", "us-ascii"}) {
+    const std::string document =
+        "<?xml version=\"1.0\" encoding=\"" + std::string(name) + "\"?><HealthData/>";
+    EXPECT_EQ(errorOf(document), "") << name;
+  }
+  EXPECT_EQ(errorOf("<?xml version='1.0'?><HealthData encoding='UTF-16'/>"), "");
+  EXPECT_EQ(errorOf(std::string("\0<HealthData/>", 14)), "");
+}
+
 TEST(BrokenExport, IsToldFromAnotherKindOfFile) {
   for (const std::string_view document : {"",
-                                          "<?xml version=\"1.0\"?>\n<ClinicalDocument/>",
+                                          "<?xml version=\"1.0\"?>\n<html/>",
+                                          "date,steps\n2024-03-01,1000\n",
+                                          "\xff\xd8\xff\xe0 a picture",
                                           "<!DOCTYPE HealthData [\n<!ELEMENT Health"}) {
     EXPECT_THAT(errorOf(document), HasSubstr("There is no HealthData element")) << document;
   }
