@@ -9,7 +9,7 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase diskFull{.zh = "磁盘满了;这次导入全部撤销,腾出空间再来",
+constexpr Phrase diskFull{.zh = "磁盘已满,这次导入已全部撤销;请腾出空间后再导入",
                           .en =
                               "the disk is full; the whole import was undone, make room and try "
                               "again"};
@@ -18,10 +18,10 @@ constexpr Phrase fileFull{
     .en =
         "the database's file cannot grow: the file system or \"ulimit -f\" limits the size of a "
         "file; the whole import was undone"};
-constexpr Phrase failed{.zh = "库写不了,这次导入全部撤销:{0}",
+constexpr Phrase failed{.zh = "数据库无法写入,这次导入已全部撤销:{0}",
                         .en = "the database cannot be written, the whole import was undone: {0}"};
-constexpr Phrase unopened{.zh = "库打不开:{0}", .en = "the database cannot be opened: {0}"};
-constexpr Phrase noFile{.zh = "{0} 不是普通文件;把它移走再来",
+constexpr Phrase unopened{.zh = "数据库无法打开:{0}", .en = "the database cannot be opened: {0}"};
+constexpr Phrase noFile{.zh = "{0} 不是普通文件;请移走后再导入",
                         .en = "{0} is no regular file; move it away and try again"};
 constexpr std::array all{&diskFull, &fileFull, &failed, &unopened, &noFile};
 static_assert(std::ranges::all_of(all,

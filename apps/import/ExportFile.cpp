@@ -22,12 +22,12 @@ namespace {
 namespace phrases {
 constexpr Phrase missing{.zh = "没有这个文件或文件夹:{0}",
                          .en = "There is no such file or folder: {0}"};
-constexpr Phrase unreadable{.zh = "读不出来:{0}", .en = "Cannot be read: {0}"};
-constexpr Phrase noXml{.zh = "{0} 里没有健康 App 导出的 export.xml",
+constexpr Phrase unreadable{.zh = "无法读取:{0}", .en = "Cannot be read: {0}"};
+constexpr Phrase noXml{.zh = "{0} 里没有「健康」App 导出的 export.xml",
                        .en = "There is no export.xml of the Health app in {0}"};
 constexpr Phrase noArchive{.zh = "{0} 不是 zip 文件", .en = "{0} is not a zip archive"};
 constexpr Phrase noXmlAmongSome{
-    .zh = "{0} 里没有健康 App 导出的 export.xml;其他 XML 文件只检查了前 {1} 个",
+    .zh = "{0} 里没有「健康」App 导出的 export.xml;其他 XML 文件只检查了前 {1} 个",
     .en =
         "There is no export.xml of the Health app in {0}; of its other XML files only the first "
         "{1} "

@@ -17,10 +17,11 @@ namespace {
 constexpr int deepestElement = 64;
 
 namespace phrases {
-constexpr Phrase noExport{.zh = "没有 HealthData 元素:这不是健康 App 的导出,或者文件开头就断了。",
-                          .en =
-                              "There is no HealthData element: this is no export of the Health "
-                              "app, or one cut off at its beginning."};
+constexpr Phrase noExport{
+    .zh = "没有 HealthData 元素:这不是「健康」App 的导出文件,或者文件缺少开头。",
+    .en =
+        "There is no HealthData element: this is no export of the Health "
+        "app, or one cut off at its beginning."};
 constexpr Phrase clinicalDocument{
     .zh =
         "这是导出文件中的临床文档(export_cda.xml),不含要导入的记录;需要的是同一文件夹里的 "
@@ -29,8 +30,8 @@ constexpr Phrase clinicalDocument{
         "This is the clinical document of an export (export_cda.xml), which holds none of the "
         "records to import: the file wanted is the export.xml beside it."};
 constexpr Phrase tooDeep{.zh =
-                             "第 {0} 行第 {1} 列的元素嵌套太深,这不是健康 App 的导出。"
-                             "什么都没有导入。",
+                             "第 {0} 行第 {1} 列的元素嵌套太深,这不是「健康」App 的导出文件。"
+                             "没有导入任何数据。",
                          .en =
                              "The elements in line {0}, column {1} are nested too deeply; this is "
                              "no export of the Health app. Nothing was imported."};

@@ -16,7 +16,7 @@ constexpr Phrase usage{
   larkspur-import [--data-root <dir>] --member <name> [--id <id>]
                   [--time-zone <zone>] <export>
 
-  --data-root <dir>   数据目录(默认 ~/Library/Application Support/Larkspur)
+  --data-root <dir>   数据根目录(默认 ~/Library/Application Support/Larkspur)
   --member <name>     数据属于谁;名册里没有这个名字时新增一位成员
   --id <id>           成员的 id:用来区分同名的人,或给新成员指定 id
   --time-zone <zone>  成员居住地的时区,如 Asia/Shanghai(默认本机时区);
@@ -25,7 +25,7 @@ constexpr Phrase usage{
   --version           显示版本
 
 <export> 是导出得到的 .zip、其中的 export.xml,或解压后的文件夹。
-同一份导出再导一次不会有变化;较新的导出只补上新的数据。
+同一份导出文件再次导入不会有任何变化;较新的导出文件只补上新的数据。
 )",
     .en = R"(larkspur-import: brings what the iPhone's Health app exports into Larkspur
 
@@ -44,16 +44,17 @@ constexpr Phrase usage{
 Importing the same export again changes nothing; a newer one adds what is new.
 )"};
 constexpr Phrase unknownArgument{.zh = "不认识的参数:{0}", .en = "unknown argument: {0}"};
-constexpr Phrase valueMissing{.zh = "{0} 少了一个值", .en = "{0} wants a value"};
-constexpr Phrase secondExport{.zh = "只能给一份导出,多出来的是:{0}",
+constexpr Phrase valueMissing{.zh = "{0} 后面缺少值", .en = "{0} wants a value"};
+constexpr Phrase secondExport{.zh = "一次只能导入一份导出文件,多出的是:{0}",
                               .en = "one export at a time, and this is a second: {0}"};
-constexpr Phrase exportMissing{.zh = "没有说要导入哪份导出", .en = "the export is missing"};
-constexpr Phrase memberMissing{.zh = "少了 --member", .en = "--member is missing"};
+constexpr Phrase exportMissing{.zh = "没有指定要导入的导出文件", .en = "the export is missing"};
+constexpr Phrase memberMissing{.zh = "缺少 --member", .en = "--member is missing"};
 constexpr Phrase nameUnusable{
-    .zh = "--member 要一个 UTF-8 编码的非空名字,不含控制字符",
+    .zh = "--member 后面须是成员的名字:UTF-8 编码,不能为空,不含控制字符",
     .en = "--member wants a name, in UTF-8, not empty and without control characters"};
-constexpr Phrase rootEmpty{.zh = "--data-root 要一个文件夹", .en = "--data-root wants a folder"};
-constexpr Phrase zoneEmpty{.zh = "--time-zone 要一个时区,如 Asia/Shanghai",
+constexpr Phrase rootEmpty{.zh = "--data-root 后面须是一个文件夹",
+                           .en = "--data-root wants a folder"};
+constexpr Phrase zoneEmpty{.zh = "--time-zone 后面须是一个时区,如 Asia/Shanghai",
                            .en = "--time-zone wants a zone, such as Asia/Shanghai"};
 constexpr Phrase idUnusable{
     .zh = "--id 只能由 1 到 64 个字母、数字、- 和 _ 组成",

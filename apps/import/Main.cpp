@@ -29,7 +29,7 @@
 namespace {
 
 constexpr Phrase reportUnwritten{
-    .zh = "导入已经完成,但报告写不出来:{0}",
+    .zh = "导入已经完成,但无法输出报告:{0}",
     .en = "the import is complete, but its report cannot be written: {0}"};
 static_assert(inBothLanguages(reportUnwritten));
 

@@ -23,7 +23,7 @@ constexpr Phrase other{
         "--time-zone out"};
 constexpr Phrase unzoned{
     .zh =
-        "{0} 里已有数据,但没有记下时区,再导入会把同一个样本存成两份。要重新导入,先移走文件夹 "
+        "{0} 里已有数据,但没有记下时区,再次导入会把同一个样本存成两份。要重新导入,先移走文件夹 "
         "{1};名册里若有 id 为 {2} 的成员,也要删掉",
     .en =
         "{0} holds data without a note of its time zone, and another import would store each "

@@ -18,9 +18,9 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase unreadable{.zh = "名册 {0} 读不了,原样没动:{1}",
+constexpr Phrase unreadable{.zh = "名册 {0} 无法读取,未作改动:{1}",
                             .en = "the roster {0} cannot be read and was left alone: {1}"};
-constexpr Phrase noFile{.zh = "名册 {0} 不是普通文件,原样没动",
+constexpr Phrase noFile{.zh = "名册 {0} 不是普通文件,未作改动",
                         .en = "the roster {0} is no regular file and was left alone"};
 constexpr Phrase tooDeep{.zh = "名册 {0} 的嵌套超过 {1} 层,未作改动",
                          .en = "the roster {0} is nested more than {1} deep and was left alone"};

@@ -8,8 +8,8 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase unusable{.zh = "{0} 用不了:{1}", .en = "{0} cannot be used: {1}"};
-constexpr Phrase refused{.zh = "系统不允许:{0}", .en = "the system refuses: {0}"};
+constexpr Phrase unusable{.zh = "{0} 无法使用:{1}", .en = "{0} cannot be used: {1}"};
+constexpr Phrase refused{.zh = "系统报错:{0}", .en = "the system reports: {0}"};
 constexpr std::array all{unusable, refused};
 static_assert(std::ranges::all_of(all, inBothLanguages));
 

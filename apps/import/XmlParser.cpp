@@ -24,41 +24,44 @@ constexpr long long mostUnread = 2 * longestTag;
 constexpr std::size_t pieceSize = 128UL << 10;
 
 namespace phrases {
-constexpr Phrase broken{.zh = "XML 在第 {0} 行第 {1} 列坏了:{2}。什么都没有导入。",
+constexpr Phrase broken{.zh = "XML 在第 {0} 行第 {1} 列有错误:{2}。没有导入任何数据。",
                         .en =
                             "The XML is broken in line {0}, column {1}: {2}. Nothing was "
                             "imported."};
-constexpr Phrase tooLong{.zh =
-                             "从第 {0} 行第 {1} 列开始的标签超过 128 KiB,这不是健康 App 的导出。"
-                             "什么都没有导入。",
-                         .en =
-                             "What begins in line {0}, column {1} is longer than 128 KiB; this is "
-                             "no export of the Health app. Nothing was imported."};
-constexpr Phrase nameTooLong{.zh =
-                                 "第 {0} 行第 {1} 列的标签里有超过 256 字节的名称,这不是健康 App "
-                                 "的导出。什么都没有导入。",
-                             .en =
-                                 "A name in the tag in line {0}, column {1} is longer than 256 "
-                                 "bytes; this is no export of the Health app. Nothing was "
-                                 "imported."};
-constexpr Phrase tooManyNames{.zh =
-                                  "到第 {0} 行第 {1} 列,元素和属性的名称超过 1,000 种,这不是健康 "
-                                  "App 的导出。什么都没有导入。",
-                              .en =
-                                  "Up to line {0}, column {1} the elements and attributes have "
-                                  "more than 1,000 names; this is no export of the Health app. "
-                                  "Nothing was imported."};
+constexpr Phrase tooLong{
+    .zh =
+        "从第 {0} 行第 {1} 列开始的标签超过 128 KiB,这不是「健康」App 的导出文件。"
+        "没有导入任何数据。",
+    .en =
+        "What begins in line {0}, column {1} is longer than 128 KiB; this is "
+        "no export of the Health app. Nothing was imported."};
+constexpr Phrase nameTooLong{
+    .zh =
+        "第 {0} 行第 {1} 列的标签里有超过 256 字节的名称,这不是「健康」App "
+        "的导出文件。没有导入任何数据。",
+    .en =
+        "A name in the tag in line {0}, column {1} is longer than 256 "
+        "bytes; this is no export of the Health app. Nothing was "
+        "imported."};
+constexpr Phrase tooManyNames{
+    .zh =
+        "到第 {0} 行第 {1} 列,元素和属性的名称超过 1,000 种,这不是「健康」"
+        "App 的导出文件。没有导入任何数据。",
+    .en =
+        "Up to line {0}, column {1} the elements and attributes have "
+        "more than 1,000 names; this is no export of the Health app. "
+        "Nothing was imported."};
 
-constexpr Phrase badCharacter{.zh = "有 XML 不允许的写法", .en = "not well-formed"};
-constexpr Phrase endsInTag{.zh = "文件在标签中间断了", .en = "the file ends inside a tag"};
-constexpr Phrase endsEarly{.zh = "文件没有写完就断了", .en = "the file ends too early"};
+constexpr Phrase badCharacter{.zh = "写法不符合 XML", .en = "not well-formed"};
+constexpr Phrase endsInTag{.zh = "文件在标签中间中断", .en = "the file ends inside a tag"};
+constexpr Phrase endsEarly{.zh = "文件不完整", .en = "the file ends too early"};
 constexpr Phrase otherTag{.zh = "结束标签和开始标签不配对",
                           .en = "an end tag does not match its start tag"};
 constexpr Phrase attributeTwice{.zh = "同一个属性写了两次", .en = "an attribute stands twice"};
-constexpr Phrase entity{.zh = "用了没有定义的实体", .en = "an entity is not defined"};
-constexpr Phrase noReference{.zh = "字符引用不对",
+constexpr Phrase entity{.zh = "使用了未定义的实体", .en = "an entity is not defined"};
+constexpr Phrase noReference{.zh = "字符引用无效",
                              .en = "a character reference names no character"};
-constexpr Phrase afterRoot{.zh = "根元素结束以后还有内容",
+constexpr Phrase afterRoot{.zh = "根元素结束后还有内容",
                            .en = "something follows the end of the root element"};
 constexpr std::array all{broken,
                          tooLong,

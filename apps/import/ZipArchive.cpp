@@ -11,17 +11,17 @@
 namespace {
 
 namespace phrases {
-constexpr Phrase noArchive{.zh = "{0} 不是完整的 zip 文件,可能没有传完:{1}",
+constexpr Phrase noArchive{.zh = "{0} 不是完整的 zip 文件,可能没有传输完整:{1}",
                            .en = "{0} is not a complete zip archive, it may be cut off: {1}"};
-constexpr Phrase unreadable{.zh = "zip 里的 {0} 读不出来,什么都没有导入:{1}",
+constexpr Phrase unreadable{.zh = "zip 里的 {0} 无法读取,没有导入任何数据:{1}",
                             .en =
                                 "{0} in the zip archive cannot be read, nothing was imported: "
                                 "{1}"};
-constexpr Phrase tooLong{.zh = "zip 里的 {0} 比它声明的 {1} 字节长,什么都没有导入。",
+constexpr Phrase tooLong{.zh = "zip 里的 {0} 比它声明的 {1} 字节长,没有导入任何数据。",
                          .en =
                              "{0} in the zip archive holds more than the {1} bytes that it "
                              "declares; nothing was imported."};
-constexpr Phrase tooShort{.zh = "zip 里的 {0} 没有它声明的 {1} 字节那么长,什么都没有导入。",
+constexpr Phrase tooShort{.zh = "zip 里的 {0} 没有它声明的 {1} 字节那么长,没有导入任何数据。",
                           .en =
                               "{0} in the zip archive holds less than the {1} bytes that it "
                               "declares; nothing was imported."};

@@ -228,11 +228,11 @@ INSTANTIATE_TEST_SUITE_P(
         RefusalCase{"FileInPlaceOfTheDataRoot",
                     [](const TemporaryFolder& folder) { folder.write("root", "a file"); },
                     "{0} cannot be used: Not a directory",
-                    "{0} 用不了:Not a directory"},
+                    "{0} 无法使用:Not a directory"},
         RefusalCase{"FileInPlaceOfTheMembers",
                     [](const TemporaryFolder& folder) { folder.write("root/members", "a file"); },
                     "{0}/members/ann cannot be used: Not a directory",
-                    "{0}/members/ann 用不了:Not a directory"},
+                    "{0}/members/ann 无法使用:Not a directory"},
         RefusalCase{"DatabaseThatIsNone",
                     [](const TemporaryFolder& folder) {
                       folder.write("root/members/ann/health.db", std::string(5000, 'x'));
@@ -240,14 +240,14 @@ INSTANTIATE_TEST_SUITE_P(
                     },
                     "the database cannot be written, the whole import was undone: file is not a "
                     "database",
-                    "库写不了,这次导入全部撤销:file is not a database"},
+                    "数据库无法写入,这次导入已全部撤销:file is not a database"},
         RefusalCase{"FolderInPlaceOfTheDatabase",
                     [](const TemporaryFolder& folder) {
                       folder.write("root/members/ann/health.db/a", "");
                       folder.write("root/members/ann/import-unfinished", "Ann");
                     },
                     "the database cannot be opened: unable to open database file",
-                    "库打不开:unable to open database file"}),
+                    "数据库无法打开:unable to open database file"}),
     [](const auto& test) { return test.param.name; });
 
 /// SQLite would wait for the other end of a pipe for ever.

@@ -37,7 +37,7 @@ TEST(ImportProgress, DrawsInChinese) {
   Shown shown(ImportProgress::Kind::terminal, 100000000, SummaryLang::zh);
 
   EXPECT_EQ(shown.after(2, 25000000),
-            "\r\033[K[#####---------------] 25%,已读 25.0 / 100.0 MB,12.5 MB/秒,还要 0:06");
+            "\r\033[K[#####---------------] 25%,已读 25.0 / 100.0 MB,12.5 MB/秒,剩余 0:06");
 }
 
 TEST(ImportProgress, DrawsNoMoreOftenThanAnEyeFollows) {

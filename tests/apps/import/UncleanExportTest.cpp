@@ -160,7 +160,7 @@ TEST(BrokenExport, IsRefusedWithLineAndColumn) {
   EXPECT_EQ(errorOf(document),
             "The XML is broken in line 4, column 11: not well-formed. Nothing was imported.");
   EXPECT_EQ(errorOf(document, SummaryLang::zh),
-            "XML 在第 4 行第 11 列坏了:有 XML 不允许的写法。什么都没有导入。");
+            "XML 在第 4 行第 11 列有错误:写法不符合 XML。没有导入任何数据。");
 }
 
 TEST(BrokenExport, DoesNotCountInItsColumnWhatWasDropped) {
