@@ -1,7 +1,6 @@
 #include "import/ImportWriter.h"
 #include "import/ImportStatistics.h"
 #include "import/ImportedZone.h"
-#include "import/StoredUnit.h"
 #include "import/Units.h"
 #include "platform/AppleFormat.h"
 
@@ -121,10 +120,9 @@ void ImportWriter::bindIfChanged(std::size_t position, std::optional<std::string
   insertRecord.bind(static_cast<int>(position), text);
 }
 
-/// The unit of the first number that was stored of the record's type; the record's own when it is
-/// the first.
-std::string ImportWriter::firstUnitOf(const ExportedRecord& record) {
-  std::string unit;
+/// The unit of the first number that was stored of the record's type; `nullopt` when there is none.
+std::optional<std::string> ImportWriter::firstUnitOf(const ExportedRecord& record) {
+  std::optional<std::string> unit;
   // Mostly all numbers of a type are in one unit, which the index finds at once; to find the first
   // row takes as long as there are rows of the type.
   constexpr std::array searches{
@@ -135,33 +133,10 @@ std::string ImportWriter::firstUnitOf(const ExportedRecord& record) {
   for (const char* search : searches) {
     Statement query = database.prepare(search, "");
     const std::optional<Row> row = query.bind(1, record.type).next();
-    const std::optional<std::string> stored = row ? row->find<std::string>(0) : std::nullopt;
-    if (!stored || *stored == *record.unit) return std::string(*record.unit);
-    unit = *stored;
+    unit = row ? row->find<std::string>(0) : std::nullopt;
+    if (!unit || *unit == *record.unit) return unit;
   }
   return unit;
-}
-
-/// Brings the record of a type that has no unit of our choice to the one that the database has.
-void ImportWriter::convert(ExportedRecord& record) {
-  if (!record.number || !record.unit || StoredUnit::of(record.type)) return;
-  // An export has some hundred types; one of ever new types must not take all memory there is.
-  constexpr std::size_t mostKept = 1000;
-  if (firstUnits.size() == mostKept) firstUnits.clear();
-  auto first = firstUnits.find(record.type);
-  if (first == firstUnits.end()) {
-    first = firstUnits.emplace(record.type, firstUnitOf(record)).first;
-  }
-  if (*record.unit == first->second) return;
-  const std::optional<double> number =
-      Units::converted({.number = *record.number, .unit = *record.unit}, first->second);
-  if (!number) {
-    record.unknownUnit = true;
-    return;
-  }
-  record.number = number;
-  record.unit = first->second;
-  record.converted = true;
 }
 
 /// Whether the sample is there: the same text, or a number that lies no further from the stored one
@@ -187,7 +162,7 @@ bool ImportWriter::isStored(const ExportedRecord& record) {
 
 void ImportWriter::add(const ExportedRecord& exported) {
   ExportedRecord record = exported;
-  convert(record);
+  firstUnits.convert(record, [this](const ExportedRecord& first) { return firstUnitOf(first); });
   ++counts.records.read;
   if (record.converted) ++counts.converted;
   if (record.unknownUnit) ++counts.unknownUnits;

@@ -2,14 +2,13 @@
 // Puts an export into a member's database.
 
 #include "import/ExportSink.h"
+#include "import/FirstUnits.h"
 #include "import/ImportTally.h"
 #include "store/Database.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -66,8 +65,7 @@ public:
   const std::optional<std::string>& firstStoredDay() const { return firstStored; }
 
 private:
-  std::string firstUnitOf(const ExportedRecord& record);
-  void convert(ExportedRecord& record);
+  std::optional<std::string> firstUnitOf(const ExportedRecord& record);
   bool isStored(const ExportedRecord& record);
   void bindIfChanged(std::size_t position, std::optional<std::string_view> text);
   bool isStored(const ExportedActivityDay& day);
@@ -85,7 +83,7 @@ private:
   Statement replaceDay;
   /// What the first four positions of `insertRecord` are bound to: neighbours share most of it.
   std::array<std::optional<std::string>, 4> bound;
-  std::map<std::string, std::string, std::less<>> firstUnits;  ///< by type, where asked for so far
+  FirstUnits firstUnits;
   bool olderExport = false;
   ImportTally counts;
   std::optional<std::string> firstStored;
