@@ -13,18 +13,18 @@ namespace {
 namespace phrases {
 constexpr Phrase noArchive{.zh = "{0} 不是完整的 zip 文件,可能没有传输完整:{1}",
                            .en = "{0} is not a complete zip archive, it may be cut off: {1}"};
-constexpr Phrase unreadable{.zh = "zip 里的 {0} 无法读取,没有导入任何数据:{1}",
+constexpr Phrase unreadable{.zh = "zip 里的导出文件无法读取,没有导入任何数据:{0}",
                             .en =
-                                "{0} in the zip archive cannot be read, nothing was imported: "
-                                "{1}"};
-constexpr Phrase tooLong{.zh = "zip 里的 {0} 比它声明的 {1} 字节长,没有导入任何数据。",
+                                "The export in the zip archive cannot be read, nothing was "
+                                "imported: {0}"};
+constexpr Phrase tooLong{.zh = "zip 里的导出文件比它声明的 {0} 字节长,没有导入任何数据。",
                          .en =
-                             "{0} in the zip archive holds more than the {1} bytes that it "
-                             "declares; nothing was imported."};
-constexpr Phrase tooShort{.zh = "zip 里的 {0} 没有它声明的 {1} 字节那么长,没有导入任何数据。",
+                             "The export in the zip archive holds more than the {0} bytes that "
+                             "it declares; nothing was imported."};
+constexpr Phrase tooShort{.zh = "zip 里的导出文件没有它声明的 {0} 字节那么长,没有导入任何数据。",
                           .en =
-                              "{0} in the zip archive holds less than the {1} bytes that it "
-                              "declares; nothing was imported."};
+                              "The export in the zip archive holds less than the {0} bytes that "
+                              "it declares; nothing was imported."};
 constexpr std::array all{noArchive, unreadable, tooLong, tooShort};
 static_assert(std::ranges::all_of(all, inBothLanguages));
 }  // namespace phrases
@@ -37,13 +37,13 @@ using EntryHandle = std::unique_ptr<zip_file, EntryCloser>;
 
 EntryHandle entryHandle(zip* archive, const ZipEntry& entry) {
   EntryHandle handle(zip_fopen_index(archive, entry.index, 0));
-  if (!handle) throw ImportError(phrases::unreadable, {entry.name, zip_strerror(archive)});
+  if (!handle) throw ImportError(phrases::unreadable, {zip_strerror(archive)});
   return handle;
 }
 
-std::size_t readSome(zip_file* file, const ZipEntry& entry, std::span<char> buffer) {
+std::size_t readSome(zip_file* file, std::span<char> buffer) {
   const zip_int64_t count = zip_fread(file, buffer.data(), buffer.size());
-  if (count < 0) throw ImportError(phrases::unreadable, {entry.name, zip_file_strerror(file)});
+  if (count < 0) throw ImportError(phrases::unreadable, {zip_file_strerror(file)});
   return static_cast<std::size_t>(count);
 }
 
@@ -60,8 +60,8 @@ public:
       return 0;
     }
     const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(left, buffer.size()));
-    const std::size_t count = readSome(handle.get(), entry, buffer.first(wanted));
-    if (count == 0) throw ImportError(phrases::tooShort, {entry.name, std::to_string(entry.size)});
+    const std::size_t count = readSome(handle.get(), buffer.first(wanted));
+    if (count == 0) throw ImportError(phrases::tooShort, {std::to_string(entry.size)});
     taken += count;
     return count;
   }
@@ -71,8 +71,8 @@ private:
   /// compares the checksum.
   void checkEnd() {
     char beyond = 0;
-    if (readSome(handle.get(), entry, {&beyond, 1}) != 0) {
-      throw ImportError(phrases::tooLong, {entry.name, std::to_string(entry.size)});
+    if (readSome(handle.get(), {&beyond, 1}) != 0) {
+      throw ImportError(phrases::tooLong, {std::to_string(entry.size)});
     }
   }
 
@@ -116,7 +116,7 @@ std::string ZipArchive::beginning(const ZipEntry& entry, std::size_t size) const
   std::string bytes(static_cast<std::size_t>(std::min<std::uint64_t>(size, entry.size)), '\0');
   std::size_t count = 0;
   while (count < bytes.size()) {
-    const std::size_t more = readSome(handle.get(), entry, std::span(bytes).subspan(count));
+    const std::size_t more = readSome(handle.get(), std::span(bytes).subspan(count));
     if (more == 0) break;
     count += more;
   }

@@ -20,7 +20,7 @@ struct ZipEntry {
 };
 
 /// An archive open for reading, with entries and offsets beyond 4 GiB. Throws ImportError for one
-/// that is cut off or broken.
+/// that is cut off or broken; what is said names no entry, for the archive chose the names.
 class ZipArchive {
 public:
   explicit ZipArchive(const std::filesystem::path& path);

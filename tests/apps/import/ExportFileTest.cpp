@@ -223,7 +223,7 @@ TEST_F(ExportFileTest, TakesNoMoreOfAnEntryThanItDeclares) {
   EXPECT_EQ(file.read(piece), 1000U);
   EXPECT_THROW(file.read(piece), ImportError);
   EXPECT_EQ(errorOf(path),
-            "a/export.xml in the zip archive holds more than the 1000 bytes that it declares; "
+            "The export in the zip archive holds more than the 1000 bytes that it declares; "
             "nothing was imported.");
 }
 
@@ -232,7 +232,7 @@ TEST_F(ExportFileTest, RefusesAnEntryThatHoldsLessThanItDeclares) {
   declareSize(path, 4000000000);
 
   EXPECT_EQ(errorOf(path),
-            "a/export.xml in the zip archive holds less than the 4000000000 bytes that it "
+            "The export in the zip archive holds less than the 4000000000 bytes that it "
             "declares; nothing was imported.");
 }
 
@@ -241,7 +241,7 @@ TEST_F(ExportFileTest, RefusesAnEntryWhoseBytesAreNotThoseThatWerePacked) {
   spoilChecksum(path);
 
   EXPECT_THAT(errorOf(path),
-              StartsWith("a/export.xml in the zip archive cannot be read, nothing was imported: "));
+              StartsWith("The export in the zip archive cannot be read, nothing was imported: "));
 }
 
 TEST_F(ExportFileTest, CountsBeyondFourGibibytes) {
