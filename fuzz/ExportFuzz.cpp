@@ -38,8 +38,8 @@ std::string endOfReading(CollectingSink& sink, std::string_view document, Length
   } catch (const ImportError& error) {
     return error.what();
   }
-  return std::to_string(reader.droppedCharacters()) + " dropped, " +
-         std::to_string(reader.replacedSequences()) + " replaced";
+  return std::to_string(reader.irregularities().droppedCharacters) + " dropped, " +
+         std::to_string(reader.irregularities().replacedSequences) + " replaced";
 }
 
 /// Whether two readings of one export end alike. For what stands behind the root element the reason

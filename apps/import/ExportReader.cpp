@@ -65,6 +65,13 @@ void ExportReader::finish() {
   parser.finish(phrases::noExport);
 }
 
+Irregularities ExportReader::irregularities() const {
+  return {.unreadableStamps = stamps.unreadable(),
+          .repeatedAttributes = unrepeated.count(),
+          .droppedCharacters = text.droppedCharacters(),
+          .replacedSequences = text.replacedSequences()};
+}
+
 void ExportReader::startElement(std::string_view name, const Attributes& attributes) {
   ++depth;
   if (depth > deepestElement) parser.refuse(phrases::tooDeep);

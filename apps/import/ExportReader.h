@@ -3,6 +3,7 @@
 
 #include "import/Attributes.h"
 #include "import/ExportSink.h"
+#include "import/Irregularities.h"
 #include "import/LocalStamps.h"
 #include "import/Prolog.h"
 #include "import/RepeatedAttributes.h"
@@ -12,7 +13,6 @@
 #include "import/XmlText.h"
 #include "platform/TimeZone.h"
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -37,14 +37,7 @@ public:
   void feed(std::string_view bytes);
   void finish();  ///< after the last byte
 
-  /// Characters that XML forbids, and references to them, dropped so far.
-  std::int64_t droppedCharacters() const { return text.droppedCharacters(); }
-  /// Ill-formed pieces of UTF-8 replaced by U+FFFD so far.
-  std::int64_t replacedSequences() const { return text.replacedSequences(); }
-  /// Attributes so far that stood in their tag before; see RepeatedAttributes.
-  std::int64_t repeatedAttributes() const { return unrepeated.count(); }
-  /// Stamps of records and workouts so far that have a day but no time that can be read.
-  std::int64_t unreadableStamps() const { return stamps.unreadable(); }
+  Irregularities irregularities() const;  ///< so far
 
   /// The export's own date, at the offset of the phone's clocks; absent before it and when it
   /// cannot be read.

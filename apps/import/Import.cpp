@@ -132,10 +132,7 @@ Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
   report.tally = writer.tally();
   report.timeZone = zone.zone().name();
   report.machineTimeZone = surroundings.timeZone;
-  report.unreadableStamps = reader.unreadableStamps();
-  report.repeatedAttributes = reader.repeatedAttributes();
-  report.droppedCharacters = reader.droppedCharacters();
-  report.replacedSequences = reader.replacedSequences();
+  report.irregularities = reader.irregularities();
   Outcome outcome{.firstDay = writer.firstStoredDay(), .exportedAt = std::nullopt};
   if (report.tally.exportedAt) {
     const auto moment = AppleFormat::stampParser.parse(*report.tally.exportedAt);

@@ -3,9 +3,9 @@
 
 #include "import/ExportFile.h"
 #include "import/ImportTally.h"
+#include "import/Irregularities.h"
 #include "summary/SummaryLang.h"
 
-#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -19,10 +19,7 @@ struct ImportReport {
   std::string timeZone;  ///< that the member's days are in
   /// The machine's, in which the server tells nights; absent when it has no name.
   std::optional<std::string> machineTimeZone;
-  std::int64_t unreadableStamps = 0;
-  std::int64_t repeatedAttributes = 0;
-  std::int64_t droppedCharacters = 0;
-  std::int64_t replacedSequences = 0;
+  Irregularities irregularities;
   ExportContents beside;
   double seconds = 0;  ///< that it took
 

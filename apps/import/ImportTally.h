@@ -44,6 +44,14 @@ struct ImportTally {
     return records.added == 0 && workouts.added == 0 && activityDays.added == 0;
   }
 
+  /// Counts a record, a workout or a day as read; `kind` is the tally of its kind.
+  template <typename Element>
+  void read(Tally& kind, const Element& element) {
+    ++kind.read;
+    if (element.converted) ++converted;
+    if (element.unknownUnit) ++unknownUnits;
+  }
+
   /// Widens the span of days.
   void met(std::string_view day);
 

@@ -163,9 +163,7 @@ bool ImportWriter::isStored(const ExportedRecord& record) {
 void ImportWriter::add(const ExportedRecord& exported) {
   ExportedRecord record = exported;
   firstUnits.convert(record, [this](const ExportedRecord& first) { return firstUnitOf(first); });
-  ++counts.records.read;
-  if (record.converted) ++counts.converted;
-  if (record.unknownUnit) ++counts.unknownUnits;
+  counts.read(counts.records, record);
   if (record.startDay) counts.met(*record.startDay);
 
   // For the table's constraint a NULL equals nothing, so such a row would come again every time.
@@ -186,9 +184,7 @@ void ImportWriter::add(const ExportedRecord& exported) {
 void ImportWriter::add(const ExportedWorkout& workout) {
   const WorkoutEntry& entry = workout.entry;
   const std::string day = entry.start.substr(0, 10);
-  ++counts.workouts.read;
-  if (workout.converted) ++counts.converted;
-  if (workout.unknownUnit) ++counts.unknownUnits;
+  counts.read(counts.workouts, workout);
   counts.met(day);
 
   insertWorkout.bind(1, unlessEmpty(entry.activity_type)).bind(2, unlessEmpty(entry.source));
@@ -232,9 +228,7 @@ bool ImportWriter::isStored(const ExportedActivityDay& day) {
 }
 
 void ImportWriter::add(const ExportedActivityDay& day) {
-  ++counts.activityDays.read;
-  if (day.converted) ++counts.converted;
-  if (day.unknownUnit) ++counts.unknownUnits;
+  counts.read(counts.activityDays, day);
   if (isStored(day)) return;
   replaceDay.bind(1, day.date).bind(2, day.activeEnergyUnit);
   int position = 2;

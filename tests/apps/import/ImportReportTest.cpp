@@ -23,16 +23,16 @@ ImportReport fullReport() {
   report.tally.sources = 5;
   report.timeZone = "Asia/Shanghai";
   report.machineTimeZone = "Etc/UTC";
-  report.unreadableStamps = 6;
-  report.repeatedAttributes = 2500;
+  report.irregularities.unreadableStamps = 6;
+  report.irregularities.repeatedAttributes = 2500;
   report.tally.firstDay = "2018-09-01";
   report.tally.lastDay = "2026-11-20";
   report.tally.skipped = {{"no startDate", {.count = 2, .firstLine = 1234}},
                           {"no type", {.count = 1, .firstLine = 9}}};
   report.tally.notStored = {{"ClinicalRecord", 6}, {"WorkoutRoute", 8}};
   report.tally.others = 1;
-  report.droppedCharacters = 3;
-  report.replacedSequences = 2;
+  report.irregularities.droppedCharacters = 3;
+  report.irregularities.replacedSequences = 2;
   report.beside = {.routes = 8, .ecgs = 4, .clinicalRecords = 6, .others = 1};
   report.seconds = 12.34;
   return report;

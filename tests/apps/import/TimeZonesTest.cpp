@@ -277,7 +277,7 @@ TEST_F(TimeZones, CannotReadSomeStampsAndTellThem) {
 
   const ImportReport report = importFor("Ann", "ann");
 
-  EXPECT_EQ(report.unreadableStamps, 1);
+  EXPECT_EQ(report.irregularities.unreadableStamps, 1);
   EXPECT_THAT(rows(database().string(),
                    "SELECT start_date, start_day FROM records WHERE type = 'SleepAnalysis'",
                    2),

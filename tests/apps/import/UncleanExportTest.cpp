@@ -74,8 +74,8 @@ TEST(UncleanExport, LosesForbiddenCharactersAndCountsThem) {
   ASSERT_EQ(sink.records.size(), 1U);
   EXPECT_EQ(sink.records.front().type, "a");
   EXPECT_EQ(sink.records.front().sourceName, "Ann");
-  EXPECT_EQ(reader.droppedCharacters(), 5);
-  EXPECT_EQ(reader.replacedSequences(), 0);
+  EXPECT_EQ(reader.irregularities().droppedCharacters, 5);
+  EXPECT_EQ(reader.irregularities().replacedSequences, 0);
 }
 
 struct ForbiddenCase {
@@ -97,7 +97,7 @@ TEST_P(ForbiddenCharacter, IsDroppedBeforeTheElementsToo) {
   reader.finish();
 
   EXPECT_EQ(sink.records.size(), 1U);
-  EXPECT_EQ(reader.droppedCharacters(), GetParam().dropped);
+  EXPECT_EQ(reader.irregularities().droppedCharacters, GetParam().dropped);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -125,7 +125,7 @@ TEST(UncleanExport, HasIllFormedTextReplaced) {
 
   ASSERT_EQ(sink.records.size(), 1U);
   EXPECT_EQ(sink.records.front().sourceName, "A\uFFFDnn\uFFFD\uFFFD");
-  EXPECT_EQ(reader.replacedSequences(), 3);
+  EXPECT_EQ(reader.irregularities().replacedSequences, 3);
 }
 
 TEST(UncleanExport, KeepsQuotesBlanksAndCommasOfNames) {

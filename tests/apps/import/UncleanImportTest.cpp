@@ -65,11 +65,11 @@ TEST_F(UncleanImport, StoresWhatIsSoundAndCountsTheRest) {
                    "SELECT start_date, end_date, distance_km FROM workouts",
                    3),
               ElementsAre("2024-03-31 03:30:00 +0200|2024-03-31 04:00:00 +0200|5.0"));
-  EXPECT_EQ(report.repeatedAttributes, 3);
+  EXPECT_EQ(report.irregularities.repeatedAttributes, 3);
   EXPECT_EQ(report.tally.unknownUnits, 1);
   EXPECT_EQ(report.tally.lastDay, "2099-01-02");
-  EXPECT_EQ(report.droppedCharacters, 3);
-  EXPECT_EQ(report.replacedSequences, 1);
+  EXPECT_EQ(report.irregularities.droppedCharacters, 3);
+  EXPECT_EQ(report.irregularities.replacedSequences, 1);
 }
 
 TEST_F(UncleanImport, ChangesNothingTheSecondTime) {

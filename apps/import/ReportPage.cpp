@@ -1,0 +1,116 @@
+#include "import/ReportPage.h"
+#include "import/SkipReasons.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+namespace {
+
+namespace phrases {
+
+constexpr Phrase unreadable{.zh = "  读不出时间的时间戳:{0}(照原样保存)",
+                            .en = "  stamps without a readable time: {0} (kept as exported)"};
+constexpr Phrase repeated{
+    .zh = "  重复的属性:{0}(以第一个为准;缺少 endDate 时,第二个 startDate 当作 endDate)",
+    .en =
+        "  attributes that stand twice: {0} (the first counts; a second startDate is the end "
+        "where that is missing)"};
+constexpr Phrase converted{.zh = "  换算了单位:{0}", .en = "  converted units: {0}"};
+constexpr Phrase unknownUnits{.zh = "  单位不认识:{0}(记录照原样保存,训练里的该项留空)",
+                              .en =
+                                  "  unknown units: {0} (records are kept as exported, a "
+                                  "workout's figure is left out)"};
+constexpr Phrase dropped{.zh = "  去掉的非法字符:{0}", .en = "  forbidden characters dropped: {0}"};
+constexpr Phrase replaced{.zh = "  替换为 U+FFFD 的非法 UTF-8:{0}",
+                          .en = "  invalid UTF-8 replaced by U+FFFD: {0}"};
+constexpr Phrase skipped{.zh = "  跳过 {0} 个:{1}(第一个在第 {2} 行)",
+                         .en = "  skipped {0}: {1} (the first in line {2})"};
+constexpr Phrase notStored{.zh = "  没有导入:{0}", .en = "  not stored: {0}"};
+constexpr Phrase oneKind{.zh = "{0} {1} 个", .en = "{0} {1}"};
+constexpr Phrase routeFiles{.zh = "路线文件", .en = "route files"};
+constexpr Phrase ecgFiles{.zh = "心电图文件", .en = "ECG files"};
+constexpr Phrase clinicalFiles{.zh = "临床记录文件", .en = "clinical record files"};
+constexpr Phrase otherFiles{.zh = "其他文件", .en = "other files"};
+constexpr Phrase otherElements{.zh = "其他元素", .en = "other elements"};
+constexpr Phrase comma{.zh = "、", .en = ", "};
+constexpr Phrase time{.zh = "  用时:{0} 秒", .en = "  time: {0} s"};
+constexpr std::array all{&unreadable,
+                         &repeated,
+                         &converted,
+                         &unknownUnits,
+                         &dropped,
+                         &replaced,
+                         &skipped,
+                         &notStored,
+                         &oneKind,
+                         &routeFiles,
+                         &ecgFiles,
+                         &clinicalFiles,
+                         &otherFiles,
+                         &otherElements,
+                         &comma,
+                         &time};
+static_assert(std::ranges::all_of(all,
+                                  [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
+
+}  // namespace phrases
+
+/// `name`, or as much of it as a line has room for. The names are those that the file chose.
+std::string shortened(std::string_view name) {
+  constexpr std::size_t most = 64;
+  if (name.size() <= most) return std::string(name);
+  std::size_t end = most;
+  while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80U) --end;
+  return std::string(name.substr(0, end)) + "…";
+}
+
+}  // namespace
+
+ReportPage::ReportPage(SummaryLang lang, DigitGrouping grouping)
+    : lang(lang), grouping(std::move(grouping)) {}
+
+void ReportPage::add(const Phrase& phrase, std::initializer_list<std::string_view> values) {
+  lines.add(filled(phrase.in(lang), values));
+}
+
+void ReportPage::addUnlessZero(const Phrase& phrase, std::int64_t count) {
+  if (count != 0) add(phrase, {number(count)});
+}
+
+void ReportPage::addTroubles(const ImportTally& tally, const Irregularities& irregularities,
+                             const ExportContents& beside) {
+  addUnlessZero(phrases::converted, tally.converted);
+  addUnlessZero(phrases::unknownUnits, tally.unknownUnits);
+  addUnlessZero(phrases::unreadable, irregularities.unreadableStamps);
+  addUnlessZero(phrases::repeated, irregularities.repeatedAttributes);
+  addUnlessZero(phrases::dropped, irregularities.droppedCharacters);
+  addUnlessZero(phrases::replaced, irregularities.replacedSequences);
+  for (const auto& [reason, skipped] : tally.skipped) {
+    add(phrases::skipped,
+        {number(skipped.count),
+         SkipReasons::text(reason, lang),
+         std::to_string(skipped.firstLine)});
+  }
+  const std::string left = notStored(tally, beside);
+  if (!left.empty()) add(phrases::notStored, {left});
+}
+
+void ReportPage::addTime(double seconds) { add(phrases::time, {fixedDecimals(seconds, 1)}); }
+
+/// "WorkoutRoute 12, route files 12"; empty when everything was stored.
+std::string ReportPage::notStored(const ImportTally& tally, const ExportContents& beside) const {
+  std::vector<std::string> kinds;
+  const auto addKind = [&](std::string_view kind, std::int64_t count) {
+    if (count != 0) kinds.push_back(filled(phrases::oneKind.in(lang), {kind, number(count)}));
+  };
+  for (const auto& [element, count] : tally.notStored) addKind(shortened(element), count);
+  addKind(phrases::otherElements.in(lang), tally.others);
+  addKind(phrases::routeFiles.in(lang), beside.routes);
+  addKind(phrases::ecgFiles.in(lang), beside.ecgs);
+  addKind(phrases::clinicalFiles.in(lang), beside.clinicalRecords);
+  addKind(phrases::otherFiles.in(lang), beside.others);
+  return joined(kinds, phrases::comma.in(lang));
+}
