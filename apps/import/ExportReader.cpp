@@ -41,7 +41,7 @@ static_assert(std::ranges::all_of(all, inBothLanguages));
 
 }  // namespace
 
-ExportReader::ExportReader(ExportSink& target, TimeZone& zone)
+ExportReader::ExportReader(ExportSink& target, TimeZone* zone)
     : sink(target), parser(*this), stamps(zone) {}
 
 void ExportReader::feed(std::string_view bytes) { parse(text.cleaned(encoding.checked(bytes))); }
@@ -181,7 +181,8 @@ bool ExportReader::addRecord(const Attributes& attributes) {
   if (creation) record.creationDate = creation->text();
   record.sourceName = attributes.find("sourceName");
   record.device = attributes.find("device");
-  record.unit = attributes.find("unit");
+  record.exportedUnit = attributes.find("unit");
+  record.unit = record.exportedUnit;
   record.value = attributes.find("value");
   if (record.value) record.number = Units::number(*record.value);
   convert(record);

@@ -20,7 +20,7 @@
 /// Takes the bytes in pieces of any size and keeps no more of them than one element.
 ///
 /// The stamps of records and workouts are told in the time zone `zone`, and so are their days. One
-/// whose time cannot be read is told as exported.
+/// whose time cannot be read is told as exported, and without a zone so are all.
 ///
 /// Elements that the XML is sound about but the database cannot take are told to the sink and left
 /// out. Broken XML throws ImportError with line and column; so does a file that is nested deeper
@@ -32,7 +32,9 @@
 /// less than the file's by those dropped before it.
 class ExportReader : private XmlHandler {
 public:
-  ExportReader(ExportSink& target, TimeZone& zone);  ///< both outlive the reader
+  /// Both outlive the reader.
+  ExportReader(ExportSink& target, TimeZone& zone) : ExportReader(target, &zone) {}
+  explicit ExportReader(ExportSink& target) : ExportReader(target, nullptr) {}
 
   void feed(std::string_view bytes);
   void finish();  ///< after the last byte
@@ -46,6 +48,8 @@ public:
   const std::optional<Stamp>& firstStamp() const { return stamps.first(); }
 
 private:
+  ExportReader(ExportSink& target, TimeZone* zone);
+
   void parse(std::string_view bytes);
   void startElement(std::string_view name, const Attributes& attributes) override;
   void endElement() override;

@@ -19,7 +19,8 @@ struct ExportedRecord {
   std::optional<std::string_view> creationDate;
   std::optional<std::string_view> sourceName;
   std::optional<std::string_view> device;
-  std::optional<std::string_view> unit;  ///< of `number`
+  std::optional<std::string_view> unit;                         ///< of `number`
+  std::optional<std::string_view> exportedUnit = std::nullopt;  ///< as exported
   std::optional<std::string_view> value;
   std::optional<double> number;  ///< when the whole value is a finite number; converted
   bool converted = false;        ///< unit and number were converted to the unit we store

@@ -15,7 +15,9 @@ constexpr Phrase usage{
 
   larkspur-import [--data-root <dir>] --member <name> [--id <id>]
                   [--time-zone <zone>] <export>
+  larkspur-import --check <export>
 
+  --check             只通读并清点导出文件,什么都不保存;输出里没有数值、姓名和日期
   --data-root <dir>   数据根目录(默认 ~/Library/Application Support/Larkspur)
   --member <name>     数据属于谁;名册里没有这个名字时新增一位成员
   --id <id>           成员的 id:用来区分同名的人,或给新成员指定 id
@@ -31,7 +33,10 @@ constexpr Phrase usage{
 
   larkspur-import [--data-root <dir>] --member <name> [--id <id>]
                   [--time-zone <zone>] <export>
+  larkspur-import --check <export>
 
+  --check             only read all of the export and count what it holds; what is printed has
+                      no value, name or day
   --data-root <dir>   data root (default ~/Library/Application Support/Larkspur)
   --member <name>     whose data it is; a name that the roster lacks becomes a new member
   --id <id>           the member's id: tells people of one name apart, or names a new member's
@@ -48,6 +53,9 @@ constexpr Phrase valueMissing{.zh = "{0} 后面缺少值", .en = "{0} wants a va
 constexpr Phrase secondExport{.zh = "一次只能导入一份导出文件,多出的是:{0}",
                               .en = "one export at a time, and this is a second: {0}"};
 constexpr Phrase exportMissing{.zh = "没有指定要导入的导出文件", .en = "the export is missing"};
+constexpr Phrase uncheckedExport{.zh = "没有指定要检查的导出文件", .en = "the export is missing"};
+constexpr Phrase notWithCheck{.zh = "--check 什么都不保存,不能与 {0} 一起使用",
+                              .en = "--check stores nothing, so {0} does not go with it"};
 constexpr Phrase memberMissing{.zh = "缺少 --member", .en = "--member is missing"};
 constexpr Phrase nameUnusable{
     .zh = "--member 后面须是成员的名字:UTF-8 编码,不能为空,不含控制字符",
@@ -64,6 +72,8 @@ constexpr std::array all{&usage,
                          &valueMissing,
                          &secondExport,
                          &exportMissing,
+                         &uncheckedExport,
+                         &notWithCheck,
                          &memberMissing,
                          &nameUnusable,
                          &rootEmpty,
@@ -121,6 +131,7 @@ public:
 
   /// What is wrong with the value; `nullopt` when it was taken.
   std::optional<ImportCommandLine::Say> take(std::string_view option, std::string_view value) {
+    if (storing.empty()) storing = option;
     if (option == "--data-root") {
       if (value.empty()) return refusal(phrases::rootEmpty);
       order.dataRoot = value;
@@ -143,20 +154,31 @@ public:
     return std::nullopt;
   }
 
-  std::variant<ImportOrder, ImportCommandLine::Say> finished() const {
+  void takeCheck() { checks = true; }
+
+  std::variant<ImportOrder, CheckOrder, ImportCommandLine::Say> finished() const {
+    if (checks) return finishedCheck();
     if (order.name.empty()) return refusal(phrases::memberMissing);
     if (order.source.empty()) return refusal(phrases::exportMissing);
     return order;
   }
 
 private:
+  std::variant<ImportOrder, CheckOrder, ImportCommandLine::Say> finishedCheck() const {
+    if (!storing.empty()) return refusal(phrases::notWithCheck, storing);
+    if (order.source.empty()) return refusal(phrases::uncheckedExport);
+    return CheckOrder{.source = order.source};
+  }
+
   ImportOrder order;
+  bool checks = false;
+  std::string_view storing;  ///< the first option that says where or how to store
   SummaryLang lang;
 };
 
 }  // namespace
 
-std::variant<ImportOrder, ImportCommandLine::Say> ImportCommandLine::parsed(
+std::variant<ImportOrder, CheckOrder, ImportCommandLine::Say> ImportCommandLine::parsed(
     std::span<const char* const> arguments, const std::filesystem::path& defaultDataRoot,
     SummaryLang lang) {
   Reading reading(defaultDataRoot, lang);
@@ -167,6 +189,10 @@ std::variant<ImportOrder, ImportCommandLine::Say> ImportCommandLine::parsed(
       return reading.answer(std::string(phrases::usage.in(lang)));
     }
     if (argument == "--version") return reading.answer("larkspur-import " LARKSPUR_VERSION "\n");
+    if (argument == "--check") {
+      reading.takeCheck();
+      continue;
+    }
     if (argument == "--data-root" || argument == "--member" || argument == "--id" ||
         argument == "--time-zone") {
       if (index + 1 == arguments.size()) return reading.refusal(phrases::valueMissing, argument);

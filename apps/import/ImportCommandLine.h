@@ -20,6 +20,13 @@ struct ImportOrder {
   bool operator==(const ImportOrder&) const = default;
 };
 
+/// Which export is to be looked at and not stored.
+struct CheckOrder {
+  std::filesystem::path source;  ///< as that of an ImportOrder
+
+  bool operator==(const CheckOrder&) const = default;
+};
+
 namespace ImportCommandLine {
 
 /// Say something and end.
@@ -33,9 +40,9 @@ struct Say {
 
 /// Reads the arguments that follow the program's name, from left to right; the first that is wrong,
 /// or asks for help or the version, decides. Paths are taken as they stand, and of a repeated
-/// option the last one counts.
-std::variant<ImportOrder, Say> parsed(std::span<const char* const> arguments,
-                                      const std::filesystem::path& defaultDataRoot,
-                                      SummaryLang lang);
+/// option the last one counts. A check goes with no option of the import.
+std::variant<ImportOrder, CheckOrder, Say> parsed(std::span<const char* const> arguments,
+                                                  const std::filesystem::path& defaultDataRoot,
+                                                  SummaryLang lang);
 
 }  // namespace ImportCommandLine

@@ -78,3 +78,7 @@ void confine(const ImportOrder& order) {
 
   System::confine(reach);
 }
+
+void confine(const CheckOrder& order) {
+  System::confine({.read = {order.source}, .databases = {}, .change = {}, .staying = {}});
+}

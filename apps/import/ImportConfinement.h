@@ -1,5 +1,5 @@
 #pragma once
-// What an import gives up before it reads the first byte of the export.
+// What an import or a check gives up before it reads the first byte of the export.
 
 #include "import/ImportCommandLine.h"
 
@@ -7,3 +7,6 @@
 /// the export, time zones and locales, and changes the data root, the folder of the member's
 /// database and SQLite's temporary files.
 void confine(const ImportOrder& order);
+
+/// The same for a check, which reads the export and nothing else.
+void confine(const CheckOrder& order);

@@ -28,7 +28,7 @@ LocalStamp LocalStamps::local(std::string_view exported) {
   const std::optional<Stamp> stamp = AppleFormat::stampParser.stamp(exported);
   if (stamp && !firstStamp) firstStamp = stamp;
   if (stamp && stamp->moment >= earliest && stamp->moment <= latest) {
-    return LocalStamp(zone.stamp(stamp->moment));
+    return LocalStamp(zone == nullptr ? *stamp : zone->stamp(stamp->moment));
   }
   const LocalStamp kept(exported);
   if (kept.day()) ++unreadableCount;

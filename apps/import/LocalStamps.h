@@ -32,7 +32,8 @@ private:
 /// offset in force at its own moment, it has one text for ever, and begins with the day it was.
 class LocalStamps {
 public:
-  explicit LocalStamps(TimeZone& zone) : zone(zone) {}  ///< `zone` outlives it
+  /// `zone` outlives it. Without one, which is null, stamps keep the offset that they have.
+  explicit LocalStamps(TimeZone* zone) : zone(zone) {}
 
   LocalStamp local(std::string_view exported);
 
@@ -43,7 +44,7 @@ public:
   const std::optional<Stamp>& first() const { return firstStamp; }
 
 private:
-  TimeZone& zone;
+  TimeZone* zone;
   std::int64_t unreadableCount = 0;
   std::optional<Stamp> firstStamp;
 };

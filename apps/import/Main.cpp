@@ -1,6 +1,8 @@
 // larkspur-import: start-up. Reads the command line and the machine's language, and leaves the rest
 // to the import.
 
+#include "import/CensusText.h"
+#include "import/Check.h"
 #include "import/Import.h"
 #include "import/ImportConfinement.h"
 #include "import/ImportError.h"
@@ -31,7 +33,9 @@ namespace {
 constexpr Phrase reportUnwritten{
     .zh = "导入已经完成,但无法输出报告:{0}",
     .en = "the import is complete, but its report cannot be written: {0}"};
-static_assert(inBothLanguages(reportUnwritten));
+constexpr Phrase censusUnwritten{.zh = "清点的结果写不出来:{0}",
+                                 .en = "the census cannot be written: {0}"};
+static_assert(inBothLanguages(reportUnwritten) && inBothLanguages(censusUnwritten));
 
 constexpr int succeeded = 0;
 constexpr int failed = 1;
@@ -50,13 +54,15 @@ int say(const ImportCommandLine::Say& order) {
   return said ? order.status : failed;
 }
 
+ImportProgress::Kind progressKind() {
+  return isatty(STDERR_FILENO) == 1 ? ImportProgress::Kind::terminal : ImportProgress::Kind::log;
+}
+
 int bringIn(const ImportOrder& order, SummaryLang lang) {
   confine(order);
-  const auto kind =
-      isatty(STDERR_FILENO) == 1 ? ImportProgress::Kind::terminal : ImportProgress::Kind::log;
   const ImportReport report = runImport(order,
                                         {.progress = std::cerr,
-                                         .progressKind = kind,
+                                         .progressKind = progressKind(),
                                          .lang = lang,
                                          .clock = systemTime,
                                          .timeZone = System::timeZoneName(),
@@ -66,6 +72,17 @@ int bringIn(const ImportOrder& order, SummaryLang lang) {
     complain(ImportError(reportUnwritten, {reason}).text(lang));
   }
   return succeeded;
+}
+
+int check(const CheckOrder& order, SummaryLang lang) {
+  confine(order);
+  const CheckOutcome outcome = runCheck(
+      order,
+      {.progress = std::cerr, .progressKind = progressKind(), .lang = lang, .clock = systemTime});
+  const bool written = writeAll(STDOUT_FILENO, censusText(outcome.census, lang));
+  const std::string reason = std::generic_category().message(errno);
+  if (outcome.failure) return fail(outcome.failure->text(lang));
+  return written ? succeeded : fail(ImportError(censusUnwritten, {reason}).text(lang));
 }
 
 }  // namespace
@@ -87,6 +104,7 @@ int main(int count, char* words[]) {
     const auto order =
         ImportCommandLine::parsed(arguments, ControlProtocol::defaultDataRoot(), lang);
     if (const auto* saying = std::get_if<ImportCommandLine::Say>(&order)) return say(*saying);
+    if (const auto* checking = std::get_if<CheckOrder>(&order)) return check(*checking, lang);
     return bringIn(std::get<ImportOrder>(order), lang);
   } catch (const Interruption& interruption) {
     complain(interruption.text(lang));

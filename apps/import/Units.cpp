@@ -114,6 +114,8 @@ std::optional<double> scaled(const Quantity& quantity, std::string_view unit) {
   return finiteOrNone(quantity.number * numerator / denominator);
 }
 
+constexpr std::array<std::string_view, 3> temperatures{"degC", "degF", "K"};
+
 /// Temperatures have their zeros in different places.
 std::optional<double> celsius(const Quantity& temperature) {
   if (temperature.unit == "degC") return temperature.number;
@@ -195,6 +197,14 @@ std::optional<double> Units::converted(const Quantity& quantity, std::string_vie
 bool Units::isConvertible(std::string_view unit) {
   return scaleOf(unit) != nullptr || celsius({.number = 0, .unit = unit}) ||
          milligramsPerDecilitre(unit);
+}
+
+std::optional<std::string_view> Units::spelling(std::string_view unit) {
+  if (const Scale* const scale = scaleOf(unit)) return scale->unit;
+  const auto temperature = std::ranges::find(temperatures, unit);
+  if (temperature != temperatures.end()) return *temperature;
+  if (!milligramsPerDecilitre(unit)) return std::nullopt;
+  return unit == "mg/dL" ? "mg/dL" : "mmol/L";
 }
 
 double Units::roundingIn(std::string_view unit, double number) {

@@ -29,6 +29,10 @@ std::optional<double> converted(const Quantity& quantity, std::string_view unit)
 /// Whether numbers in `unit` may come in another unit too.
 bool isConvertible(std::string_view unit);
 
+/// `unit` as a text of ours with static lifetime, without the mass of a mole: "mmol/L" for
+/// "mmol<180.1558800000541>/L". `nullopt` when it is not convertible.
+std::optional<std::string_view> spelling(std::string_view unit);
+
 /// How far apart two numbers in `unit`, one of them `number`, may lie and be one sample: the phone
 /// writes six digits or so of a number in the unit that is chosen there. A hundred-thousandth, of
 /// the number itself or, for a temperature, of what it is with its zero elsewhere.

@@ -443,4 +443,19 @@ TEST_F(ConfinedImport, MakesAMemberBehindALinkToAnotherDrive) {
   EXPECT_EQ(ending.status, 0);
 }
 
+TEST_F(ConfinedImport, ChecksTheExportAloneWhereverItLies) {
+  const TemporaryFolder elsewhere;
+  const auto checked = [this](const std::filesystem::path& source) {
+    return ChildProcess(LARKSPUR_IMPORT_PROGRAM, {"--check", source}, household.dataRoot())
+        .finished();
+  };
+  const std::filesystem::path file = outside.write("export.xml", exported);
+
+  EXPECT_EQ(checked(file).errors, "");
+  EXPECT_EQ(checked(outside.path()).errors, "");
+  std::filesystem::remove(file);
+  std::filesystem::create_symlink(elsewhere.write("file.xml", exported), file);
+  EXPECT_EQ(checked(outside.path()).status, 1);
+}
+
 }  // namespace

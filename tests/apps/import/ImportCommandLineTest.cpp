@@ -12,8 +12,8 @@ using ImportCommandLine::Say;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-std::variant<ImportOrder, Say> parsed(const std::vector<const char*>& arguments,
-                                      SummaryLang lang = SummaryLang::en) {
+std::variant<ImportOrder, CheckOrder, Say> parsed(const std::vector<const char*>& arguments,
+                                                  SummaryLang lang = SummaryLang::en) {
   return ImportCommandLine::parsed(arguments, "/default", lang);
 }
 
@@ -43,6 +43,13 @@ TEST(ImportCommandLine, TakesATimeZoneAsItStands) {
       parsed({"--member", "Ann", "--time-zone", "Asia/Shanghai", "export.zip"}));
 
   EXPECT_EQ(order.timeZone, "Asia/Shanghai");
+}
+
+TEST(ImportCommandLine, TakesACheckOfAnExportAndNothingElse) {
+  EXPECT_EQ(std::get<CheckOrder>(parsed({"--check", "export.zip"})),
+            (CheckOrder{.source = "export.zip"}));
+  EXPECT_EQ(std::get<CheckOrder>(parsed({"export.zip", "--check"})),
+            (CheckOrder{.source = "export.zip"}));
 }
 
 TEST(ImportCommandLine, HelpsWhereverItIsAsked) {
@@ -97,6 +104,22 @@ INSTANTIATE_TEST_SUITE_P(
         MisuseCase{"TwoExports",
                    {"--member", "Ann", "a.zip", "b.zip"},
                    "one export at a time, and this is a second: b.zip"},
+        MisuseCase{"CheckOfNothing", {"--check"}, "the export is missing"},
+        MisuseCase{"CheckOfTwo",
+                   {"--check", "a.zip", "b.zip"},
+                   "one export at a time, and this is a second: b.zip"},
+        MisuseCase{"CheckForAMember",
+                   {"--check", "--member", "Ann", "a.zip"},
+                   "--check stores nothing, so --member does not go with it"},
+        MisuseCase{"CheckWithAnID",
+                   {"--id", "ann", "--check", "a.zip"},
+                   "--check stores nothing, so --id does not go with it"},
+        MisuseCase{"CheckIntoADataRoot",
+                   {"--check", "a.zip", "--data-root", "root"},
+                   "--check stores nothing, so --data-root does not go with it"},
+        MisuseCase{"CheckInATimeZone",
+                   {"--check", "--time-zone", "Asia/Shanghai", "a.zip"},
+                   "--check stores nothing, so --time-zone does not go with it"},
         MisuseCase{"NoValue", {"a.zip", "--member"}, "--member wants a value"},
         MisuseCase{"Unknown", {"--name", "Ann"}, "unknown argument: --name"},
         MisuseCase{"EmptyArgument", {""}, "unknown argument: "},

@@ -3,6 +3,7 @@
 #include "DatabaseContents.h"
 #include "ImportHarness.h"
 #include "ZipFile.h"
+#include "import/Check.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,6 +15,7 @@
 #include <filesystem>
 #include <fstream>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -66,6 +68,19 @@ void writeBomb(const std::filesystem::path& path) {
   ASSERT_LT(std::filesystem::file_size(path), exportSize / 900);
 }
 
+/// Records whose type, unit, source and device are new and long each time.
+void writeNames(const std::filesystem::path& path) {
+  std::ofstream file(path, std::ios::binary);
+  file << beginning;
+  const std::string letters(30000, 'n');
+  for (std::size_t size = 0; size < exportSize; size += 4 * letters.size()) {
+    const std::string name = std::to_string(size) + letters;
+    file << "<Record type=\"" << name << "\" unit=\"" << name << "\" sourceName=\"" << name
+         << "\" device=\"" << name << "\" value=\"1\" startDate=\"2024-03-01 08:00:00 +0100\"/>\n";
+  }
+  file << end;
+}
+
 class ImportMemory : public Import, public testing::WithParamInterface<LargeCase> {
 protected:
   ImportMemory() { machineZone = "Europe/Berlin"; }
@@ -97,6 +112,43 @@ TEST_P(ImportMemory, DoesNotGrowWithTheExport) {
 INSTANTIATE_TEST_SUITE_P(Cases, ImportMemory,
                          testing::Values(LargeCase{"Elements", writeElements},
                                          LargeCase{"ZipBomb", writeBomb}),
+                         [](const auto& test) { return test.param.name; });
+
+class CheckMemory : public Import, public testing::WithParamInterface<LargeCase> {
+protected:
+  /// Checks and ends the process, whose status is how many mebibytes more it then has had.
+  [[noreturn]] void checkAndTell() const noexcept {
+    const std::size_t before = peakMemory();
+    std::ostringstream unseen;
+    const CheckOutcome outcome = runCheck({.source = folder / "export.xml"},
+                                          {.progress = unseen,
+                                           .progressKind = ImportProgress::Kind::log,
+                                           .lang = SummaryLang::en,
+                                           .clock = [] { return now; }});
+    if (!outcome.census.complete) _exit(255);
+    const std::size_t more = (peakMemory() - before) / mebibyte;
+    _exit(static_cast<int>(std::min<std::size_t>(more, 254)));
+  }
+};
+
+TEST_P(CheckMemory, DoesNotGrowWithTheExport) {
+  GetParam().write(folder / "export.xml");
+
+  const pid_t child = fork();
+  if (child == 0) checkAndTell();
+  int state = 0;
+  waitpid(child, &state, 0);
+
+  ASSERT_TRUE(WIFEXITED(state));
+  RecordProperty("MebibytesMore", WEXITSTATUS(state));
+  // Of names little is kept; a sanitizer puts five times as much around it.
+  EXPECT_LT(WEXITSTATUS(state), 64);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, CheckMemory,
+                         testing::Values(LargeCase{"Elements", writeElements},
+                                         LargeCase{"ZipBomb", writeBomb},
+                                         LargeCase{"Names", writeNames}),
                          [](const auto& test) { return test.param.name; });
 
 }  // namespace

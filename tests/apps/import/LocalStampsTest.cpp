@@ -23,7 +23,7 @@ class LocalStampOf : public testing::TestWithParam<LocalCase> {};
 
 TEST_P(LocalStampOf, IsTheMomentInTheZone) {
   TimeZone zone = TimeZone::named(GetParam().zone).value();
-  LocalStamps stamps(zone);
+  LocalStamps stamps(&zone);
 
   const LocalStamp stamp = stamps.local(GetParam().exported);
 
@@ -87,9 +87,17 @@ INSTANTIATE_TEST_SUITE_P(
                               "9999-12-31"}),
     [](const auto& test) { return test.param.name; });
 
+TEST(LocalStamps, KeepTheirOffsetWithoutAZone) {
+  LocalStamps stamps(nullptr);
+
+  EXPECT_EQ(stamps.local("2024-01-01 00:30:00 +0930").text(), "2024-01-01 00:30:00 +0930");
+  EXPECT_EQ(stamps.local("2024-01-01 00:30:00 +0930").day(), "2024-01-01");
+  EXPECT_EQ(stamps.unreadable(), 0);
+}
+
 TEST(LocalStamps, CountWhatHasADayAndNoTime) {
   TimeZone zone = TimeZone::named("Europe/Berlin").value();
-  LocalStamps stamps(zone);
+  LocalStamps stamps(&zone);
   for (const char* stamp : {"2024-03-01 08:00:00 +0100", "", "yesterday"}) stamps.local(stamp);
   EXPECT_EQ(stamps.unreadable(), 0);
 
@@ -101,7 +109,7 @@ TEST(LocalStamps, CountWhatHasADayAndNoTime) {
 
 TEST(LocalStamps, KnowTheFirstOneThatCanBeRead) {
   TimeZone zone = TimeZone::named("Europe/Berlin").value();
-  LocalStamps stamps(zone);
+  LocalStamps stamps(&zone);
   stamps.local("2024-03-01");
   EXPECT_EQ(stamps.first(), std::nullopt);
 
