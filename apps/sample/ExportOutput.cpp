@@ -1,4 +1,5 @@
 #include "sample/ExportOutput.h"
+#include "platform/ControlProtocol.h"
 
 #include <zip.h>
 
@@ -14,6 +15,12 @@ namespace {
 
 [[noreturn]] void fail(const std::filesystem::path& path, int error) {
   throw std::system_error(error, std::generic_category(), path.string());
+}
+
+[[noreturn]] void refuseExisting(const std::filesystem::path& path) {
+  throw ReceiverError(path.string() +
+                      " exists already, and an export is never written over: remove it or give"
+                      " --export another name");
 }
 
 /// A file that goes away again unless it is kept.
@@ -39,7 +46,7 @@ private:
 }  // namespace
 
 void ExportOutput::writeFile(const std::filesystem::path& path, const Pieces& pieces) {
-  if (std::filesystem::exists(path)) fail(path, EEXIST);
+  if (std::filesystem::exists(path)) refuseExisting(path);
   std::filesystem::path place = path;
   place += ".new";
   Unfinished unfinished(place);
@@ -115,7 +122,7 @@ Archive newArchive(const std::filesystem::path& path) {
   int code = 0;
   Archive archive(zip_open(path.c_str(), ZIP_CREATE | ZIP_EXCL, &code));
   if (archive) return archive;
-  if (code == ZIP_ER_EXISTS) fail(path, EEXIST);
+  if (code == ZIP_ER_EXISTS) refuseExisting(path);
   zip_error_t error;
   zip_error_init_with_code(&error, code);
   fail(path, &error);

@@ -13,8 +13,9 @@ namespace ExportOutput {
 /// A text in pieces: each call gives the next, valid until the call after it; "" is the end.
 using Pieces = std::function<std::string_view()>;
 
-/// Writes `pieces` to a new file at `path`, complete or not at all. Fails with std::system_error,
-/// also when there is a file already; an exception of `pieces` passes through.
+/// Writes `pieces` to a new file at `path`, complete or not at all. Throws ReceiverError when there
+/// is a file already, std::system_error when it cannot write; an exception of `pieces` passes
+/// through.
 void writeFile(const std::filesystem::path& path, const Pieces& pieces);
 
 /// The same as the entry `name` of a new zip archive, dated the morning of `day`. No size is known

@@ -1,3 +1,4 @@
+#include "platform/ControlProtocol.h"
 #include "platform/Files.h"
 #include "sample/ExportOutput.h"
 #include "support/TemporaryFolder.h"
@@ -120,7 +121,7 @@ TEST_P(EveryExportOutput, LeavesAnExistingFileAlone) {
   const TemporaryFolder folder;
   const std::filesystem::path path = folder.write("e", "precious");
 
-  EXPECT_THROW(GetParam().write(path, piecesOf(3)), std::system_error);
+  EXPECT_THROW(GetParam().write(path, piecesOf(3)), ReceiverError);
   EXPECT_EQ(fileContents(path), "precious");
   EXPECT_EQ(filesIn(folder), 1U);
 }

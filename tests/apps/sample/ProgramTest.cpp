@@ -60,7 +60,9 @@ TEST(SampleProgram, LeavesAnExistingExportAlone) {
   const ChildProcess::Ending ending = run({"--export", "e.zip", "--years", "1"}, folder);
 
   EXPECT_EQ(ending.status, 1);
-  EXPECT_THAT(ending.errors, testing::HasSubstr("e.zip: File exists"));
+  EXPECT_EQ(ending.errors,
+            "larkspur-sample: e.zip exists already, and an export is never written over: remove it"
+            " or give --export another name\n");
   EXPECT_EQ(fileContents(folder / "e.zip"), "precious");
 }
 
