@@ -45,7 +45,8 @@ void writeExport(const Options& options, CivilDay today, std::ostream& report, P
 
   progress.begin(person.name);
   if (options.exportTo.extension() == ".zip") {
-    ExportOutput::writeZip(options.exportTo, "apple_health_export/export.xml", today, nextPiece);
+    ExportOutput::writeZip(
+        options.exportTo, {.name = "apple_health_export/export.xml"}, today, nextPiece);
   } else {
     ExportOutput::writeFile(options.exportTo, nextPiece);
   }

@@ -116,11 +116,11 @@ zip_int64_t answer(void* state, void* data, zip_uint64_t size, zip_source_cmd_t 
 struct Discard {
   void operator()(zip_t* archive) const { zip_discard(archive); }
 };
-using Archive = std::unique_ptr<zip_t, Discard>;
+using Handle = std::unique_ptr<zip_t, Discard>;
 
-Archive newArchive(const std::filesystem::path& path) {
+Handle newHandle(const std::filesystem::path& path) {
   int code = 0;
-  Archive archive(zip_open(path.c_str(), ZIP_CREATE | ZIP_EXCL, &code));
+  Handle archive(zip_open(path.c_str(), ZIP_CREATE | ZIP_EXCL, &code));
   if (archive) return archive;
   if (code == ZIP_ER_EXISTS) refuseExisting(path);
   zip_error_t error;
@@ -137,34 +137,70 @@ std::pair<zip_uint16_t, zip_uint16_t> timeAndDate(CivilDay day) {
   return {static_cast<zip_uint16_t>(7U << 11), static_cast<zip_uint16_t>(date)};
 }
 
+/// An archive under construction.
+class NewArchive {
+public:
+  NewArchive(const std::filesystem::path& path, CivilDay day)
+      : path(path), time(timeAndDate(day)), handle(newHandle(path)) {}
+
+  /// `contents` stay until `close`.
+  void add(const std::string& name, const std::string& contents) {
+    add(name, zip_source_buffer(handle.get(), contents.data(), contents.size(), 0), false);
+  }
+
+  /// `state` stays until `close`.
+  void add(const std::string& name, PiecesSource& state, bool isStored) {
+    add(name, zip_source_function(handle.get(), answer, &state), isStored);
+  }
+
+  /// Writes a temporary file, which then gets the archive's name. False when that fails.
+  bool close() {
+    if (zip_close(handle.get()) != 0) return false;
+    static_cast<void>(handle.release());
+    return true;
+  }
+
+  [[noreturn]] void fail() const { ::fail(path, zip_get_error(handle.get())); }
+
+private:
+  void add(const std::string& name, zip_source_t* source, bool isStored) {
+    if (source == nullptr) fail();
+    const zip_int64_t index = zip_file_add(handle.get(), name.c_str(), source, ZIP_FL_ENC_UTF_8);
+    if (index < 0) {
+      zip_source_free(source);
+      fail();
+    }
+    // The lightest compression: an export shrinks to a fourteenth even so.
+    constexpr zip_uint32_t lightest = 1;
+    const auto entry = static_cast<zip_uint64_t>(index);
+    const zip_int32_t method = isStored ? ZIP_CM_STORE : ZIP_CM_DEFLATE;
+    if (zip_set_file_compression(handle.get(), entry, method, isStored ? 0 : lightest) != 0 ||
+        zip_file_set_dostime(handle.get(), entry, time.first, time.second, 0) != 0) {
+      fail();
+    }
+  }
+
+  std::filesystem::path path;
+  std::pair<zip_uint16_t, zip_uint16_t> time;
+  Handle handle;
+};
+
 }  // namespace
 
-void ExportOutput::writeZip(const std::filesystem::path& path, const std::string& name,
+void ExportOutput::writeZip(const std::filesystem::path& path, const Archive& contents,
                             CivilDay day, const Pieces& pieces) {
   PiecesSource state{.pieces = pieces};
   zip_error_init(&state.error);
-  Archive archive = newArchive(path);
-  zip_source_t* source = zip_source_function(archive.get(), answer, &state);
-  if (source == nullptr) fail(path, zip_get_error(archive.get()));
-  const zip_int64_t index = zip_file_add(archive.get(), name.c_str(), source, ZIP_FL_ENC_UTF_8);
-  if (index < 0) {
-    zip_source_free(source);
-    fail(path, zip_get_error(archive.get()));
-  }
+  NewArchive archive(path, day);
+  for (const auto& [name, text] : contents.before) archive.add(name, text);
+  archive.add(contents.name, state, contents.isStored);
 
-  // The lightest compression: an export shrinks to a fourteenth even so.
-  constexpr zip_uint32_t lightest = 1;
-  const auto entry = static_cast<zip_uint64_t>(index);
-  const auto [time, date] = timeAndDate(day);
-  if (zip_set_file_compression(archive.get(), entry, ZIP_CM_DEFLATE, lightest) != 0 ||
-      zip_file_set_dostime(archive.get(), entry, time, date, 0) != 0) {
-    fail(path, zip_get_error(archive.get()));
-  }
-
-  // Nothing was read until now; closing writes a temporary file and renames it.
-  if (zip_close(archive.get()) != 0) {
+  // Nothing was read until now.
+  if (!archive.close()) {
     if (state.failure) std::rethrow_exception(state.failure);
-    fail(path, zip_get_error(archive.get()));
+    archive.fail();
   }
-  static_cast<void>(archive.release());
+  Unfinished unfinished(path);
+  reshapeArchive(path, contents.form);
+  unfinished.keepAs(path);
 }

@@ -1,12 +1,15 @@
 #pragma once
-// Where an export goes: a file of its own, or the only entry of a zip archive.
+// Where an export goes: a file of its own, or an entry of a zip archive.
 
 #include "platform/AppleFormat.h"
+#include "sample/ArchiveForm.h"
 
 #include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace ExportOutput {
 
@@ -18,9 +21,18 @@ using Pieces = std::function<std::string_view()>;
 /// through.
 void writeFile(const std::filesystem::path& path, const Pieces& pieces);
 
-/// The same as the entry `name` of a new zip archive, dated the morning of `day`. No size is known
-/// beforehand, so entry and archive have the 64-bit form. Holds no more than a piece in memory.
-void writeZip(const std::filesystem::path& path, const std::string& name, CivilDay day,
+/// What an archive is made of beside the text, and in which form.
+struct Archive {
+  std::string name;  ///< of the entry with the text, which is the last
+  std::vector<std::pair<std::string, std::string>> before = {};  ///< names and contents of others
+  bool isStored = false;                                         ///< the text is not compressed
+  ArchiveForm form = {};                                         ///< how its sizes are told
+};
+
+/// The same as an entry of a new zip archive, all of whose entries are dated the morning of `day`.
+/// No size is known beforehand, so the entry has the 64-bit form. Holds no more than a piece in
+/// memory.
+void writeZip(const std::filesystem::path& path, const Archive& archive, CivilDay day,
               const Pieces& pieces);
 
 }  // namespace ExportOutput

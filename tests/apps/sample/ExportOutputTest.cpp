@@ -1,3 +1,4 @@
+#include "apps/sample/ReadArchive.h"
 #include "platform/ControlProtocol.h"
 #include "platform/Files.h"
 #include "sample/ExportOutput.h"
@@ -6,13 +7,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <zip.h>
 
 #include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <iterator>
-#include <memory>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -42,27 +41,6 @@ std::string textOf(const ExportOutput::Pieces& pieces) {
   return text;
 }
 
-struct Discard {
-  void operator()(zip_t* archive) const { zip_discard(archive); }
-};
-
-/// The names and texts in an archive.
-std::vector<std::pair<std::string, std::string>> entriesOf(const std::filesystem::path& path) {
-  const std::unique_ptr<zip_t, Discard> archive(zip_open(path.c_str(), ZIP_CHECKCONS, nullptr));
-  if (!archive) return {};
-  std::vector<std::pair<std::string, std::string>> entries;
-  for (zip_int64_t index = 0; index < zip_get_num_entries(archive.get(), 0); ++index) {
-    zip_stat_t stat;
-    zip_stat_index(archive.get(), static_cast<zip_uint64_t>(index), 0, &stat);
-    std::string text(stat.size, '\0');
-    zip_file_t* file = zip_fopen_index(archive.get(), static_cast<zip_uint64_t>(index), 0);
-    text.resize(static_cast<std::size_t>(zip_fread(file, text.data(), text.size())));
-    zip_fclose(file);
-    entries.emplace_back(stat.name, std::move(text));
-  }
-  return entries;
-}
-
 std::size_t filesIn(const TemporaryFolder& folder) {
   const std::filesystem::directory_iterator files(folder.path());
   return static_cast<std::size_t>(std::distance(begin(files), end(files)));
@@ -80,7 +58,7 @@ TEST(ExportOutput, WritesTheTextToAFile) {
 TEST(ExportOutput, WritesTheTextAsTheOnlyEntryOfAZip) {
   const TemporaryFolder folder;
 
-  ExportOutput::writeZip(folder / "e.zip", "folder/export.xml", day, piecesOf(300));
+  ExportOutput::writeZip(folder / "e.zip", {.name = "folder/export.xml"}, day, piecesOf(300));
 
   EXPECT_THAT(entriesOf(folder / "e.zip"),
               testing::ElementsAre(testing::Pair("folder/export.xml", textOf(piecesOf(300)))));
@@ -91,8 +69,8 @@ TEST(ExportOutput, WritesTheTextAsTheOnlyEntryOfAZip) {
 TEST(ExportOutput, WritesTheSameZipForTheSameText) {
   const TemporaryFolder folder;
 
-  ExportOutput::writeZip(folder / "1.zip", "export.xml", day, piecesOf(30));
-  ExportOutput::writeZip(folder / "2.zip", "export.xml", day, piecesOf(30));
+  ExportOutput::writeZip(folder / "1.zip", {.name = "export.xml"}, day, piecesOf(30));
+  ExportOutput::writeZip(folder / "2.zip", {.name = "export.xml"}, day, piecesOf(30));
 
   EXPECT_EQ(fileContents(folder / "1.zip"), fileContents(folder / "2.zip"));
 }
@@ -100,8 +78,9 @@ TEST(ExportOutput, WritesTheSameZipForTheSameText) {
 TEST(ExportOutput, DatesAZipFromBeforeThereWereAnyWithItsFirstYear) {
   const TemporaryFolder folder;
 
-  ExportOutput::writeZip(folder / "old.zip", "export.xml", 1971y / 11 / 20, piecesOf(1));
-  ExportOutput::writeZip(folder / "first.zip", "export.xml", 1980y / 11 / 20, piecesOf(1));
+  ExportOutput::writeZip(folder / "old.zip", {.name = "export.xml"}, 1971y / 11 / 20, piecesOf(1));
+  ExportOutput::writeZip(
+      folder / "first.zip", {.name = "export.xml"}, 1980y / 11 / 20, piecesOf(1));
 
   EXPECT_EQ(fileContents(folder / "old.zip"), fileContents(folder / "first.zip"));
 }
@@ -189,8 +168,10 @@ INSTANTIATE_TEST_SUITE_P(Cases, EveryExportOutput,
                                                     }},
                                          OutputCase{"Zip",
                                                     [](const auto& path, const auto& pieces) {
-                                                      ExportOutput::writeZip(
-                                                          path, "export.xml", day, pieces);
+                                                      ExportOutput::writeZip(path,
+                                                                             {.name = "export.xml"},
+                                                                             day,
+                                                                             pieces);
                                                     }}),
                          [](const auto& test) { return test.param.name; });
 
