@@ -1,9 +1,15 @@
 #include "sample/Export.h"
+#include "sample/AddedElements.h"
 #include "sample/ExportDocument.h"
 #include "sample/ExportOutput.h"
+#include "sample/FlawedDocument.h"
+#include "sample/FlawedFiles.h"
 #include "sample/Household.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -30,26 +36,53 @@ Stamp exportedOf(const Person& person, const Options& options, CivilDay today) {
   return {atHome.moment, options.offset.value_or(atHome.offset)};
 }
 
+/// What the flaws add, in a week that ends before the history begins.
+std::string addedTo(const Person& person, const HistoryRequest& request, const FlawSet& flaws,
+                    Stamp exported) {
+  constexpr int week = 7;
+  const CivilDay day = AppleFormat::daysBefore(firstDay(person, request), week);
+  return AddedElements::of(flaws, {midnight(person.home, day).moment, exported.offset}, day);
+}
+
+/// Writes the file or archive that the options name.
+void writeOutput(const Options& options, CivilDay today, const ExportOutput::Pieces& pieces) {
+  if (options.exportsArchive() && !options.flaws.contains(Flaw::empty)) {
+    ExportOutput::writeZip(options.exportTo, FlawedFiles::archive(options.flaws), today, pieces);
+  } else {
+    ExportOutput::writeFile(options.exportTo, pieces);
+  }
+  if (options.flaws.contains(Flaw::cutOff)) FlawedFiles::cutOff(options.exportTo);
+}
+
+/// A text in one piece.
+ExportOutput::Pieces once(std::string text) {
+  return [text = std::move(text), taken = false]() mutable -> std::string_view {
+    if (taken) return {};
+    taken = true;
+    return text;
+  };
+}
+
 }  // namespace
 
 void writeExport(const Options& options, CivilDay today, std::ostream& report, Progress& progress) {
   const Person person = exporter(options);
   const HistoryRequest request{
       .today = today, .years = options.years, .seed = options.seed, .records = options.records};
-  ExportDocument document(person,
-                          request,
-                          exportedOf(person, options, today),
-                          options.units.value_or(UnitSystem::metric),
-                          progress);
-  const auto nextPiece = [&document] { return document.nextPiece(); };
+  const Stamp exported = exportedOf(person, options, today);
+  ExportDocument document(
+      person, request, exported, options.units.value_or(UnitSystem::metric), progress);
+  FlawedDocument flawed(
+      document, options.flaws, options.seed, addedTo(person, request, options.flaws, exported));
 
   progress.begin(person.name);
-  if (options.exportTo.extension() == ".zip") {
-    ExportOutput::writeZip(
-        options.exportTo, {.name = "apple_health_export/export.xml"}, today, nextPiece);
+  if (const auto other = FlawedFiles::inPlaceOf(options.flaws, options.exportsArchive())) {
+    writeOutput(options, today, once(*other));
   } else {
-    ExportOutput::writeFile(options.exportTo, nextPiece);
+    writeOutput(options, today, [&flawed] { return flawed.nextPiece(); });
   }
   progress.end();
-  report << memberReport(person, document.records(), document.workouts()) << std::endl;
+  report << memberReport(person, document.records(), document.workouts());
+  if (!options.flaws.empty()) report << "; flaws: " << Flaws::names(options.flaws);
+  report << std::endl;
 }

@@ -1,11 +1,13 @@
 // larkspur-sample: writes a data root to try the server on, or an export to try the import on.
 // Reads the command line and the clock, and leaves the rest to the household.
 
+#include "platform/AppLanguage.h"
 #include "platform/AppleFormat.h"
 #include "platform/Clock.h"
 #include "platform/Logger.h"
 #include "platform/System.h"
 #include "sample/Export.h"
+#include "sample/Flaws.h"
 #include "sample/Household.h"
 #include "sample/Options.h"
 #include "sample/Progress.h"
@@ -46,6 +48,10 @@ int main(int argumentCount, char** arguments) {
     System::forbidDumps();
     const Options options =
         parsedOptions(std::vector<std::string_view>(arguments + 1, arguments + argumentCount));
+    if (options.listFlaws) {
+      std::cout << Flaws::list(AppLanguage::isChinese() ? SummaryLang::zh : SummaryLang::en);
+      return succeeded;
+    }
     if (!options.help) return write(options);
     std::cout << usage;
     return succeeded;

@@ -12,7 +12,8 @@ constinit const std::string_view usage =
     "larkspur-sample --out DIR [--members N] [--years Y] [--records N] [--seed S]\n"
     "                [--today YYYY-MM-DD] [--as-imported]\n"
     "larkspur-sample --export PATH [--member NAME] [--offset HH:MM] [--units SYSTEM]\n"
-    "                [the same options]\n"
+    "                [--flaw NAME]... [the same options]\n"
+    "larkspur-sample --flaw list\n"
     "\n"
     "Writes a data root with a household that nobody lives in, or what one of its members\n"
     "would export from the phone's Health app.\n"
@@ -25,6 +26,9 @@ constinit const std::string_view usage =
     "                      all its stamps have: +08:00 is east, as is 08:00, -05:00 is west\n"
     "                      (default: that of the member's home)\n"
     "  --units SYSTEM      what the phone measures in: metric or imperial (default: metric)\n"
+    "  --flaw NAME         what is wrong with the export, once for each flaw: \"list\" tells "
+    "their\n"
+    "                      names, \"all\" stands for those that leave the export readable\n"
     "  --members N         how many people, 1 to 99 (default 3)\n"
     "  --years Y           how long Ann's history is, 1 to 30 (default 3)\n"
     "  --records N         about how many records Ann, or who exports, has, 1000 to 100000000\n"
@@ -81,6 +85,13 @@ UnitSystem unitsOf(std::string_view option, std::string_view text) {
   throw UsageError(std::string(option) + " wants metric or imperial");
 }
 
+Flaw flawOf(std::string_view option, std::string_view text) {
+  const std::optional<Flaw> flaw = Flaws::named(text);
+  if (flaw) return *flaw;
+  throw UsageError(std::string(option) + " knows no \"" + std::string(text) + "\"; " +
+                   std::string(option) + " list tells the names");
+}
+
 void set(Options& options, std::string_view option, std::string_view value) {
   if (option == "--out") {
     options.out = value;
@@ -94,6 +105,8 @@ void set(Options& options, std::string_view option, std::string_view value) {
     options.offset = offsetOf(option, value);
   } else if (option == "--units") {
     options.units = unitsOf(option, value);
+  } else if (option == "--flaw") {
+    options.flaws.insert(flawOf(option, value));
   } else if (option == "--members") {
     options.members = numberOf(option, value, 1, largestHousehold);
   } else if (option == "--years") {
@@ -108,17 +121,39 @@ void set(Options& options, std::string_view option, std::string_view value) {
 }
 
 bool takesValue(std::string_view option) {
-  constexpr std::array<std::string_view, 10> all{"--out",
+  constexpr std::array<std::string_view, 11> all{"--out",
                                                  "--export",
                                                  "--member",
                                                  "--offset",
                                                  "--units",
+                                                 "--flaw",
                                                  "--members",
                                                  "--years",
                                                  "--records",
                                                  "--seed",
                                                  "--today"};
   return std::ranges::find(all, option) != all.end();
+}
+
+/// Refuses flaws that the export cannot have, or not at once.
+void checkFlaws(const Options& options) {
+  if (!options.flaws.empty() && options.exportTo.empty()) {
+    throw UsageError("--flaw belongs to --export");
+  }
+  const FlawRow* ending = nullptr;
+  for (const Flaw flaw : options.flaws) {
+    const FlawRow& row = Flaws::rowOf(flaw);
+    if (row.kind == FlawKind::archive && !options.exportsArchive()) {
+      throw UsageError("--flaw " + std::string(row.name) +
+                       " wants an archive: let the name of --export end in .zip");
+    }
+    if (row.readable) continue;
+    if (ending != nullptr) {
+      throw UsageError("--flaw " + std::string(ending->name) + " and " + std::string(row.name) +
+                       " exclude each other: nobody can read either");
+    }
+    ending = &row;
+  }
 }
 
 /// Refuses what belongs to the other of the program's two tasks.
@@ -141,12 +176,14 @@ void check(const Options& options) {
   if (options.asImported && options.out.empty()) {
     throw UsageError("--as-imported belongs to --out");
   }
+  checkFlaws(options);
 }
 
 }  // namespace
 
 Options parsedOptions(std::span<const std::string_view> arguments) {
   Options options;
+  bool allFlaws = false;
   while (!arguments.empty()) {
     const std::string_view option = arguments.front();
     if (option == "-h" || option == "--help") {
@@ -160,9 +197,18 @@ Options parsedOptions(std::span<const std::string_view> arguments) {
     }
     if (!takesValue(option)) throw UsageError("unknown argument: " + std::string(option));
     if (arguments.size() < 2) throw UsageError(std::string(option) + " wants a value");
-    set(options, option, arguments[1]);
+    if (option == "--flaw" && arguments[1] == "list") {
+      options.listFlaws = true;
+      return options;
+    }
+    if (option == "--flaw" && arguments[1] == "all") {
+      allFlaws = true;
+    } else {
+      set(options, option, arguments[1]);
+    }
     arguments = arguments.subspan(2);
   }
+  if (allFlaws) options.flaws.merge(Flaws::readable(options.exportsArchive()));
   check(options);
   return options;
 }

@@ -73,6 +73,29 @@ INSTANTIATE_TEST_SUITE_P(
                        options.member = "Ben";
                        options.seed = 3;
                      })},
+        AcceptedCase{"Flaws",
+                     {"--flaw", "zip64", "--export", "e.zip", "--flaw", "cut-off"},
+                     exportWith([](Options& options) {
+                       options.exportTo = "e.zip";
+                       options.flaws = {Flaw::zip64, Flaw::cutOff};
+                     })},
+        AcceptedCase{"AllFlawsOfAnArchive",
+                     {"--flaw", "all", "--flaw", "cut-off", "--export", "e.zip"},
+                     exportWith([](Options& options) {
+                       options.exportTo = "e.zip";
+                       options.flaws = Flaws::readable(true);
+                       options.flaws.insert(Flaw::cutOff);
+                     })},
+        AcceptedCase{"AllFlawsOfXML",
+                     {"--export", "e", "--flaw", "all"},
+                     exportWith([](Options& options) { options.flaws = Flaws::readable(false); })},
+        AcceptedCase{"ListOfFlaws",
+                     {"--flaw", "list", "--unheard-of"},
+                     [] {
+                       Options options;
+                       options.listFlaws = true;
+                       return options;
+                     }()},
         AcceptedCase{"OffsetEastByItsSign",
                      {"--export", "e", "--offset", "+08:00"},
                      exportWith([](Options& options) { options.offset = 28800; })},
@@ -191,6 +214,20 @@ INSTANTIATE_TEST_SUITE_P(
         RejectedCase{"TooManyRecords",
                      {"--out", "d", "--records", "99999999999999999999"},
                      "--records wants a whole number from 1000 to 100000000"},
+        RejectedCase{"NoSuchFlaw",
+                     {"--export", "e", "--flaw", "Zip64"},
+                     "--flaw knows no \"Zip64\"; --flaw list tells the names"},
+        RejectedCase{
+            "FlawWithoutAnExport", {"--out", "d", "--flaw", "no-me"}, "--flaw belongs to --export"},
+        RejectedCase{"AllFlawsWithoutAnExport",
+                     {"--out", "d", "--flaw", "all"},
+                     "--flaw belongs to --export"},
+        RejectedCase{"ArchiveFlawOfXML",
+                     {"--export", "e.xml", "--flaw", "zip64"},
+                     "--flaw zip64 wants an archive: let the name of --export end in .zip"},
+        RejectedCase{"TwoEndings",
+                     {"--export", "e.zip", "--flaw", "empty", "--flaw", "cut-off"},
+                     "--flaw cut-off and empty exclude each other: nobody can read either"},
         RejectedCase{"NoSuchDay",
                      {"--out", "d", "--today", "2023-02-29"},
                      "--today wants a day as YYYY-MM-DD, 1971 or later"},
@@ -205,6 +242,8 @@ TEST(Usage, NamesEveryOption) {
                              "--member NAME",
                              "--offset HH:MM",
                              "--units SYSTEM",
+                             "--flaw NAME",
+                             "--flaw list",
                              "--members",
                              "--years",
                              "--records",

@@ -2,13 +2,16 @@
 
 #include "platform/Files.h"
 #include "support/ChildProcess.h"
+#include "support/EnvironmentGuard.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -74,6 +77,50 @@ TEST(SampleProgram, ExplainsItselfWhenAskedForAStrangersExport) {
   EXPECT_EQ(ending.status, 2);
   EXPECT_THAT(ending.errors, testing::HasSubstr("--member names nobody among the first 3: Zoe"));
   EXPECT_FALSE(std::filesystem::exists(folder / "e.zip"));
+}
+
+TEST(SampleProgram, ListsTheFlawsInTheLanguageOfTheMachine) {
+  const TemporaryFolder folder;
+  for (const auto& [language, first] :
+       {std::pair("en_US.UTF-8", "WorkoutStatistics with startDate twice"),
+        std::pair("zh_CN.UTF-8", "WorkoutStatistics 里 startDate 写了两次")}) {
+    const EnvironmentGuard guard{{"LANGUAGE", std::nullopt}, {"LC_ALL", language}};
+
+    const ChildProcess::Ending ending = run({"--flaw", "list"}, folder);
+
+    EXPECT_EQ(ending.status, 0);
+    EXPECT_THAT(ending.output, testing::StartsWith(std::string("repeated-attributes   ") + first));
+    EXPECT_EQ(ending.errors, "");
+  }
+}
+
+TEST(SampleProgram, SaysWhichFlawsItsExportHas) {
+  const TemporaryFolder folder;
+
+  const ChildProcess::Ending ending = run({"--export",
+                                           "e.zip",
+                                           "--years",
+                                           "1",
+                                           "--records",
+                                           "2000",
+                                           "--flaw",
+                                           "no-me",
+                                           "--flaw",
+                                           "zip64"},
+                                          folder);
+
+  EXPECT_EQ(ending.status, 0) << ending.errors;
+  EXPECT_THAT(ending.output, testing::EndsWith(" workouts; flaws: no-me, zip64\n"));
+}
+
+TEST(SampleProgram, NamesTheListWhenItKnowsNoSuchFlaw) {
+  const TemporaryFolder folder;
+
+  const ChildProcess::Ending ending = run({"--export", "e.zip", "--flaw", "warts"}, folder);
+
+  EXPECT_EQ(ending.status, 2);
+  EXPECT_THAT(ending.errors,
+              testing::HasSubstr("--flaw knows no \"warts\"; --flaw list tells the names\n\n"));
 }
 
 TEST(SampleProgram, TakesTheMachinesDayWhenNoneIsGiven) {
