@@ -7,6 +7,7 @@
 #include "sample/Household.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -46,12 +47,13 @@ std::string addedTo(const Person& person, const HistoryRequest& request, const F
 
 /// Writes the file or archive that the options name.
 void writeOutput(const Options& options, CivilDay today, const ExportOutput::Pieces& pieces) {
-  if (options.exportsArchive() && !options.flaws.contains(Flaw::empty)) {
-    ExportOutput::writeZip(options.exportTo, FlawedFiles::archive(options.flaws), today, pieces);
+  const std::filesystem::path path = FlawedFiles::placeOf(options.flaws, options.exportTo);
+  if (options.exportsArchive() && !FlawedFiles::isBare(options.flaws)) {
+    ExportOutput::writeZip(path, FlawedFiles::archive(options.flaws), today, pieces);
   } else {
-    ExportOutput::writeFile(options.exportTo, pieces);
+    ExportOutput::writeFile(path, pieces);
   }
-  if (options.flaws.contains(Flaw::cutOff)) FlawedFiles::cutOff(options.exportTo);
+  if (options.flaws.contains(Flaw::cutOff)) FlawedFiles::cutOff(path);
 }
 
 /// A text in one piece.
@@ -76,7 +78,8 @@ void writeExport(const Options& options, CivilDay today, std::ostream& report, P
       document, options.flaws, options.seed, addedTo(person, request, options.flaws, exported));
 
   progress.begin(person.name);
-  if (const auto other = FlawedFiles::inPlaceOf(options.flaws, options.exportsArchive())) {
+  const bool isArchive = options.exportsArchive();
+  if (const auto other = FlawedFiles::inPlaceOf(options.flaws, options.exportTo, isArchive)) {
     writeOutput(options, today, once(*other));
   } else {
     writeOutput(options, today, [&flawed] { return flawed.nextPiece(); });

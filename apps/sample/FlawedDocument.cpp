@@ -1,4 +1,5 @@
 #include "sample/FlawedDocument.h"
+#include "sample/FlawedEncoding.h"
 #include "sample/FlawedProlog.h"
 
 #include <cstddef>
@@ -27,8 +28,10 @@ std::string_view FlawedDocument::nextPiece() {
   std::string_view rest = clean.nextPiece();
   if (flaws.empty()) return rest;
   written.clear();
+  bool isFirst = false;
   if (!begun) {
     begun = true;
+    isFirst = true;
     // Inside the document type the root is named without the bracket.
     rest.remove_prefix(rest.find(root) + root.size());
     written.append(FlawedProlog::of(flaws)).append(root);
@@ -39,6 +42,7 @@ std::string_view FlawedDocument::nextPiece() {
     take(element);
     rest.remove_prefix(element.size());
   }
+  written = FlawedEncoding::encoded(std::move(written), flaws, isFirst);
   return written;
 }
 

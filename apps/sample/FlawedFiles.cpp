@@ -51,11 +51,28 @@ ExportOutput::Archive FlawedFiles::archive(const FlawSet& flaws) {
   return archive;
 }
 
-std::optional<std::string> FlawedFiles::inPlaceOf(const FlawSet& flaws, bool isArchive) {
+bool FlawedFiles::isBare(const FlawSet& flaws) {
+  return flaws.contains(Flaw::empty) || flaws.contains(Flaw::cloudStub);
+}
+
+std::optional<std::string> FlawedFiles::inPlaceOf(const FlawSet& flaws,
+                                                  const std::filesystem::path& path,
+                                                  bool isArchive) {
   if (flaws.contains(Flaw::cdaAlone)) return std::string(cda);
+  if (flaws.contains(Flaw::cloudStub)) {
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
+           "<key>NSURLNameKey</key><string>" +
+           path.filename().string() + "</string></dict></plist>\n";
+  }
   if (!flaws.contains(Flaw::empty)) return std::nullopt;
   // An archive without entries is nothing but its end.
   return isArchive ? "PK\x05\x06" + std::string(18, '\0') : "";
+}
+
+std::filesystem::path FlawedFiles::placeOf(const FlawSet& flaws,
+                                           const std::filesystem::path& path) {
+  if (!flaws.contains(Flaw::cloudStub)) return path;
+  return path.parent_path() / ("." + path.filename().string() + ".icloud");
 }
 
 void FlawedFiles::cutOff(const std::filesystem::path& path) {

@@ -1,5 +1,6 @@
 #include "sample/FlawedProlog.h"
 #include "sample/DocumentType.h"
+#include "sample/FlawedEncoding.h"
 
 #include <string_view>
 
@@ -62,6 +63,10 @@ std::string FlawedProlog::of(const FlawSet& flaws) {
   std::string prolog(documentType);
   if (flaws.contains(Flaw::brokenDocumentType)) breakType(prolog);
   if (flaws.contains(Flaw::entityBomb)) addBomb(prolog);
+  if (const std::string_view name = FlawedEncoding::nameOf(flaws); name != "UTF-8") {
+    constexpr std::string_view usual = "UTF-8";
+    prolog.replace(prolog.find(usual), usual.size(), name);
+  }
   return prolog;
 }
 

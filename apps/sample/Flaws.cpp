@@ -166,6 +166,27 @@ constexpr std::array table{
             {.zh = "空的压缩包或空文件", .en = "an empty archive or file"},
             document,
             false},
+    FlawRow{Flaw::cloudStub,
+            "cloud-stub",
+            {.zh = "文件还在云盘里，只有“.名称.icloud”占位",
+             .en = "a file still in a cloud drive: only \".NAME.icloud\" lies there"},
+            document,
+            false},
+    FlawRow{Flaw::utf16,
+            "utf-16",
+            {.zh = "UTF-16 编码，没有字节顺序标记", .en = "UTF-16 without a byte order mark"},
+            document,
+            false},
+    FlawRow{Flaw::utf16Mark,
+            "utf-16-mark",
+            {.zh = "UTF-16 编码，有字节顺序标记", .en = "UTF-16 with a byte order mark"},
+            document,
+            false},
+    FlawRow{Flaw::otherEncoding,
+            "other-encoding",
+            {.zh = "windows-1252 编码，并照此声明", .en = "windows-1252, as its declaration says"},
+            document,
+            false},
 };
 
 /// Whether the row at each position is that of the flaw with the same number.
@@ -176,7 +197,7 @@ constexpr bool inOrder() {
   return true;
 }
 static_assert(inOrder());
-static_assert(table.back().flaw == Flaw::empty, "every flaw has its row");
+static_assert(table.back().flaw == Flaw::otherEncoding, "every flaw has its row");
 static_assert(std::ranges::all_of(table,
                                   [](const FlawRow& row) { return inBothLanguages(row.text); }));
 

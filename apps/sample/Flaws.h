@@ -44,6 +44,10 @@ enum class Flaw {
   cdaAlone,
   cutOff,
   empty,
+  cloudStub,
+  utf16,
+  utf16Mark,
+  otherEncoding,
 };
 
 /// What a flaw changes. Records: elements of the XML. Document: what stands around them. Archive:

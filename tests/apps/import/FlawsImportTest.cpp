@@ -159,6 +159,11 @@ const std::vector<FlawCase> cases{
     {.flaw = "cut-off", .refused = "Nothing was imported", .file = "export.xml"},
     {.flaw = "empty", .refused = "There is no export\\.xml"},
     {.flaw = "empty", .refused = "no export of the Health app", .file = "export.xml"},
+    {.flaw = "cloud-stub", .refused = "export\\.zip has not been downloaded"},
+    {.flaw = "cloud-stub", .refused = "export\\.xml has not been downloaded", .file = "export.xml"},
+    {.flaw = "utf-16", .refused = "UTF-16"},
+    {.flaw = "utf-16-mark", .refused = "UTF-16"},
+    {.flaw = "other-encoding", .refused = "windows-1252"},
 };
 
 /// An export of Ann's and what an import makes of it, in a folder of their own.

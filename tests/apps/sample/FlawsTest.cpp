@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <ostream>
 #include <set>
 #include <sstream>
@@ -20,6 +21,8 @@
 #include <vector>
 
 namespace {
+
+using namespace std::string_literals;
 
 /// An export that was written, and what a reader sees of it.
 struct WrittenExport {
@@ -35,7 +38,8 @@ struct WrittenExport {
     std::ostringstream unseen;
     Progress progress(unseen, false, [] { return 0.0; });
     writeExport(options, sampleDay, unseen, progress);
-    bytes = fileContents(options.exportTo).value();
+    const std::optional<std::string> contents = fileContents(options.exportTo);
+    bytes = contents ? *contents : fileContents(folder / ("." + file + ".icloud")).value();
     if (!options.exportsArchive()) {
       xml = bytes;
     } else {
@@ -234,6 +238,22 @@ const std::vector<FlawCase> cases{
        return made.bytes == cleanExport().bytes.substr(0, cleanExport().bytes.size() / 2);
      }},
     {Flaw::empty, [](const WrittenExport& made) { return made.bytes.size() == 22; }},
+    {Flaw::cloudStub,
+     [](const WrittenExport& made) {
+       return made.names.empty() && made.bytes.find("<string>e.zip</string>") != std::string::npos;
+     }},
+    {Flaw::utf16,
+     [](const WrittenExport& made) {
+       return made.xml.starts_with("<\0?\0x\0"s) && made.holds("\x19\x20") && made.error.empty();
+     }},
+    {Flaw::utf16Mark,
+     [](const WrittenExport& made) {
+       return made.xml.starts_with("\xFF\xFE<\0"s) && made.error.empty();
+     }},
+    {Flaw::otherEncoding,
+     [](const WrittenExport& made) {
+       return made.holds("encoding=\"windows-1252\"") && made.holds("Ann\x92s Apple\xA0Watch");
+     }},
 };
 
 class EveryFlaw : public testing::TestWithParam<FlawCase> {};
