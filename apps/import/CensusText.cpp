@@ -18,7 +18,7 @@ constexpr Phrase noVersion{.zh = "  格式版本:没有写明", .en = "  format 
 constexpr Phrase exported{.zh = "  导出于:{0},手机时区偏移 {1}",
                           .en = "  exported: {0}, the phone's clock at {1}"};
 constexpr Phrase noDate{.zh = "  导出于:没有写明", .en = "  exported: not told"};
-constexpr Phrase unreadableDate{.zh = "  导出于:日期读不出来",
+constexpr Phrase unreadableDate{.zh = "  导出于:日期无法读取",
                                 .en = "  exported: at a date that cannot be read"};
 constexpr Phrase records{.zh = "  记录:{0} 条", .en = "  records: {0}"};
 constexpr Phrase type{.zh = "    {0} {1} 条", .en = "    {0}: {1}"};
@@ -32,7 +32,7 @@ constexpr Phrase comma{.zh = "、", .en = ", "};
 constexpr Phrase withoutNumber{.zh = "  没有数字的记录:{0} 条,其中有单位的 {1} 条",
                                .en = "  records without a number: {0}, {1} of them with a unit"};
 constexpr Phrase workouts{.zh = "  训练:{0} 次", .en = "  workouts: {0}"};
-constexpr Phrase days{.zh = "  圆环日:{0} 天", .en = "  days of activity rings: {0}"};
+constexpr Phrase days{.zh = "  活动圆环:{0} 天", .en = "  days of activity rings: {0}"};
 constexpr Phrase sources{.zh = "  来源:{0} 个", .en = "  sources: {0}"};
 constexpr Phrase moreSources{.zh = "  来源:多于 {0} 个", .en = "  sources: more than {0}"};
 constexpr Phrase years{.zh = "  有记录或训练的年份:{0} 个",

@@ -16,10 +16,11 @@ constexpr Phrase records{.zh = "  记录:{0} 条,其中新增 {1}",
                          .en = "  records: {0}, {1} of them new"};
 constexpr Phrase workouts{.zh = "  训练:{0} 次,其中新增 {1}",
                           .en = "  workouts: {0}, {1} of them new"};
-constexpr Phrase days{.zh = "  圆环日:{0} 天,其中新增或更新 {1}",
+constexpr Phrase days{.zh = "  活动圆环:{0} 天,其中新增或更新 {1}",
                       .en = "  days of activity rings: {0}, {1} of them new or newer"};
 constexpr Phrase span{.zh = "  日期:{0} 至 {1}", .en = "  span: {0} to {1}"};
-constexpr Phrase sources{.zh = "  来源:库里现有 {0} 个", .en = "  sources: {0} in the database"};
+constexpr Phrase sources{.zh = "  来源:数据库中现有 {0} 个",
+                         .en = "  sources: {0} in the database"};
 constexpr Phrase zone{.zh = "  时区:{0}", .en = "  time zone: {0}"};
 constexpr Phrase otherZone{
     .zh =
@@ -36,7 +37,7 @@ constexpr Phrase unnamedZone{
         "  this machine's time zone has no name, and answers tell nights and \"today\" by the "
         "machine; for those of the days above, add \"env\": {\"TZ\": \"{0}\"} to the client's "
         "entry"};
-constexpr Phrase nothingNew{.zh = "没有新数据,库里原样未变。",
+constexpr Phrase nothingNew{.zh = "没有新数据,数据库未变。",
                             .en = "Nothing new: the data is as it was."};
 constexpr std::array all{&into,
                          &intoNew,

@@ -11,7 +11,7 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase unreadable{.zh = "  读不出时间的时间戳:{0}(照原样保存)",
+constexpr Phrase unreadable{.zh = "  无法读取时间的时间戳:{0}(原样保存)",
                             .en = "  stamps without a readable time: {0} (kept as exported)"};
 constexpr Phrase repeated{
     .zh = "  重复的属性:{0}(以第一个为准;缺少 endDate 时,第二个 startDate 当作 endDate)",
@@ -19,7 +19,7 @@ constexpr Phrase repeated{
         "  attributes that stand twice: {0} (the first counts; a second startDate is the end "
         "where that is missing)"};
 constexpr Phrase converted{.zh = "  换算了单位:{0}", .en = "  converted units: {0}"};
-constexpr Phrase unknownUnits{.zh = "  单位不认识:{0}(记录照原样保存,训练里的该项留空)",
+constexpr Phrase unknownUnits{.zh = "  无法识别的单位:{0}(记录原样保存,训练里的该项留空)",
                               .en =
                                   "  unknown units: {0} (records are kept as exported, a "
                                   "workout's figure is left out)"};

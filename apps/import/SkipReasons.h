@@ -9,10 +9,10 @@
 
 namespace SkipReasons {
 
-inline constexpr Phrase noType{.zh = "没有 type", .en = "no type"};
-inline constexpr Phrase noStart{.zh = "没有 startDate", .en = "no startDate"};
+inline constexpr Phrase noType{.zh = "缺少 type", .en = "no type"};
+inline constexpr Phrase noStart{.zh = "缺少 startDate", .en = "no startDate"};
 inline constexpr Phrase startIsNoDate{.zh = "startDate 不是日期", .en = "startDate is no date"};
-inline constexpr Phrase noDay{.zh = "没有 dateComponents", .en = "no dateComponents"};
+inline constexpr Phrase noDay{.zh = "缺少 dateComponents", .en = "no dateComponents"};
 inline constexpr Phrase dayIsNoDate{.zh = "dateComponents 不是日期",
                                     .en = "dateComponents is no date"};
 inline constexpr std::array all{noType, noStart, startIsNoDate, noDay, dayIsNoDate};
