@@ -7,9 +7,11 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <type_traits>
 #include <vector>
 
@@ -59,9 +61,17 @@ template <typename T>
 struct IsVector : std::false_type {};
 template <typename T>
 struct IsVector<std::vector<T>> : std::true_type {};
+template <typename T>
+struct IsMap : std::false_type {};
+template <typename T>
+struct IsMap<std::map<std::string, T>> : std::true_type {};
+template <typename T>
+struct IsOptional : std::false_type {};
+template <typename T>
+struct IsOptional<std::optional<T>> : std::true_type {};
 
-/// `value` as a T: text, boolean, double, int64, a vector of Ts, or a record that has a from_json.
-/// Throws DecodingError, naming `key`, when the JSON type is another.
+/// `value` as a T: text, boolean, double, int64, a vector of Ts, a map of texts to Ts, or a record
+/// that has a from_json. Throws DecodingError, naming `key`, when the JSON type is another.
 template <typename T>
 T decoded(const nlohmann::json& value, const std::string& key) {
   if constexpr (std::is_same_v<T, std::string>) {
@@ -85,11 +95,20 @@ T decoded(const nlohmann::json& value, const std::string& key) {
       elements.push_back(decoded<typename T::value_type>(element, place));
     }
     return elements;
+  } else if constexpr (IsMap<T>::value) {
+    if (!value.is_object()) throw DecodingError(key + " is not an object");
+    T elements;
+    for (const auto& [name, element] : value.items()) {
+      const std::string place = std::string(key).append(".").append(name);
+      elements[name] = decoded<typename T::mapped_type>(element, place);
+    }
+    return elements;
   } else {
     try {
       return value.get<T>();
     } catch (const DecodingError& error) {
-      throw DecodingError(key + "." + error.what());
+      // What is wrong with a record is told of one of its fields, with an enumerator of itself.
+      throw DecodingError(key + (std::is_enum_v<T> ? " " : ".") + error.what());
     }
   }
 }
@@ -121,6 +140,44 @@ void setIfPresent(Json& object, const char* key, const std::optional<T>& value) 
     if (value && !std::isfinite(*value)) return;
   }
   if (value) object[key] = *value;
+}
+
+/// One field of a record and the key that it has in JSON.
+template <typename Record, typename T>
+struct Field {
+  const char* key;
+  T Record::*member;
+};
+template <typename Record, typename T>
+Field(const char*, T Record::*) -> Field<Record, T>;
+
+/// Reads every field of `fields`, a tuple of Fields, from `object`: an optional one as `optional`
+/// does, any other as `required` does.
+template <typename Record, typename Fields>
+void read(const nlohmann::json& object, Record& record, const Fields& fields) {
+  const auto readField = [&object, &record]<typename T>(const Field<Record, T>& field) {
+    if constexpr (IsOptional<T>::value) {
+      record.*field.member = optional<typename T::value_type>(object, field.key);
+    } else {
+      record.*field.member = required<T>(object, field.key);
+    }
+  };
+  std::apply([&readField](const auto&... field) { (readField(field), ...); }, fields);
+}
+
+/// Makes `object` the JSON object of every field of `fields`, in their order, without those that
+/// are absent.
+template <typename Json, typename Record, typename Fields>
+void write(Json& object, const Record& record, const Fields& fields) {
+  object = Json::object();
+  const auto writeField = [&object, &record]<typename T>(const Field<Record, T>& field) {
+    if constexpr (IsOptional<T>::value) {
+      setIfPresent(object, field.key, record.*field.member);
+    } else {
+      object[field.key] = record.*field.member;
+    }
+  };
+  std::apply([&writeField](const auto&... field) { (writeField(field), ...); }, fields);
 }
 
 /// The value, or null.

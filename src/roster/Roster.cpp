@@ -11,57 +11,53 @@
 #include <system_error>
 #include <utility>
 
+using JsonFields::Field;
+
+namespace {
+
+constexpr std::tuple deviceFields{Field{"token", &PairedDevice::token},
+                                  Field{"model", &PairedDevice::model},
+                                  Field{"deviceName", &PairedDevice::deviceName},
+                                  Field{"pairedAt", &PairedDevice::pairedAt},
+                                  Field{"lastSeenAt", &PairedDevice::lastSeenAt},
+                                  Field{"history", &PairedDevice::history},
+                                  Field{"key", &PairedDevice::key}};
+
+constexpr std::tuple memberFields{Field{"id", &Member::id},
+                                  Field{"name", &Member::name},
+                                  Field{"dbPath", &Member::dbPath},
+                                  Field{"createdAt", &Member::createdAt},
+                                  Field{"lastSyncAt", &Member::lastSyncAt},
+                                  Field{"devices", &Member::devices},
+                                  Field{"backfill", &Member::backfill}};
+
+constexpr std::tuple fileFields{Field{"version", &Roster::File::version},
+                                Field{"members", &Roster::File::members}};
+
+}  // namespace
+
 void from_json(const nlohmann::json& json, PairedDevice& device) {
-  device.token = JsonFields::required<std::string>(json, "token");
-  device.model = JsonFields::optional<std::string>(json, "model");
-  device.deviceName = JsonFields::optional<std::string>(json, "deviceName");
-  device.pairedAt = JsonFields::required<double>(json, "pairedAt");
-  device.lastSeenAt = JsonFields::optional<double>(json, "lastSeenAt");
-  device.history = JsonFields::optional<HistoryHint>(json, "history");
-  device.key = JsonFields::optional<std::string>(json, "key");
-}
-
-void from_json(const nlohmann::json& json, Member& member) {
-  member.id = JsonFields::required<std::string>(json, "id");
-  member.name = JsonFields::required<std::string>(json, "name");
-  member.dbPath = JsonFields::required<std::string>(json, "dbPath");
-  member.createdAt = JsonFields::required<double>(json, "createdAt");
-  member.lastSyncAt = JsonFields::optional<double>(json, "lastSyncAt");
-  member.devices = JsonFields::required<std::vector<PairedDevice>>(json, "devices");
-  member.backfill = JsonFields::optional<BackfillState>(json, "backfill");
-}
-
-void from_json(const nlohmann::json& json, Roster::File& file) {
-  file.version = JsonFields::required<std::int64_t>(json, "version");
-  file.members = JsonFields::required<std::vector<Member>>(json, "members");
+  JsonFields::read(json, device, deviceFields);
 }
 
 void to_json(nlohmann::ordered_json& json, const PairedDevice& device) {
-  json = nlohmann::ordered_json::object();
-  json["token"] = device.token;
-  JsonFields::setIfPresent(json, "model", device.model);
-  JsonFields::setIfPresent(json, "deviceName", device.deviceName);
-  json["pairedAt"] = device.pairedAt;
-  JsonFields::setIfPresent(json, "lastSeenAt", device.lastSeenAt);
-  JsonFields::setIfPresent(json, "history", device.history);
-  JsonFields::setIfPresent(json, "key", device.key);
+  JsonFields::write(json, device, deviceFields);
+}
+
+void from_json(const nlohmann::json& json, Member& member) {
+  JsonFields::read(json, member, memberFields);
 }
 
 void to_json(nlohmann::ordered_json& json, const Member& member) {
-  json = nlohmann::ordered_json::object();
-  json["id"] = member.id;
-  json["name"] = member.name;
-  json["dbPath"] = member.dbPath;
-  json["createdAt"] = member.createdAt;
-  JsonFields::setIfPresent(json, "lastSyncAt", member.lastSyncAt);
-  json["devices"] = member.devices;
-  JsonFields::setIfPresent(json, "backfill", member.backfill);
+  JsonFields::write(json, member, memberFields);
+}
+
+void from_json(const nlohmann::json& json, Roster::File& file) {
+  JsonFields::read(json, file, fileFields);
 }
 
 void to_json(nlohmann::ordered_json& json, const Roster::File& file) {
-  json = nlohmann::ordered_json::object();
-  json["version"] = file.version;
-  json["members"] = file.members;
+  JsonFields::write(json, file, fileFields);
 }
 
 Roster::Roster(std::filesystem::path path, Logger& log, Clock clock)

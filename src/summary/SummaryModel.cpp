@@ -5,9 +5,7 @@
 #include <algorithm>
 #include <array>
 
-using JsonFields::optional;
-using JsonFields::required;
-using JsonFields::setIfPresent;
+using JsonFields::Field;
 
 namespace {
 
@@ -23,23 +21,6 @@ constexpr std::array stateNames{
     StateName{DataState::backfilling, "backfilling"},
 };
 
-DataState stateIn(const nlohmann::json& json) {
-  const auto name = required<std::string>(json, "state");
-  const auto row = std::ranges::find(stateNames, name, &StateName::name);
-  if (row == stateNames.end()) throw DecodingError("state is none of the known states");
-  return row->state;
-}
-
-std::map<std::string, std::int64_t> yearlyIn(const nlohmann::json& json) {
-  const auto found = json.find("yearly");
-  if (found == json.end() || !found->is_object()) throw DecodingError("yearly is not an object");
-  std::map<std::string, std::int64_t> yearly;
-  for (const auto& [year, count] : found->items()) {
-    yearly[year] = JsonFields::decoded<std::int64_t>(count, "yearly." + year);
-  }
-  return yearly;
-}
-
 }  // namespace
 
 std::string_view rawValue(DataState state) {
@@ -50,101 +31,92 @@ bool spansTooFewDays(std::string_view firstDay, std::string_view lastDay) {
   return AppleFormat::daysBetween(firstDay, lastDay) < 400;
 }
 
-void to_json(nlohmann::ordered_json& json, const SummaryCoverage& coverage) {
-  json = nlohmann::ordered_json::object();
-  json["firstDay"] = coverage.firstDay;
-  json["lastDay"] = coverage.lastDay;
-  json["records"] = coverage.records;
-  json["typeCount"] = coverage.typeCount;
-  json["devices"] = coverage.devices;
-  json["collected"] = coverage.collected;
-  json["absentExpected"] = coverage.absentExpected;
-  json["suspicious"] = coverage.suspicious;
-  json["backfilling"] = coverage.backfilling;
-  json["completeFrom"] = coverage.completeFrom;
-  json["backfillFrontier"] = coverage.backfillFrontier;
-  json["yearly"] = coverage.yearly;
-  setIfPresent(json, "lastSyncAt", coverage.lastSyncAt);
+namespace {
+
+constexpr std::tuple coverageFields{Field{"firstDay", &SummaryCoverage::firstDay},
+                                    Field{"lastDay", &SummaryCoverage::lastDay},
+                                    Field{"records", &SummaryCoverage::records},
+                                    Field{"typeCount", &SummaryCoverage::typeCount},
+                                    Field{"devices", &SummaryCoverage::devices},
+                                    Field{"collected", &SummaryCoverage::collected},
+                                    Field{"absentExpected", &SummaryCoverage::absentExpected},
+                                    Field{"suspicious", &SummaryCoverage::suspicious},
+                                    Field{"backfilling", &SummaryCoverage::backfilling},
+                                    Field{"completeFrom", &SummaryCoverage::completeFrom},
+                                    Field{"backfillFrontier", &SummaryCoverage::backfillFrontier},
+                                    Field{"yearly", &SummaryCoverage::yearly},
+                                    Field{"lastSyncAt", &SummaryCoverage::lastSyncAt}};
+
+constexpr std::tuple metricFields{Field{"label", &Metric::label},
+                                  Field{"value", &Metric::value},
+                                  Field{"unit", &Metric::unit},
+                                  Field{"samples", &Metric::samples},
+                                  Field{"text", &Metric::text},
+                                  Field{"state", &Metric::state}};
+
+constexpr std::tuple cardFields{Field{"key", &SummaryCard::key},
+                                Field{"title", &SummaryCard::title},
+                                Field{"state", &SummaryCard::state},
+                                Field{"metrics", &SummaryCard::metrics},
+                                Field{"needsDevice", &SummaryCard::needsDevice}};
+
+constexpr std::tuple insightFields{Field{"key", &Insight::key}, Field{"text", &Insight::text}};
+
+constexpr std::tuple summaryFields{Field{"personID", &HealthSummary::personID},
+                                   Field{"person", &HealthSummary::person},
+                                   Field{"generatedAt", &HealthSummary::generatedAt},
+                                   Field{"coverage", &HealthSummary::coverage},
+                                   Field{"cards", &HealthSummary::cards},
+                                   Field{"insights", &HealthSummary::insights}};
+
+}  // namespace
+
+void from_json(const nlohmann::json& json, DataState& state) {
+  if (!json.is_string()) throw DecodingError("is not a string");
+  const auto row =
+      std::ranges::find(stateNames, json.get_ref<const std::string&>(), &StateName::name);
+  if (row == stateNames.end()) throw DecodingError("is none of the known states");
+  state = row->state;
 }
+
+void to_json(nlohmann::ordered_json& json, DataState state) { json = rawValue(state); }
 
 void from_json(const nlohmann::json& json, SummaryCoverage& coverage) {
-  coverage.firstDay = required<std::string>(json, "firstDay");
-  coverage.lastDay = required<std::string>(json, "lastDay");
-  coverage.records = required<std::int64_t>(json, "records");
-  coverage.typeCount = required<std::int64_t>(json, "typeCount");
-  coverage.devices = required<std::vector<std::string>>(json, "devices");
-  coverage.collected = required<std::vector<std::string>>(json, "collected");
-  coverage.absentExpected = required<std::vector<std::string>>(json, "absentExpected");
-  coverage.suspicious = required<std::vector<std::string>>(json, "suspicious");
-  coverage.backfilling = required<bool>(json, "backfilling");
-  coverage.completeFrom = required<std::string>(json, "completeFrom");
-  coverage.backfillFrontier = required<std::string>(json, "backfillFrontier");
-  coverage.yearly = yearlyIn(json);
-  coverage.lastSyncAt = optional<double>(json, "lastSyncAt");
+  JsonFields::read(json, coverage, coverageFields);
 }
 
-void to_json(nlohmann::ordered_json& json, const Metric& metric) {
-  json = nlohmann::ordered_json::object();
-  json["label"] = metric.label;
-  setIfPresent(json, "value", metric.value);
-  json["unit"] = metric.unit;
-  setIfPresent(json, "samples", metric.samples);
-  json["text"] = metric.text;
-  json["state"] = rawValue(metric.state);
+void to_json(nlohmann::ordered_json& json, const SummaryCoverage& coverage) {
+  JsonFields::write(json, coverage, coverageFields);
 }
 
 void from_json(const nlohmann::json& json, Metric& metric) {
-  metric.label = required<std::string>(json, "label");
-  metric.value = optional<double>(json, "value");
-  metric.unit = required<std::string>(json, "unit");
-  metric.samples = optional<std::int64_t>(json, "samples");
-  metric.text = required<std::string>(json, "text");
-  metric.state = stateIn(json);
+  JsonFields::read(json, metric, metricFields);
 }
 
-void to_json(nlohmann::ordered_json& json, const SummaryCard& card) {
-  json = nlohmann::ordered_json::object();
-  json["key"] = card.key;
-  json["title"] = card.title;
-  json["state"] = rawValue(card.state);
-  json["metrics"] = card.metrics;
-  setIfPresent(json, "needsDevice", card.needsDevice);
+void to_json(nlohmann::ordered_json& json, const Metric& metric) {
+  JsonFields::write(json, metric, metricFields);
 }
 
 void from_json(const nlohmann::json& json, SummaryCard& card) {
-  card.key = required<std::string>(json, "key");
-  card.title = required<std::string>(json, "title");
-  card.state = stateIn(json);
-  card.metrics = required<std::vector<Metric>>(json, "metrics");
-  card.needsDevice = optional<std::string>(json, "needsDevice");
+  JsonFields::read(json, card, cardFields);
 }
 
-void to_json(nlohmann::ordered_json& json, const Insight& insight) {
-  json = nlohmann::ordered_json::object();
-  json["key"] = insight.key;
-  json["text"] = insight.text;
+void to_json(nlohmann::ordered_json& json, const SummaryCard& card) {
+  JsonFields::write(json, card, cardFields);
 }
 
 void from_json(const nlohmann::json& json, Insight& insight) {
-  insight.key = required<std::string>(json, "key");
-  insight.text = required<std::string>(json, "text");
+  JsonFields::read(json, insight, insightFields);
 }
 
-void to_json(nlohmann::ordered_json& json, const HealthSummary& summary) {
-  json = nlohmann::ordered_json::object();
-  json["personID"] = summary.personID;
-  json["person"] = summary.person;
-  json["generatedAt"] = summary.generatedAt;
-  json["coverage"] = summary.coverage;
-  json["cards"] = summary.cards;
-  json["insights"] = summary.insights;
+void to_json(nlohmann::ordered_json& json, const Insight& insight) {
+  JsonFields::write(json, insight, insightFields);
 }
 
 void from_json(const nlohmann::json& json, HealthSummary& summary) {
-  summary.personID = required<std::string>(json, "personID");
-  summary.person = required<std::string>(json, "person");
-  summary.generatedAt = required<double>(json, "generatedAt");
-  summary.coverage = required<SummaryCoverage>(json, "coverage");
-  summary.cards = required<std::vector<SummaryCard>>(json, "cards");
-  summary.insights = required<std::vector<Insight>>(json, "insights");
+  JsonFields::read(json, summary, summaryFields);
+}
+
+void to_json(nlohmann::ordered_json& json, const HealthSummary& summary) {
+  JsonFields::write(json, summary, summaryFields);
 }

@@ -90,11 +90,13 @@ struct HealthSummary {
 
 /// JSON keys are the field names in the order above. Absent fields are left out, never null;
 /// decoding throws DecodingError for a missing key, another JSON type or an unknown state.
+void to_json(nlohmann::ordered_json& json, DataState state);
 void to_json(nlohmann::ordered_json& json, const SummaryCoverage& coverage);
 void to_json(nlohmann::ordered_json& json, const Metric& metric);
 void to_json(nlohmann::ordered_json& json, const SummaryCard& card);
 void to_json(nlohmann::ordered_json& json, const Insight& insight);
 void to_json(nlohmann::ordered_json& json, const HealthSummary& summary);
+void from_json(const nlohmann::json& json, DataState& state);
 void from_json(const nlohmann::json& json, SummaryCoverage& coverage);
 void from_json(const nlohmann::json& json, Metric& metric);
 void from_json(const nlohmann::json& json, SummaryCard& card);

@@ -1,90 +1,75 @@
 #include "workouts/WorkoutHeartRate.h"
 #include "platform/JsonFields.h"
 
-using JsonFields::optional;
-using JsonFields::required;
-using JsonFields::setIfPresent;
+using JsonFields::Field;
+
+namespace {
+
+constexpr std::tuple pointFields{Field{"record_id", &WorkoutHeartRatePoint::record_id},
+                                 Field{"start", &WorkoutHeartRatePoint::start},
+                                 Field{"end", &WorkoutHeartRatePoint::end},
+                                 Field{"source", &WorkoutHeartRatePoint::source},
+                                 Field{"device", &WorkoutHeartRatePoint::device},
+                                 Field{"raw_unit", &WorkoutHeartRatePoint::raw_unit},
+                                 Field{"stored_value", &WorkoutHeartRatePoint::stored_value},
+                                 Field{"elapsed_seconds", &WorkoutHeartRatePoint::elapsed_seconds},
+                                 Field{"bpm", &WorkoutHeartRatePoint::bpm},
+                                 Field{"segment", &WorkoutHeartRatePoint::segment}};
+
+constexpr std::tuple summaryFields{
+    Field{"count", &WorkoutHeartRateSummary::count},
+    Field{"min_bpm", &WorkoutHeartRateSummary::min_bpm},
+    Field{"max_bpm", &WorkoutHeartRateSummary::max_bpm},
+    Field{"sample_mean_bpm", &WorkoutHeartRateSummary::sample_mean_bpm}};
+
+constexpr std::tuple paginationFields{
+    Field{"total_count", &WorkoutHeartRatePagination::total_count},
+    Field{"returned_count", &WorkoutHeartRatePagination::returned_count},
+    Field{"limit", &WorkoutHeartRatePagination::limit},
+    Field{"offset", &WorkoutHeartRatePagination::offset},
+    Field{"has_more", &WorkoutHeartRatePagination::has_more},
+    Field{"next_offset", &WorkoutHeartRatePagination::next_offset}};
+
+constexpr std::tuple heartRateFields{
+    Field{"person_id", &WorkoutHeartRate::person_id},
+    Field{"workout", &WorkoutHeartRate::workout},
+    Field{"source", &WorkoutHeartRate::source},
+    Field{"available_sources", &WorkoutHeartRate::available_sources},
+    Field{"summary", &WorkoutHeartRate::summary},
+    Field{"samples", &WorkoutHeartRate::samples},
+    Field{"pagination", &WorkoutHeartRate::pagination},
+    Field{"excluded_candidate_count", &WorkoutHeartRate::excluded_candidate_count}};
+
+}  // namespace
 
 void from_json(const nlohmann::json& json, WorkoutHeartRatePoint& point) {
-  point.record_id = required<std::int64_t>(json, "record_id");
-  point.start = required<std::string>(json, "start");
-  point.end = optional<std::string>(json, "end");
-  point.source = required<std::string>(json, "source");
-  point.device = optional<std::string>(json, "device");
-  point.raw_unit = required<std::string>(json, "raw_unit");
-  point.stored_value = optional<std::string>(json, "stored_value");
-  point.elapsed_seconds = required<double>(json, "elapsed_seconds");
-  point.bpm = required<double>(json, "bpm");
-  point.segment = required<std::int64_t>(json, "segment");
-}
-
-void from_json(const nlohmann::json& json, WorkoutHeartRateSummary& summary) {
-  summary.count = required<std::int64_t>(json, "count");
-  summary.min_bpm = optional<double>(json, "min_bpm");
-  summary.max_bpm = optional<double>(json, "max_bpm");
-  summary.sample_mean_bpm = optional<double>(json, "sample_mean_bpm");
-}
-
-void from_json(const nlohmann::json& json, WorkoutHeartRatePagination& pagination) {
-  pagination.total_count = required<std::int64_t>(json, "total_count");
-  pagination.returned_count = required<std::int64_t>(json, "returned_count");
-  pagination.limit = required<std::int64_t>(json, "limit");
-  pagination.offset = required<std::int64_t>(json, "offset");
-  pagination.has_more = required<bool>(json, "has_more");
-  pagination.next_offset = optional<std::int64_t>(json, "next_offset");
-}
-
-void from_json(const nlohmann::json& json, WorkoutHeartRate& heartRate) {
-  heartRate.person_id = required<std::string>(json, "person_id");
-  heartRate.workout = required<WorkoutEntry>(json, "workout");
-  heartRate.source = required<std::string>(json, "source");
-  heartRate.available_sources = required<std::vector<std::string>>(json, "available_sources");
-  heartRate.summary = required<WorkoutHeartRateSummary>(json, "summary");
-  heartRate.samples = required<std::vector<WorkoutHeartRatePoint>>(json, "samples");
-  heartRate.pagination = required<WorkoutHeartRatePagination>(json, "pagination");
-  heartRate.excluded_candidate_count = required<std::int64_t>(json, "excluded_candidate_count");
+  JsonFields::read(json, point, pointFields);
 }
 
 void to_json(nlohmann::ordered_json& json, const WorkoutHeartRatePoint& point) {
-  json = nlohmann::ordered_json::object();
-  json["record_id"] = point.record_id;
-  json["start"] = point.start;
-  setIfPresent(json, "end", point.end);
-  json["source"] = point.source;
-  setIfPresent(json, "device", point.device);
-  json["raw_unit"] = point.raw_unit;
-  setIfPresent(json, "stored_value", point.stored_value);
-  json["elapsed_seconds"] = point.elapsed_seconds;
-  json["bpm"] = point.bpm;
-  json["segment"] = point.segment;
+  JsonFields::write(json, point, pointFields);
+}
+
+void from_json(const nlohmann::json& json, WorkoutHeartRateSummary& summary) {
+  JsonFields::read(json, summary, summaryFields);
 }
 
 void to_json(nlohmann::ordered_json& json, const WorkoutHeartRateSummary& summary) {
-  json = nlohmann::ordered_json::object();
-  json["count"] = summary.count;
-  setIfPresent(json, "min_bpm", summary.min_bpm);
-  setIfPresent(json, "max_bpm", summary.max_bpm);
-  setIfPresent(json, "sample_mean_bpm", summary.sample_mean_bpm);
+  JsonFields::write(json, summary, summaryFields);
+}
+
+void from_json(const nlohmann::json& json, WorkoutHeartRatePagination& pagination) {
+  JsonFields::read(json, pagination, paginationFields);
 }
 
 void to_json(nlohmann::ordered_json& json, const WorkoutHeartRatePagination& pagination) {
-  json = nlohmann::ordered_json::object();
-  json["total_count"] = pagination.total_count;
-  json["returned_count"] = pagination.returned_count;
-  json["limit"] = pagination.limit;
-  json["offset"] = pagination.offset;
-  json["has_more"] = pagination.has_more;
-  setIfPresent(json, "next_offset", pagination.next_offset);
+  JsonFields::write(json, pagination, paginationFields);
+}
+
+void from_json(const nlohmann::json& json, WorkoutHeartRate& heartRate) {
+  JsonFields::read(json, heartRate, heartRateFields);
 }
 
 void to_json(nlohmann::ordered_json& json, const WorkoutHeartRate& heartRate) {
-  json = nlohmann::ordered_json::object();
-  json["person_id"] = heartRate.person_id;
-  json["workout"] = heartRate.workout;
-  json["source"] = heartRate.source;
-  json["available_sources"] = heartRate.available_sources;
-  json["summary"] = heartRate.summary;
-  json["samples"] = heartRate.samples;
-  json["pagination"] = heartRate.pagination;
-  json["excluded_candidate_count"] = heartRate.excluded_candidate_count;
+  JsonFields::write(json, heartRate, heartRateFields);
 }

@@ -6,9 +6,7 @@
 #include <cmath>
 #include <cstddef>
 
-using JsonFields::optional;
-using JsonFields::required;
-using JsonFields::setIfPresent;
+using JsonFields::Field;
 
 namespace {
 
@@ -57,21 +55,21 @@ std::optional<WorkoutHumidity> humidityIn(const std::string& json) {
   }
 }
 
+namespace {
+
+constexpr std::tuple humidityFields{Field{"raw_value", &WorkoutHumidity::raw_value},
+                                    Field{"raw_unit", &WorkoutHumidity::raw_unit},
+                                    Field{"raw_text", &WorkoutHumidity::raw_text},
+                                    Field{"encoding", &WorkoutHumidity::encoding},
+                                    Field{"source_bundle_id", &WorkoutHumidity::source_bundle_id},
+                                    Field{"source_version", &WorkoutHumidity::source_version}};
+
+}  // namespace
+
 void from_json(const nlohmann::json& json, WorkoutHumidity& humidity) {
-  humidity.raw_value = optional<double>(json, "raw_value");
-  humidity.raw_unit = optional<std::string>(json, "raw_unit");
-  humidity.raw_text = optional<std::string>(json, "raw_text");
-  humidity.encoding = required<std::string>(json, "encoding");
-  humidity.source_bundle_id = optional<std::string>(json, "source_bundle_id");
-  humidity.source_version = optional<std::string>(json, "source_version");
+  JsonFields::read(json, humidity, humidityFields);
 }
 
 void to_json(nlohmann::ordered_json& json, const WorkoutHumidity& humidity) {
-  json = nlohmann::ordered_json::object();
-  setIfPresent(json, "raw_value", humidity.raw_value);
-  setIfPresent(json, "raw_unit", humidity.raw_unit);
-  setIfPresent(json, "raw_text", humidity.raw_text);
-  json["encoding"] = humidity.encoding;
-  setIfPresent(json, "source_bundle_id", humidity.source_bundle_id);
-  setIfPresent(json, "source_version", humidity.source_version);
+  JsonFields::write(json, humidity, humidityFields);
 }

@@ -8,9 +8,7 @@
 #include <cmath>
 #include <stdexcept>
 
-using JsonFields::optional;
-using JsonFields::required;
-using JsonFields::setIfPresent;
+using JsonFields::Field;
 
 WorkoutDigest workoutDigest(std::string_view activityType, std::string_view source,
                             std::string_view start, std::string_view end) {
@@ -91,45 +89,34 @@ std::optional<double> WorkoutEntry::humidityPercent() const {
   return reading->raw_value;
 }
 
+namespace {
+
+constexpr std::tuple workoutFields{Field{"activity_type", &WorkoutEntry::activity_type},
+                                   Field{"start", &WorkoutEntry::start},
+                                   Field{"end", &WorkoutEntry::end},
+                                   Field{"source", &WorkoutEntry::source},
+                                   Field{"duration_min", &WorkoutEntry::duration_min},
+                                   Field{"distance_km", &WorkoutEntry::distance_km},
+                                   Field{"active_energy_kcal", &WorkoutEntry::active_energy_kcal},
+                                   Field{"basal_energy_kcal", &WorkoutEntry::basal_energy_kcal},
+                                   Field{"hr_avg", &WorkoutEntry::hr_avg},
+                                   Field{"hr_min", &WorkoutEntry::hr_min},
+                                   Field{"hr_max", &WorkoutEntry::hr_max},
+                                   Field{"elevation_m", &WorkoutEntry::elevation_m},
+                                   Field{"avg_mets", &WorkoutEntry::avg_mets},
+                                   Field{"indoor", &WorkoutEntry::indoor},
+                                   Field{"temp_c", &WorkoutEntry::temp_c},
+                                   Field{"humidity_pct", &WorkoutEntry::humidity_pct},
+                                   Field{"humidity", &WorkoutEntry::humidity}};
+
+}  // namespace
+
 void from_json(const nlohmann::json& json, WorkoutEntry& workout) {
-  workout.activity_type = required<std::string>(json, "activity_type");
-  workout.start = required<std::string>(json, "start");
-  workout.end = required<std::string>(json, "end");
-  workout.source = required<std::string>(json, "source");
-  workout.duration_min = optional<double>(json, "duration_min");
-  workout.distance_km = optional<double>(json, "distance_km");
-  workout.active_energy_kcal = optional<double>(json, "active_energy_kcal");
-  workout.basal_energy_kcal = optional<double>(json, "basal_energy_kcal");
-  workout.hr_avg = optional<double>(json, "hr_avg");
-  workout.hr_min = optional<double>(json, "hr_min");
-  workout.hr_max = optional<double>(json, "hr_max");
-  workout.elevation_m = optional<double>(json, "elevation_m");
-  workout.avg_mets = optional<double>(json, "avg_mets");
-  workout.indoor = optional<bool>(json, "indoor");
-  workout.temp_c = optional<double>(json, "temp_c");
-  workout.humidity_pct = optional<double>(json, "humidity_pct");
-  workout.humidity = optional<WorkoutHumidity>(json, "humidity");
+  JsonFields::read(json, workout, workoutFields);
 }
 
 void to_json(nlohmann::ordered_json& json, const WorkoutEntry& workout) {
-  json = nlohmann::ordered_json::object();
-  json["activity_type"] = workout.activity_type;
-  json["start"] = workout.start;
-  json["end"] = workout.end;
-  json["source"] = workout.source;
-  setIfPresent(json, "duration_min", workout.duration_min);
-  setIfPresent(json, "distance_km", workout.distance_km);
-  setIfPresent(json, "active_energy_kcal", workout.active_energy_kcal);
-  setIfPresent(json, "basal_energy_kcal", workout.basal_energy_kcal);
-  setIfPresent(json, "hr_avg", workout.hr_avg);
-  setIfPresent(json, "hr_min", workout.hr_min);
-  setIfPresent(json, "hr_max", workout.hr_max);
-  setIfPresent(json, "elevation_m", workout.elevation_m);
-  setIfPresent(json, "avg_mets", workout.avg_mets);
-  setIfPresent(json, "indoor", workout.indoor);
-  setIfPresent(json, "temp_c", workout.temp_c);
-  setIfPresent(json, "humidity_pct", workout.humidity_pct);
-  setIfPresent(json, "humidity", workout.humidity);
+  JsonFields::write(json, workout, workoutFields);
 }
 
 namespace {

@@ -235,7 +235,7 @@ TEST(SummaryDecoding, NamesWhatIsWrong) {
   EXPECT_EQ(messageFor<HealthSummary>(summary), "coverage.yearly is not an object");
 
   summary["coverage"].erase("yearly");
-  EXPECT_EQ(messageFor<HealthSummary>(summary), "coverage.yearly is not an object");
+  EXPECT_EQ(messageFor<HealthSummary>(summary), "coverage.yearly is missing");
 
   summary["coverage"] = 7;
   EXPECT_EQ(messageFor<HealthSummary>(summary),
