@@ -119,7 +119,7 @@ public:
                                             std::string_view to) const override;
   std::vector<double> values(std::string_view type, std::string_view from,
                              std::string_view to) const override;
-  std::optional<DatedValue> latestValue(std::string_view type) const override;
+  std::optional<DailyValue> latestValue(std::string_view type) const override;
   std::vector<SleepSegment> sleepSegments(std::string_view from,
                                           std::string_view to) const override;
   WorkoutStats workoutStats(std::string_view from, std::string_view to) const override;

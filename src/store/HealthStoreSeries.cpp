@@ -122,7 +122,7 @@ std::vector<double> HealthStore::values(std::string_view type, std::string_view 
   return values;
 }
 
-std::optional<DatedValue> HealthStore::latestValue(std::string_view type) const {
+std::optional<DailyValue> HealthStore::latestValue(std::string_view type) const {
   // The latest of each source is found by a seek, as the records of a source are stored by their
   // stamps; all of a type would have to be read and sorted.
   Statement query = prepare(filled(R"sql(
@@ -141,7 +141,7 @@ ORDER BY start_date DESC LIMIT 1)sql",
   const std::optional<Row> row = query.next();
   const std::optional<double> value = row ? Queries::valueIn(*row, 1) : std::nullopt;
   if (!value) return std::nullopt;
-  return DatedValue{row->text(0), *value};
+  return DailyValue{row->text(0), *value};
 }
 
 Statement HealthStore::selectSleep(std::string_view from, std::string_view to) const {

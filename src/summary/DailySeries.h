@@ -11,14 +11,6 @@
 #include <string_view>
 #include <vector>
 
-/// One metric on one calendar day. A day without data has no DailyValue at all.
-struct DailyValue {
-  std::string day;  ///< "yyyy-MM-dd", the person's own calendar, never UTC
-  double value;     ///< in the metric's unit, see summary/Metrics.h
-
-  bool operator==(const DailyValue&) const = default;
-};
-
 /// One night of sleep, of at least two hours.
 struct SleepNight {
   std::string day;          ///< the day on which the night begins

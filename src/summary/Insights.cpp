@@ -13,7 +13,7 @@ namespace {
 
 using Totals = std::map<std::string, double>;
 
-Totals dailySteps(const SummaryEngine& engine, const DayWindow& window) {
+Totals dailySteps(const SummaryEngine& engine, const DayRange& window) {
   return orNothing([&] { return engine.data().dailyTotals("StepCount", window.from, window.to); })
       .value_or(Totals());
 }
@@ -41,7 +41,7 @@ std::array<Sum, 7> byWeekday(const Totals& totals) {
 
 std::optional<Insight> weekday(const SummaryEngine& engine, const Totals& steps) {
   constexpr std::size_t fewestDays = 14;
-  const DayWindow window = engine.lastDays(90);
+  const DayRange window = engine.lastDays(90);
   const Totals totals(steps.lower_bound(window.from), steps.upper_bound(window.to));
   if (totals.size() < fewestDays) return std::nullopt;
   std::optional<std::pair<int, double>> most;

@@ -1,6 +1,7 @@
 #pragma once
 // What the summary wants to read of a member. The store provides it; tests provide it from memory.
 
+#include "summary/DailyValue.h"
 #include "summary/SummaryModel.h"
 
 #include <cstdint>
@@ -11,14 +12,6 @@
 #include <string_view>
 #include <utility>
 #include <vector>
-
-/// A sample with the day it belongs to.
-struct DatedValue {
-  std::string day;  ///< "yyyy-MM-dd"; "" when the sample was stored without a day
-  double value;     ///< in the unit it was stored in
-
-  bool operator==(const DatedValue&) const = default;
-};
 
 /// A stretch of sleep as it was recorded, texts as stored.
 struct SleepSegment {
@@ -76,8 +69,8 @@ public:
   virtual std::vector<double> values(std::string_view type, std::string_view from,
                                      std::string_view to) const = 0;
 
-  /// The newest numeric value of a type, by its stamp as text.
-  virtual std::optional<DatedValue> latestValue(std::string_view type) const = 0;
+  /// The newest numeric value of a type, by its stamp as text, in the unit it was stored in.
+  virtual std::optional<DailyValue> latestValue(std::string_view type) const = 0;
 
   /// Every recorded stretch of sleep, awake and in bed included, in no order.
   virtual std::vector<SleepSegment> sleepSegments(std::string_view from,

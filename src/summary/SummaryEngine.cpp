@@ -85,20 +85,20 @@ HealthSummary SummaryEngine::build(std::string_view personID, std::string_view p
   return summary;
 }
 
-DayWindow SummaryEngine::lastDays(int daysBack) const {
+DayRange SummaryEngine::lastDays(int daysBack) const {
   const CivilDay last = AppleFormat::localTime(today).day;
   return {.from = AppleFormat::dayParser.text(AppleFormat::daysBefore(last, daysBack)),
           .to = AppleFormat::dayParser.text(last)};
 }
 
-DayWindow SummaryEngine::lastYearWindow(int days) const {
+DayRange SummaryEngine::lastYearWindow(int days) const {
   const CivilDay last = AppleFormat::yearBefore(AppleFormat::localTime(today).day);
   return {.from = AppleFormat::dayParser.text(AppleFormat::daysBefore(last, days)),
           .to = AppleFormat::dayParser.text(last)};
 }
 
 std::optional<Figure> SummaryEngine::averageDaily(std::string_view type,
-                                                  const DayWindow& window) const {
+                                                  const DayRange& window) const {
   const auto totals = orNothing([&] { return source.dailyTotals(type, window.from, window.to); });
   if (!totals || totals->empty()) return std::nullopt;
   double sum = 0;
@@ -108,7 +108,7 @@ std::optional<Figure> SummaryEngine::averageDaily(std::string_view type,
 }
 
 std::optional<Figure> SummaryEngine::medianValue(std::string_view type,
-                                                 const DayWindow& window) const {
+                                                 const DayRange& window) const {
   auto values = orNothing([&] { return source.values(type, window.from, window.to); });
   if (!values) return std::nullopt;
   const std::optional<double> middle = median(*values);
@@ -116,11 +116,11 @@ std::optional<Figure> SummaryEngine::medianValue(std::string_view type,
   return Figure{*middle, static_cast<std::int64_t>(values->size())};
 }
 
-std::optional<DatedValue> SummaryEngine::latestValue(std::string_view type) const {
+std::optional<DailyValue> SummaryEngine::latestValue(std::string_view type) const {
   return orNothing([&] { return source.latestValue(type); }).value_or(std::nullopt);
 }
 
-std::optional<WorkoutStats> SummaryEngine::workoutStats(const DayWindow& window) const {
+std::optional<WorkoutStats> SummaryEngine::workoutStats(const DayRange& window) const {
   return orNothing([&] { return source.workoutStats(window.from, window.to); });
 }
 
@@ -144,7 +144,7 @@ Night nightOf(const SleepNight& sleep) {
 }  // namespace
 
 std::vector<Night> SummaryEngine::nights(int daysBack) const {
-  const DayWindow window = lastDays(daysBack);
+  const DayRange window = lastDays(daysBack);
   const auto segments = orNothing([&] { return source.sleepSegments(window.from, window.to); });
   std::vector<Night> nights;
   if (!segments) return nights;

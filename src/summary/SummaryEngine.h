@@ -22,14 +22,6 @@ struct Figure {
   bool operator==(const Figure&) const = default;
 };
 
-/// Two days and all between them.
-struct DayWindow {
-  std::string from;
-  std::string to;
-
-  bool operator==(const DayWindow&) const = default;
-};
-
 /// When a person slept, in clock minutes that sort across midnight.
 struct Night {
   double minutes;      ///< asleep
@@ -58,22 +50,22 @@ public:
   const SummaryDataSource& data() const { return source; }
 
   /// Today and the day `daysBack` days before.
-  DayWindow lastDays(int daysBack) const;
+  DayRange lastDays(int daysBack) const;
 
   /// The day one calendar year before today, and the day `days` days before that one.
-  DayWindow lastYearWindow(int days) const;
+  DayRange lastYearWindow(int days) const;
 
   /// Mean daily total of a cumulative type over the days with data.
-  std::optional<Figure> averageDaily(std::string_view type, const DayWindow& window) const;
+  std::optional<Figure> averageDaily(std::string_view type, const DayRange& window) const;
 
   /// Median of all values of a type.
-  std::optional<Figure> medianValue(std::string_view type, const DayWindow& window) const;
+  std::optional<Figure> medianValue(std::string_view type, const DayRange& window) const;
 
   /// The newest value of a type.
-  std::optional<DatedValue> latestValue(std::string_view type) const;
+  std::optional<DailyValue> latestValue(std::string_view type) const;
 
   /// The workouts of a window; absent only when they cannot be read.
-  std::optional<WorkoutStats> workoutStats(const DayWindow& window) const;
+  std::optional<WorkoutStats> workoutStats(const DayRange& window) const;
 
   /// The nights of the last days, in order.
   std::vector<Night> nights(int daysBack) const;

@@ -116,7 +116,7 @@ std::optional<std::string> Tools::dayArgument(const Call& call, const char* key)
   return text;
 }
 
-Tools::DayRange Tools::range(const Call& call) {
+DayRange Tools::range(const Call& call) {
   constexpr int defaultDays = 90;
   const CivilDay now = today(call);
   const CivilDay start = AppleFormat::daysBefore(now, defaultDays);

@@ -14,12 +14,6 @@
 
 namespace Tools {
 
-/// A range of days as texts, both ends included. `from` may be later than `to`.
-struct DayRange {
-  std::string from;
-  std::string to;
-};
-
 /// The text under `key`; `nullopt` when the key is missing or its value is no text.
 std::optional<std::string> textArgument(const Call& call, const char* key);
 

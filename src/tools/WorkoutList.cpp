@@ -34,10 +34,10 @@ void requireExactDay(const Tools::Call& call, const char* key) {
   }
 }
 
-Tools::DayRange strictRange(const Tools::Call& call) {
+DayRange strictRange(const Tools::Call& call) {
   requireExactDay(call, "from");
   requireExactDay(call, "to");
-  Tools::DayRange range = Tools::range(call);
+  DayRange range = Tools::range(call);
   if (range.from > range.to) throw refusal(fromAfterTo.in(call.lang));
   return range;
 }

@@ -13,7 +13,7 @@ namespace WorkoutList {
 /// What was asked for, as the answer repeats it.
 struct Query {
   Member member;
-  Tools::DayRange range;
+  DayRange range;
   WorkoutSelection::Filters filters;
   WorkoutSelection::Order order = WorkoutSelection::Order::desc;
   WorkoutSelection::Page page;

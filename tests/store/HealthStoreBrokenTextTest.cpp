@@ -49,7 +49,7 @@ TEST(BrokenText, IsRepairedInSeriesAndValues) {
     const HealthMetric metric =
         std::string(type) == "StepCount" ? HealthMetric::steps : HealthMetric::heartRate;
     EXPECT_EQ(store.series(metric, "", always), (Series{{day, 5}}));
-    EXPECT_EQ(store.latestValue(type), (DatedValue{day, 5}));
+    EXPECT_EQ(store.latestValue(type), (DailyValue{day, 5}));
   }
 }
 

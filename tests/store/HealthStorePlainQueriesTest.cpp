@@ -225,11 +225,11 @@ TEST_P(PlainQueries, GiveTheSameLatestValues) {
         "start_date = (SELECT MAX(start_date) FROM records WHERE type=?1 AND "
         "typeof(value_num) = 'real')");
     query.bind(1, type);
-    const std::vector<DatedValue> latest = query.readAll([](const Row& row) {
-      return DatedValue{row.text(0), *row.find<double>(1)};
+    const std::vector<DailyValue> latest = query.readAll([](const Row& row) {
+      return DailyValue{row.text(0), *row.find<double>(1)};
     });
 
-    const std::optional<DatedValue> ours = store.latestValue(type);
+    const std::optional<DailyValue> ours = store.latestValue(type);
 
     ASSERT_EQ(ours.has_value(), !latest.empty()) << type;
     if (ours) {

@@ -169,7 +169,7 @@ TEST_P(NoNumber, DoesNotHideTheNumbersBesideIt) {
 
   EXPECT_EQ(store.series(HealthMetric::heartRate, "", always), (Series{{"2024-03-01", 60}}));
   EXPECT_EQ(store.series(HealthMetric::steps, "", always), (Series{{"2024-03-01", 7}}));
-  EXPECT_EQ(store.latestValue("BodyMass"), (DatedValue{"2024-02-01", 70}));
+  EXPECT_EQ(store.latestValue("BodyMass"), (DailyValue{"2024-02-01", 70}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Literals, NoNumber,
@@ -216,7 +216,7 @@ TEST(LatestValue, IsTheOneWithTheLastStamp) {
                        {.type = "BodyMass", .start_day = "2024-03-03", .value_num = std::nullopt},
                        {.type = "BodyMassIndex", .start_day = "2024-03-04", .value_num = 22}});
 
-  EXPECT_EQ(database.open().latestValue("BodyMass"), (DatedValue{"2024-03-02", 72}));
+  EXPECT_EQ(database.open().latestValue("BodyMass"), (DailyValue{"2024-03-02", 72}));
 }
 
 TEST(LatestValue, ComparesStampsAsText) {
@@ -230,7 +230,7 @@ TEST(LatestValue, ComparesStampsAsText) {
                         .start_day = "2024-03-02",
                         .value_num = 72}});
 
-  EXPECT_EQ(database.open().latestValue("BodyMass"), (DatedValue{"2024-03-02", 71}));
+  EXPECT_EQ(database.open().latestValue("BodyMass"), (DailyValue{"2024-03-02", 71}));
 }
 
 TEST(LatestValue, IsOneOfThoseThatShareTheLastStamp) {
@@ -239,7 +239,7 @@ TEST(LatestValue, IsOneOfThoseThatShareTheLastStamp) {
                        {.type = "BodyMass", .value_num = 72},
                        {.type = "BodyMass", .start_day = "2024-02-01", .value_num = 60}});
 
-  const std::optional<DatedValue> latest = database.open().latestValue("BodyMass");
+  const std::optional<DailyValue> latest = database.open().latestValue("BodyMass");
 
   ASSERT_TRUE(latest);
   EXPECT_EQ(latest->day, "2024-03-01");
@@ -249,7 +249,7 @@ TEST(LatestValue, IsOneOfThoseThatShareTheLastStamp) {
 TEST(LatestValue, MayHaveNoDay) {
   TestDatabase database;
   database.addRecord({.type = "BodyMass", .start_day = std::nullopt, .value_num = 71});
-  EXPECT_EQ(database.open().latestValue("BodyMass"), (DatedValue{"", 71}));
+  EXPECT_EQ(database.open().latestValue("BodyMass"), (DailyValue{"", 71}));
 }
 
 TEST(LatestValue, IsAbsentForATypeThatWasNeverRecorded) {

@@ -90,7 +90,7 @@ TEST(LatestValue, ComesWithItsDay) {
 
   const SummaryEngine engine(source, noon, SummaryLang::en);
 
-  EXPECT_EQ(engine.latestValue("BodyMass"), (DatedValue{"2019-05-02", 70}));
+  EXPECT_EQ(engine.latestValue("BodyMass"), (DailyValue{"2019-05-02", 70}));
   EXPECT_EQ(engine.latestValue("BodyMassIndex"), std::nullopt);
 }
 

@@ -18,7 +18,7 @@ struct WindowCase {
   std::string zone;
   std::string now;
   int days;
-  DayWindow expected;
+  DayRange expected;
 };
 
 void PrintTo(const WindowCase& window, std::ostream* stream) { *stream << window.name; }

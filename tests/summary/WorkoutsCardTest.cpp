@@ -87,7 +87,7 @@ TEST_F(WorkoutsCard, KeepsTheOrderThatTheDataSourceGives) {
                                std::string_view) const override {
       return {};
     }
-    std::optional<DatedValue> latestValue(std::string_view) const override { return {}; }
+    std::optional<DailyValue> latestValue(std::string_view) const override { return {}; }
     std::vector<SleepSegment> sleepSegments(std::string_view, std::string_view) const override {
       return {};
     }

@@ -70,9 +70,9 @@ std::vector<double> MemorySource::values(std::string_view type, std::string_view
   return found;
 }
 
-std::optional<DatedValue> MemorySource::latestValue(std::string_view type) const {
+std::optional<DailyValue> MemorySource::latestValue(std::string_view type) const {
   failIf(Operation::latestValue, "latestValue");
-  std::optional<DatedValue> latest;
+  std::optional<DailyValue> latest;
   for (const Sample& sample : samples) {
     if (sample.type == type) latest = {sample.day, sample.value};
   }

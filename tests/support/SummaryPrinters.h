@@ -28,7 +28,7 @@ inline void PrintTo(const Figure& figure, std::ostream* stream) {
   *stream << figure.value << " of " << figure.samples;
 }
 
-inline void PrintTo(const DayWindow& window, std::ostream* stream) {
+inline void PrintTo(const DayRange& window, std::ostream* stream) {
   *stream << window.from << " ~ " << window.to;
 }
 

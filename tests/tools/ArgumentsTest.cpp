@@ -231,7 +231,7 @@ TEST(Open, PassesOnWhySQLiteCannotOpen) {
 }
 
 std::string rangeOf(const Tools::Call& call) {
-  const Tools::DayRange range = Tools::range(call);
+  const DayRange range = Tools::range(call);
   return range.from + " ~ " + range.to;
 }
 
