@@ -4,7 +4,9 @@
 #include "platform/Clock.h"
 #include "platform/Logger.h"
 #include "roster/Roster.h"
+#include "server/AccessLog.h"
 #include "server/LineReader.h"
+#include "server/Methods.h"
 #include "store/Database.h"
 #include "summary/SummaryLang.h"
 
@@ -45,37 +47,16 @@ public:
   void run();
 
 private:
-  using Json = nlohmann::ordered_json;
-
   void serve(const LineReader::Line& line);
   void handle(const nlohmann::json& message);
-  Json reply(std::string_view method, const nlohmann::json& message);
-  void send(const Json& reply);
-  Json dispatch(std::string_view method, const nlohmann::json& params);
+  nlohmann::ordered_json reply(std::string_view method, const nlohmann::json& message);
+  void send(const nlohmann::ordered_json& reply);
 
-  Json initialize(const nlohmann::json& params);
-  Json ping(const nlohmann::json& params);
-  Json listTools(const nlohmann::json& params);
-  Json callTool(const nlohmann::json& params);
-  Json listResources(const nlohmann::json& params);
-  Json readResource(const nlohmann::json& params);
-  Json listPrompts(const nlohmann::json& params);
-  Json getPrompt(const nlohmann::json& params);
-
-  void logAccess(const std::string& message);
-
-  Clock clock;
   std::filesystem::path dataRoot;
   Logger log;
-  Logger accessLog;
+  AccessLog accessLog;
   Roster roster;
-  SummaryLang lang;
-  std::string clientName = "unknown";
+  Methods methods;
   LineReader input;
   LineSink output;
-  int patienceMilliseconds;
 };
-
-/// The arguments of a tool call, but not "person", in one line for the access log: "key=value" in
-/// the order of the keys, texts without quotes, all else as compact JSON.
-std::string compact(const nlohmann::json& arguments);

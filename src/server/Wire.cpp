@@ -85,3 +85,14 @@ std::string Wire::encoded(const nlohmann::ordered_json& message) {
   line += '\n';
   return withoutLineSeparators(std::move(line));
 }
+
+std::string Wire::textOf(const nlohmann::json& object, const char* key) {
+  const auto found = object.find(key);
+  return found != object.end() && found->is_string() ? found->get<std::string>() : "";
+}
+
+const nlohmann::json& Wire::objectOf(const nlohmann::json& object, const char* key) {
+  static const nlohmann::json empty = nlohmann::json::object();
+  const auto found = object.find(key);
+  return found != object.end() && found->is_object() ? *found : empty;
+}

@@ -18,4 +18,10 @@ std::optional<nlohmann::json> decoded(std::string_view line);
 /// and U+2029 are escaped, because some clients end a line there.
 std::string encoded(const nlohmann::ordered_json& message);
 
+/// The text under `key` of an object, "" when it is missing or no text.
+std::string textOf(const nlohmann::json& object, const char* key);
+
+/// The object under `key` of an object, an empty one when it is missing or no object.
+const nlohmann::json& objectOf(const nlohmann::json& object, const char* key);
+
 }  // namespace Wire

@@ -1,3 +1,4 @@
+#include "server/AccessLog.h"
 #include "server/MCPServer.h"
 #include "support/Conversation.h"
 #include "support/ZoneGuard.h"
