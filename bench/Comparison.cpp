@@ -3,7 +3,7 @@
 #include "Days.h"
 #include "platform/AppleFormat.h"
 #include "store/HealthStore.h"
-#include "tools/Resources.h"
+#include "mcp/tools/Resources.h"
 
 #include <nlohmann/json.hpp>
 

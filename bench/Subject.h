@@ -4,7 +4,7 @@
 #include "platform/Clock.h"
 #include "platform/Logger.h"
 #include "roster/Roster.h"
-#include "tools/Tools.h"
+#include "mcp/tools/Tools.h"
 
 #include <nlohmann/json_fwd.hpp>
 

@@ -1,5 +1,5 @@
-# Makes the layers binding: a folder of src/ includes itself and the folders below it, never one
-# above.
+# Makes the layers binding: a folder includes itself and the folders below it, never one above, and
+# no program another.
 #
 #   cmake -D SOURCE_ROOT=<project folder> -P CheckLayers.cmake
 #
@@ -12,17 +12,20 @@ if(NOT DEFINED SOURCE_ROOT)
   message(FATAL_ERROR "SOURCE_ROOT is not set")
 endif()
 
-# What each folder may include besides itself. roster and workouts are strangers to each other;
-# "main" is src/main.cpp.
+# What each folder of src/ may include besides itself. roster and workouts are strangers to each
+# other.
 set(below_platform)
 set(below_roster platform)
 set(below_workouts platform)
-set(below_summary roster workouts ${below_roster})
+set(below_summary roster workouts platform)
 set(below_store summary ${below_summary})
-set(below_tools store ${below_store})
-set(below_server tools ${below_tools})
-set(below_main server ${below_server})
-set(layers platform roster workouts summary store tools server)
+set(shared platform roster workouts summary store)
+
+# A program of apps/ may include all of src/ and itself. Its rooms are named where one lies above
+# another; what lies in no room, such as its main.cpp, is above them all.
+set(programs mcp import report sample)
+set(below_mcp_tools "")
+set(below_mcp_server tools)
 
 set(include_line "^[ \t]*#[ \t]*include[ \t]*([\"<])([^\">]+)[\">]")
 set(violations "")
@@ -31,21 +34,33 @@ macro(violation text)
   string(APPEND violations "  ${file}: ${text}\n")
 endmacro()
 
-# A header of ours is named from src/, in double quotes: "store/Database.h". Then its first folder
-# is its layer.
-function(check_source_include layer quote header)
+# A header of ours is named from src/ or apps/, in double quotes: "store/Database.h",
+# "mcp/tools/Tools.h". Then its first folder is its layer or its program. `owner` is where the
+# including file lies: a layer, or a program.
+function(check_include owner room quote header)
   string(REGEX MATCH "^[^/]+" target "${header}")
-  if(NOT quote STREQUAL "\"" AND NOT target IN_LIST layers)
-    return()
-  endif()
+  set(ours ${shared} ${programs})
   if(NOT quote STREQUAL "\"")
-    violation("<${header}> is a header of ours and belongs in double quotes")
-  elseif(target IN_LIST layers AND header MATCHES "/")
-    if(NOT target STREQUAL layer AND NOT target IN_LIST below_${layer})
-      violation("${layer} may not include \"${header}\"")
+    if(target IN_LIST ours AND header MATCHES "/")
+      violation("<${header}> is a header of ours and belongs in double quotes")
     endif()
-  else()
-    violation("\"${header}\" is not named from src/ by a folder of the layers")
+  elseif(NOT target IN_LIST ours OR NOT header MATCHES "/")
+    violation("\"${header}\" is named neither from src/ nor from apps/ by a folder of the layers")
+  elseif(owner IN_LIST shared)
+    if(NOT target STREQUAL owner AND NOT target IN_LIST below_${owner})
+      violation("${owner} may not include \"${header}\"")
+    endif()
+  elseif(target IN_LIST programs)
+    if(NOT target STREQUAL owner)
+      violation("${owner} may not include \"${header}\" of another program")
+    elseif(header MATCHES "^[^/]+/([^/]+)/" AND room AND DEFINED below_${owner}_${room})
+      set(wanted ${CMAKE_MATCH_1})
+      if(NOT wanted STREQUAL room AND NOT wanted IN_LIST below_${owner}_${room})
+        violation("${owner}/${room} may not include \"${header}\"")
+      endif()
+    elseif(room AND DEFINED below_${owner}_${room})
+      violation("${owner}/${room} may not include \"${header}\"")
+    endif()
   endif()
   set(violations "${violations}" PARENT_SCOPE)
 endfunction()
@@ -66,12 +81,14 @@ if(NOT sources)
 endif()
 
 foreach(file IN LISTS files)
-  set(layer "")
-  if(file STREQUAL "src/main.cpp")
-    set(layer main)
-  elseif(file MATCHES "^src/([^/]+)/" AND CMAKE_MATCH_1 IN_LIST layers)
-    set(layer ${CMAKE_MATCH_1})
-  elseif(file MATCHES "^src/")
+  set(owner "")
+  set(room "")
+  if(file MATCHES "^src/([^/]+)/" AND CMAKE_MATCH_1 IN_LIST shared)
+    set(owner ${CMAKE_MATCH_1})
+  elseif(file MATCHES "^apps/([^/]+)/(([^/]+)/)?" AND CMAKE_MATCH_1 IN_LIST programs)
+    set(owner ${CMAKE_MATCH_1})
+    set(room ${CMAKE_MATCH_3})
+  elseif(file MATCHES "^(src|apps)/")
     violation("is in no folder of the layers")
     continue()
   endif()
@@ -86,10 +103,8 @@ foreach(file IN LISTS files)
       if(NOT file MATCHES "^src/store/[^/]+\\.cpp$")
         violation("sqlite3.h is for the sources of store/ alone, store/Database.h for the others")
       endif()
-    elseif(layer)
-      check_source_include(${layer} "${quote}" "${header}")
-    elseif(file MATCHES "^apps/" AND header MATCHES "^(server|tests|support)/")
-      violation("an app may not include \"${header}\"")
+    elseif(owner)
+      check_include(${owner} "${room}" "${quote}" "${header}")
     endif()
   endforeach()
 

@@ -2,7 +2,7 @@
 
 #include "Session.h"
 #include "Target.h"
-#include "sample/Household.h"
+#include "sample/household/Household.h"
 #include "store/HealthStore.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,6 +1,6 @@
 #include "Session.h"
 #include "Target.h"
-#include "server/MCPServer.h"
+#include "mcp/server/MCPServer.h"
 #include "support/Moment.h"
 #include "support/WellFormed.h"
 

@@ -4,7 +4,7 @@
 #include "import/ImportCommandLine.h"
 #include "import/ImportProgress.h"
 #include "import/ImportReport.h"
-#include "import/ImportWriter.h"
+#include "import/database/ImportWriter.h"
 #include "import/Interruption.h"
 #include "platform/Clock.h"
 #include "summary/SummaryLang.h"

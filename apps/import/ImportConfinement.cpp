@@ -1,7 +1,7 @@
 #include "import/ImportConfinement.h"
 #include "import/ImportError.h"
-#include "import/Recipient.h"
-#include "import/RosterDocument.h"
+#include "import/member/Recipient.h"
+#include "import/member/RosterDocument.h"
 #include "platform/System.h"
 
 #include <unistd.h>

@@ -1,5 +1,5 @@
 #include "import/ReportPage.h"
-#include "import/SkipReasons.h"
+#include "import/export/SkipReasons.h"
 
 #include <algorithm>
 #include <array>

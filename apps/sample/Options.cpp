@@ -1,5 +1,5 @@
 #include "sample/Options.h"
-#include "sample/Person.h"
+#include "sample/life/Person.h"
 
 #include <algorithm>
 #include <array>

@@ -2,8 +2,8 @@
 // The command line of the sample household.
 
 #include "platform/AppleFormat.h"
-#include "sample/ExportUnits.h"
-#include "sample/Flaws.h"
+#include "sample/export/ExportUnits.h"
+#include "sample/flaws/Flaws.h"
 
 #include <cstdint>
 #include <filesystem>

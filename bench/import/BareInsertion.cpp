@@ -1,5 +1,5 @@
-#include "import/BareInsertion.h"
-#include "import/ImportWriter.h"
+#include "bench/import/BareInsertion.h"
+#include "import/database/ImportWriter.h"
 #include "platform/Clock.h"
 #include "platform/Logger.h"
 #include "store/HealthStore.h"

@@ -1,7 +1,7 @@
 #pragma once
 // The baseline of writing: its rows, and nothing but them.
 
-#include "import/Cost.h"
+#include "bench/import/Cost.h"
 
 #include <filesystem>
 

@@ -1,5 +1,5 @@
-#include "import/BareParse.h"
-#include "import/Prolog.h"
+#include "bench/import/BareParse.h"
+#include "import/xml/Prolog.h"
 
 #include <expat.h>
 #include <zip.h>

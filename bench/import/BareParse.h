@@ -1,7 +1,7 @@
 #pragma once
 // The baseline of reading: the archive inflated, its XML told apart.
 
-#include "import/Cost.h"
+#include "bench/import/Cost.h"
 
 #include <filesystem>
 

@@ -1,7 +1,7 @@
-#include "import/ImportCost.h"
-#include "import/BareInsertion.h"
-#include "import/BareParse.h"
-#include "process/Child.h"
+#include "bench/import/ImportCost.h"
+#include "bench/import/BareInsertion.h"
+#include "bench/import/BareParse.h"
+#include "bench/process/Child.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 // What it costs to import an export, beside its baseline.
 
-#include "process/Measurement.h"
+#include "bench/process/Measurement.h"
 
 #include <filesystem>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "process/Child.h"
+#include "bench/process/Child.h"
 #include "platform/Files.h"
 
 #include <fcntl.h>

@@ -1,6 +1,6 @@
-#include "process/Delays.h"
-#include "process/Child.h"
-#include "process/Requests.h"
+#include "bench/process/Delays.h"
+#include "bench/process/Child.h"
+#include "bench/process/Requests.h"
 
 #include <nlohmann/json.hpp>
 

@@ -2,7 +2,7 @@
 // How long a client waits for the server itself, beside how long it waits for a program that only
 // echoes.
 
-#include "process/Measurement.h"
+#include "bench/process/Measurement.h"
 
 #include <string>
 #include <vector>

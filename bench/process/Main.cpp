@@ -6,9 +6,9 @@
 // Prints a JSON array of measurements. The round trip wants both programs and this one pinned to
 // one processor, which is for whoever starts it to do.
 
-#include "import/ImportCost.h"
-#include "process/Delays.h"
-#include "process/Memory.h"
+#include "bench/import/ImportCost.h"
+#include "bench/process/Delays.h"
+#include "bench/process/Memory.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,4 +1,4 @@
-#include "process/Measurement.h"
+#include "bench/process/Measurement.h"
 #include "platform/JsonFields.h"
 
 #include <nlohmann/json.hpp>

@@ -1,8 +1,8 @@
-#include "process/Memory.h"
-#include "AddedWorkout.h"
-#include "Days.h"
-#include "process/Child.h"
-#include "process/Requests.h"
+#include "bench/process/Memory.h"
+#include "bench/AddedWorkout.h"
+#include "bench/Days.h"
+#include "bench/process/Child.h"
+#include "bench/process/Requests.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,7 +1,7 @@
 #pragma once
 // The most memory that the server has resident while it answers.
 
-#include "process/Measurement.h"
+#include "bench/process/Measurement.h"
 
 #include <string>
 #include <vector>

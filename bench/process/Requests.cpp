@@ -1,4 +1,4 @@
-#include "process/Requests.h"
+#include "bench/process/Requests.h"
 
 #include <nlohmann/json.hpp>
 

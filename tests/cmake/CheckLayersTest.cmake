@@ -14,7 +14,8 @@ function(check_tree name file include expected)
   set(root ${SCRATCH}/${name})
   file(REMOVE_RECURSE ${root})
   file(WRITE ${root}/src/platform/Clock.h "#pragma once\n#include <string>\n")
-  file(WRITE ${root}/src/main.cpp "#include \"server/MCPServer.h\"\n#include \"store/Database.h\"\n")
+  file(WRITE ${root}/apps/mcp/main.cpp
+    "#include \"mcp/server/MCPServer.h\"\n#include \"store/Database.h\"\n")
   file(WRITE ${root}/${file} "// 中文 [a;b]\n${include}\n#include <vector>\n")
 
   execute_process(
@@ -38,46 +39,58 @@ function(check_tree name file include expected)
   set(failures "${failures}" PARENT_SCOPE)
 endfunction()
 
+set(nowhere "is named neither from src/ nor from apps/ by a folder of the layers")
+
 check_tree(OwnFolder src/store/Database.cpp "#include \"store/Database.h\"" "")
-check_tree(FolderBelow src/tools/Trend.cpp "#include \"platform/AppleFormat.h\"" "")
-check_tree(ThirdParty src/tools/Trend.cpp "#include <nlohmann/json.hpp>" "")
+check_tree(FolderBelow src/store/Database.cpp "#include \"platform/AppleFormat.h\"" "")
+check_tree(ThirdParty apps/mcp/tools/Trend.cpp "#include <nlohmann/json.hpp>" "")
 check_tree(SqliteInStore src/store/Database.cpp "#include <sqlite3.h>" "")
-check_tree(AppMayUseTheStore apps/Sample.cpp "#include \"store/HealthStore.h\"" "")
-check_tree(CommentIsNoInclude src/platform/Text.cpp "// like #include \"server/MCPServer.h\"" "")
+check_tree(ProgramMayUseTheStore apps/sample/Sample.cpp "#include \"store/HealthStore.h\"" "")
+check_tree(ProgramMayUseItself apps/import/Import.cpp "#include \"import/xml/Prolog.h\"" "")
+check_tree(ServerMayUseTools apps/mcp/server/Methods.cpp "#include \"mcp/tools/Tools.h\"" "")
+check_tree(CommentIsNoInclude src/platform/Text.cpp "// like #include \"store/Database.h\"" "")
 
 check_tree(FolderAbove src/summary/Insights.cpp "#include \"store/Database.h\""
   "summary may not include \"store/Database.h\"")
-check_tree(FolderAboveWithBlanks src/platform/Text.cpp "  #  include \"tools/Tools.h\""
-  "platform may not include \"tools/Tools.h\"")
-check_tree(MainIsAbove src/server/MCPServer.cpp "#include \"main.cpp\""
-  "\"main.cpp\" is not named from src/ by a folder of the layers")
+check_tree(FolderAboveWithBlanks src/platform/Text.cpp "  #  include \"store/Database.h\""
+  "platform may not include \"store/Database.h\"")
 check_tree(RosterAndWorkouts src/roster/Roster.cpp "#include \"workouts/Workouts.h\""
   "roster may not include \"workouts/Workouts.h\"")
 check_tree(WorkoutsAndRoster src/workouts/Workouts.h "#include \"roster/Roster.h\""
   "workouts may not include \"roster/Roster.h\"")
+check_tree(ProgramFromBelow src/store/Database.cpp "#include \"mcp/tools/Tools.h\""
+  "store may not include \"mcp/tools/Tools.h\"")
+check_tree(OtherProgram apps/sample/Sample.cpp "#include \"mcp/tools/Tools.h\""
+  "sample may not include \"mcp/tools/Tools.h\" of another program")
+check_tree(OtherProgramsRoot apps/import/Import.cpp "#include \"sample/Options.h\""
+  "import may not include \"sample/Options.h\" of another program")
+check_tree(ServerFromTools apps/mcp/tools/Trend.cpp "#include \"mcp/server/MCPServer.h\""
+  "mcp/tools may not include \"mcp/server/MCPServer.h\"")
+check_tree(MainIsAbove apps/mcp/server/MCPServer.cpp "#include \"mcp/main.cpp\""
+  "mcp/server may not include \"mcp/main.cpp\"")
 check_tree(AngleBrackets src/summary/Insights.cpp "#include <store/Database.h>"
   "<store/Database.h> is a header of ours and belongs in double quotes")
 check_tree(RelativePath src/summary/Insights.cpp "#include \"../store/Database.h\""
-  "\"../store/Database.h\" is not named from src/ by a folder of the layers")
-check_tree(NoFolder src/store/Database.cpp "#include \"Database.h\""
-  "\"Database.h\" is not named from src/ by a folder of the layers")
-check_tree(AppsFromSource src/store/Database.cpp "#include \"apps/Sample.h\""
-  "\"apps/Sample.h\" is not named from src/ by a folder of the layers")
+  "\"../store/Database.h\" ${nowhere}")
+check_tree(NoFolder src/store/Database.cpp "#include \"Database.h\"" "\"Database.h\" ${nowhere}")
+check_tree(NoFolderInProgram apps/sample/Sample.cpp "#include \"Sample.h\"" "\"Sample.h\" ${nowhere}")
 check_tree(TestsFromSource src/store/Database.cpp "#include \"tests/support/TestDatabase.h\""
-  "\"tests/support/TestDatabase.h\" is not named from src/ by a folder of the layers")
+  "\"tests/support/TestDatabase.h\" ${nowhere}")
+check_tree(TestsFromProgram apps/sample/Sample.cpp "#include \"support/TestDatabase.h\""
+  "\"support/TestDatabase.h\" ${nowhere}")
 check_tree(NewFolder src/network/Socket.cpp "#include <string>"
+  "is in no folder of the layers")
+check_tree(NewProgram apps/network/main.cpp "#include <string>"
   "is in no folder of the layers")
 check_tree(SqliteInStoreHeader src/store/Database.h "#include <sqlite3.h>"
   "sqlite3.h is for the sources of store/ alone")
-check_tree(SqliteInTools src/tools/Trend.cpp "#include \"sqlite3.h\""
+check_tree(SqliteInTools apps/mcp/tools/Trend.cpp "#include \"sqlite3.h\""
   "sqlite3.h is for the sources of store/ alone")
 check_tree(SqliteInTests tests/support/TestDatabase.cpp "#include <sqlite3.h>"
   "sqlite3.h is for the sources of store/ alone")
-check_tree(AppMayNotUseTheServer apps/Sample.cpp "#include \"server/MCPServer.h\""
-  "an app may not include \"server/MCPServer.h\"")
 check_tree(SystemInSource src/platform/Files.cpp "#ifdef __APPLE__"
   "asks which system it is compiled for")
-check_tree(SystemInApp apps/Sample.cpp "  # if defined(__linux__)"
+check_tree(SystemInProgram apps/sample/Sample.cpp "  # if defined(__linux__)"
   "asks which system it is compiled for")
 check_tree(SystemInTests tests/support/ChildProcess.cpp "#ifdef __APPLE__" "")
 

@@ -5,8 +5,8 @@
 #include "roster/Roster.h"
 #include "summary/SummaryLang.h"
 #include "support/Household.h"
-#include "tools/MCPError.h"
-#include "tools/Tools.h"
+#include "mcp/tools/MCPError.h"
+#include "mcp/tools/Tools.h"
 
 #include <nlohmann/json.hpp>
 

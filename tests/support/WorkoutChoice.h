@@ -1,7 +1,7 @@
 #pragma once
 // Choosing among workouts that a test holds in memory.
 
-#include "tools/WorkoutSelection.h"
+#include "mcp/tools/WorkoutSelection.h"
 
 #include <cstddef>
 #include <vector>

@@ -9,7 +9,7 @@
 #include "import/ImportConfinement.h"
 #include "platform/Clock.h"
 #include "roster/Roster.h"
-#include "server/Confinement.h"
+#include "mcp/server/Confinement.h"
 
 #include <arpa/inet.h>
 #include <fcntl.h>

@@ -3,7 +3,7 @@
 #include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/Text.h"
-#include "server/MCPServer.h"
+#include "mcp/server/MCPServer.h"
 #include "support/ChildProcess.h"
 #include "support/EnvironmentGuard.h"
 #include "support/WellFormed.h"

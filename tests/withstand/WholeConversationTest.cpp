@@ -1,4 +1,4 @@
-#include "tools/Tools.h"
+#include "mcp/tools/Tools.h"
 #include "withstand/WholeConversation.h"
 
 #include <gmock/gmock.h>

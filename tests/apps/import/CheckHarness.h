@@ -1,8 +1,8 @@
 #pragma once
 // Censuses of exports, taken within the test's process.
 
-#include "import/CensusText.h"
-#include "import/Check.h"
+#include "import/census/CensusText.h"
+#include "import/census/Check.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #pragma once
 // Keeps what a reader tells, for tests to look at.
 
-#include "import/ExportReader.h"
-#include "import/ExportSink.h"
+#include "import/export/ExportReader.h"
+#include "import/export/ExportSink.h"
 #include "import/ImportError.h"
 
 #include <cstddef>

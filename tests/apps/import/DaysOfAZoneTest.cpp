@@ -4,7 +4,7 @@
 #include "platform/Logger.h"
 #include "roster/Roster.h"
 #include "support/ZoneGuard.h"
-#include "tools/Tools.h"
+#include "mcp/tools/Tools.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #include "ZipFile.h"
-#include "import/ExportFile.h"
+#include "import/xml/ExportFile.h"
 #include "import/ImportError.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,4 +1,4 @@
-#include "import/FirstUnits.h"
+#include "import/export/FirstUnits.h"
 
 #include <gtest/gtest.h>
 

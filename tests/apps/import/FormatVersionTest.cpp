@@ -1,4 +1,4 @@
-#include "import/FormatVersion.h"
+#include "import/census/FormatVersion.h"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,7 @@
 #include "support/ChildProcess.h"
 #include "support/TemporaryFolder.h"
 #include "support/ZoneGuard.h"
-#include "tools/Tools.h"
+#include "mcp/tools/Tools.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

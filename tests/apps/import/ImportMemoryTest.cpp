@@ -3,7 +3,7 @@
 #include "DatabaseContents.h"
 #include "ImportHarness.h"
 #include "ZipFile.h"
-#include "import/Check.h"
+#include "import/census/Check.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

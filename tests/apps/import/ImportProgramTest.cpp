@@ -2,7 +2,7 @@
 
 #include "DatabaseContents.h"
 #include "ExportText.h"
-#include "import/ImportLock.h"
+#include "import/member/ImportLock.h"
 #include "platform/Files.h"
 #include "platform/Text.h"
 #include "support/ChildProcess.h"

@@ -1,4 +1,4 @@
-#include "import/KnownNames.h"
+#include "import/census/KnownNames.h"
 #include "summary/Metrics.h"
 
 #include <gtest/gtest.h>

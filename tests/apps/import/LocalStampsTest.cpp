@@ -1,4 +1,4 @@
-#include "import/LocalStamps.h"
+#include "import/export/LocalStamps.h"
 
 #include <gtest/gtest.h>
 

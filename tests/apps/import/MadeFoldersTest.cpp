@@ -1,4 +1,4 @@
-#include "import/MadeFolders.h"
+#include "import/member/MadeFolders.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

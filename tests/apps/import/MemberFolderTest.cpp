@@ -1,6 +1,6 @@
 #include "import/ImportError.h"
-#include "import/ImportLock.h"
-#include "import/MemberFolder.h"
+#include "import/member/ImportLock.h"
+#include "import/member/MemberFolder.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

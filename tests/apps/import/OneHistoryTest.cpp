@@ -3,7 +3,7 @@
 
 #include "ImportHarness.h"
 #include "WriterHarness.h"
-#include "import/Units.h"
+#include "import/export/Units.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

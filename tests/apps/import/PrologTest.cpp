@@ -1,4 +1,4 @@
-#include "import/Prolog.h"
+#include "import/xml/Prolog.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "import/ImportError.h"
-#include "import/Recipient.h"
+#include "import/member/Recipient.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "import/RepeatedAttributes.h"
+#include "import/xml/RepeatedAttributes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "import/ImportError.h"
-#include "import/RosterDocument.h"
+#include "import/member/RosterDocument.h"
 #include "platform/Files.h"
 #include "support/TemporaryFolder.h"
 

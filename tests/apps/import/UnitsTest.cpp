@@ -1,4 +1,4 @@
-#include "import/Units.h"
+#include "import/export/Units.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 // Imports into a member's database without an export file, and questions to it.
 
-#include "import/ImportWriter.h"
+#include "import/database/ImportWriter.h"
 #include "support/TestDatabase.h"
 
 #include <functional>

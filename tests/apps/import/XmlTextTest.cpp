@@ -1,4 +1,4 @@
-#include "import/XmlText.h"
+#include "import/xml/XmlText.h"
 #include "platform/Text.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "apps/sample/ReadArchive.h"
 #include "platform/Files.h"
-#include "sample/ExportOutput.h"
+#include "sample/export/ExportOutput.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "sample/Calendar.h"
+#include "sample/life/Calendar.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "apps/sample/ReadArchive.h"
 #include "platform/ControlProtocol.h"
 #include "platform/Files.h"
-#include "sample/ExportOutput.h"
+#include "sample/export/ExportOutput.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

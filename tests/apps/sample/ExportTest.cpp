@@ -5,7 +5,7 @@
 #include "apps/sample/WrittenHousehold.h"
 #include "platform/AppleFormat.h"
 #include "platform/Files.h"
-#include "sample/Export.h"
+#include "sample/export/Export.h"
 #include "store/HealthStore.h"
 
 #include <gmock/gmock.h>

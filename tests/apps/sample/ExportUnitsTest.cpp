@@ -1,4 +1,4 @@
-#include "sample/ExportUnits.h"
+#include "sample/export/ExportUnits.h"
 
 #include <gtest/gtest.h>
 

@@ -4,8 +4,8 @@
 #include "apps/sample/ReadExport.h"
 #include "apps/sample/WrittenHousehold.h"
 #include "platform/Files.h"
-#include "sample/Export.h"
-#include "sample/Flaws.h"
+#include "sample/export/Export.h"
+#include "sample/flaws/Flaws.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

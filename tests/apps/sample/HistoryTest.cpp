@@ -1,4 +1,4 @@
-#include "sample/History.h"
+#include "sample/life/History.h"
 
 #include <gtest/gtest.h>
 

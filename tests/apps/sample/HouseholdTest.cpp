@@ -2,7 +2,7 @@
 #include "platform/ControlProtocol.h"
 #include "platform/Files.h"
 #include "roster/Roster.h"
-#include "sample/Household.h"
+#include "sample/household/Household.h"
 #include "store/HealthStore.h"
 
 #include <gmock/gmock.h>

@@ -2,7 +2,7 @@
 
 #include "apps/sample/WrittenHousehold.h"
 #include "roster/Roster.h"
-#include "sample/Imported.h"
+#include "sample/household/Imported.h"
 #include "store/HealthStore.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "sample/Markup.h"
+#include "sample/export/Markup.h"
 
 #include <gtest/gtest.h>
 

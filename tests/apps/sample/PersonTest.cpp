@@ -1,4 +1,4 @@
-#include "sample/Person.h"
+#include "sample/life/Person.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "sample/Random.h"
+#include "sample/life/Random.h"
 
 #include <gtest/gtest.h>
 

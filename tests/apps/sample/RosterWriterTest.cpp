@@ -1,5 +1,5 @@
 #include "platform/Logger.h"
-#include "sample/RosterWriter.h"
+#include "sample/household/RosterWriter.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

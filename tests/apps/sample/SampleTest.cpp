@@ -1,4 +1,4 @@
-#include "sample/Sample.h"
+#include "sample/life/Sample.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 // A sample household that was really written, and questions to its databases.
 
-#include "sample/Household.h"
+#include "sample/household/Household.h"
 #include "store/Database.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,0 +1,145 @@
+#include "import/census/CensusText.h"
+#include "import/ReportPage.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace {
+
+namespace phrases {
+
+constexpr Phrase title{.zh = "导出文件的清点(没有数值、姓名、来源、设备和日期):",
+                       .en =
+                           "Census of an export (no value, no name of a person, source or device, "
+                           "no day):"};
+constexpr Phrase version{.zh = "  格式版本:{0}", .en = "  format version: {0}"};
+constexpr Phrase noVersion{.zh = "  格式版本:没有写明", .en = "  format version: not told"};
+constexpr Phrase exported{.zh = "  导出于:{0},手机时区偏移 {1}",
+                          .en = "  exported: {0}, the phone's clock at {1}"};
+constexpr Phrase noDate{.zh = "  导出于:没有写明", .en = "  exported: not told"};
+constexpr Phrase unreadableDate{.zh = "  导出于:日期无法读取",
+                                .en = "  exported: at a date that cannot be read"};
+constexpr Phrase records{.zh = "  记录:{0} 条", .en = "  records: {0}"};
+constexpr Phrase type{.zh = "    {0} {1} 条", .en = "    {0}: {1}"};
+constexpr Phrase typeInUnits{.zh = "    {0} {1} 条({2})", .en = "    {0}: {1} ({2})"};
+constexpr Phrase otherTypes{.zh = "其他类型", .en = "other types"};
+constexpr Phrase countedUnit{.zh = "{0} {1} 条", .en = "{0} {1}"};
+constexpr Phrase convertedUnit{.zh = "{0} → {1}", .en = "{0} -> {1}"};
+constexpr Phrase noUnit{.zh = "没有单位", .en = "no unit"};
+constexpr Phrase otherUnit{.zh = "其他单位", .en = "other unit"};
+constexpr Phrase comma{.zh = "、", .en = ", "};
+constexpr Phrase withoutNumber{.zh = "  没有数字的记录:{0} 条,其中有单位的 {1} 条",
+                               .en = "  records without a number: {0}, {1} of them with a unit"};
+constexpr Phrase workouts{.zh = "  训练:{0} 次", .en = "  workouts: {0}"};
+constexpr Phrase days{.zh = "  活动圆环:{0} 天", .en = "  days of activity rings: {0}"};
+constexpr Phrase sources{.zh = "  来源:{0} 个", .en = "  sources: {0}"};
+constexpr Phrase moreSources{.zh = "  来源:多于 {0} 个", .en = "  sources: more than {0}"};
+constexpr Phrase years{.zh = "  有记录或训练的年份:{0} 个",
+                       .en = "  years with records or workouts: {0}"};
+constexpr Phrase bytes{.zh = "  已读 XML:{0} 字节", .en = "  bytes of XML: {0}"};
+constexpr Phrase complete{.zh = "导出文件可以完整读出。", .en = "The export can be read whole."};
+constexpr Phrase incomplete{
+    .zh = "不完整:导出文件读到这里就读不下去了,原因见标准错误输出。",
+    .en = "Incomplete: the export cannot be read beyond this; standard error says why."};
+constexpr std::array all{&title,          &version,       &noVersion, &exported,    &noDate,
+                         &unreadableDate, &records,       &type,      &typeInUnits, &otherTypes,
+                         &countedUnit,    &convertedUnit, &noUnit,    &otherUnit,   &comma,
+                         &withoutNumber,  &workouts,      &days,      &sources,     &moreSources,
+                         &years,          &bytes,         &complete,  &incomplete};
+static_assert(std::ranges::all_of(all,
+                                  [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
+
+}  // namespace phrases
+
+/// The lines about one census.
+class CensusPage {
+public:
+  CensusPage(const Census& census, SummaryLang lang)
+      : census(census), lang(lang), page(lang, DigitGrouping{}) {}
+
+  std::string text() {
+    page.add(phrases::title);
+    addOrigin();
+    addRecords();
+    page.add(phrases::workouts, {page.number(census.tally.workouts.read)});
+    page.add(phrases::days, {page.number(census.tally.activityDays.read)});
+    page.add(census.moreSources ? phrases::moreSources : phrases::sources, {count(census.sources)});
+    page.add(phrases::years, {count(census.years)});
+    page.addTroubles(census.tally, census.irregularities, census.beside);
+    page.add(phrases::bytes, {count(census.bytes)});
+    page.addTime(census.seconds);
+    page.add(census.complete ? phrases::complete : phrases::incomplete);
+    return page.text();
+  }
+
+private:
+  void addOrigin() {
+    if (census.formatVersion) {
+      page.add(phrases::version, {std::to_string(*census.formatVersion)});
+    } else {
+      page.add(phrases::noVersion);
+    }
+    if (!census.exportedAt) {
+      page.add(census.hasDate ? phrases::unreadableDate : phrases::noDate);
+      return;
+    }
+    const StampText stamp(*census.exportedAt);
+    constexpr std::size_t monthLength = 7;
+    constexpr std::size_t offsetLength = 5;
+    page.add(phrases::exported,
+             {stamp.text().substr(0, monthLength),
+              stamp.text().substr(StampText::length - offsetLength)});
+  }
+
+  void addRecords() {
+    page.add(phrases::records, {page.number(census.tally.records.read)});
+    for (const auto& [name, type] : census.types) addType(name, type);
+    if (census.otherTypes.records != 0) {
+      addType(phrases::otherTypes.in(lang), census.otherTypes);
+    }
+    if (census.withoutNumber != 0) {
+      page.add(phrases::withoutNumber,
+               {page.number(census.withoutNumber), page.number(census.withUnitAlone)});
+    }
+  }
+
+  void addType(std::string_view name, const Census::Type& type) {
+    const std::string records = page.number(type.records);
+    const bool unitless = type.units.size() == 1 && type.units.begin()->first.unit.empty();
+    if (unitless) {
+      page.add(phrases::type, {name, records});
+    } else {
+      page.add(phrases::typeInUnits, {name, records, unitsOf(type)});
+    }
+  }
+
+  /// "kg 2, lb -> kg 17"; a single unit without its count, which is the type's.
+  std::string unitsOf(const Census::Type& type) const {
+    const auto named = [&](const Census::UnitUse& use) {
+      std::string unit(use.unit.empty()                ? phrases::noUnit.in(lang)
+                       : use.unit == Census::otherUnit ? phrases::otherUnit.in(lang)
+                                                       : use.unit);
+      if (use.stored.empty()) return unit;
+      return filled(phrases::convertedUnit.in(lang), {unit, use.stored});
+    };
+    if (type.units.size() == 1) return named(type.units.begin()->first);
+    return joined(type.units, phrases::comma.in(lang), [&](const auto& entry) {
+      return filled(phrases::countedUnit.in(lang), {named(entry.first), page.number(entry.second)});
+    });
+  }
+
+  std::string count(std::uint64_t number) const {
+    return page.number(static_cast<std::int64_t>(number));
+  }
+
+  const Census& census;
+  SummaryLang lang;
+  ReportPage page;
+};
+
+}  // namespace
+
+std::string censusText(const Census& census, SummaryLang lang) {
+  return CensusPage(census, lang).text();
+}

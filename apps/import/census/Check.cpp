@@ -1,0 +1,49 @@
+#include "import/census/Check.h"
+#include "import/xml/ExportFile.h"
+#include "import/export/ExportReader.h"
+#include "import/census/FormatVersion.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+CheckOutcome runCheck(const CheckOrder& order, const CheckSurroundings& surroundings) {
+  const double began = surroundings.clock();
+  ExportFile source(order.source);
+  CensusTaker taker;
+  ExportReader reader(taker);
+  FormatVersion version;
+  std::uint64_t bytes = 0;
+  std::optional<ImportError> failure;
+  {
+    ImportProgress progress(surroundings.progress,
+                            surroundings.progressKind,
+                            surroundings.lang,
+                            surroundings.clock,
+                            source.size());
+    constexpr std::size_t pieceSize = 131072;
+    std::vector<char> piece(pieceSize);
+    try {
+      while (const std::size_t count = source.read(piece)) {
+        const std::string_view text(piece.data(), count);
+        bytes += count;
+        version.look(text);
+        reader.feed(text);
+        progress.read(count);
+      }
+      reader.finish();
+    } catch (const ImportError& error) {
+      failure = error;
+    }
+  }
+  Census census = taker.census();
+  census.formatVersion = version.found();
+  census.irregularities = reader.irregularities();
+  census.beside = source.contents();
+  census.bytes = bytes;
+  census.seconds = surroundings.clock() - began;
+  census.complete = !failure;
+  return {.census = std::move(census), .failure = std::move(failure)};
+}

@@ -1,0 +1,31 @@
+#pragma once
+// Reads an export to its end without storing any of it.
+
+#include "import/census/Census.h"
+#include "import/ImportCommandLine.h"
+#include "import/ImportError.h"
+#include "import/ImportProgress.h"
+#include "platform/Clock.h"
+#include "summary/SummaryLang.h"
+
+#include <optional>
+#include <ostream>
+
+/// Where a check shows how far it has come.
+struct CheckSurroundings {
+  std::ostream& progress;
+  ImportProgress::Kind progressKind;
+  SummaryLang lang;
+  Clock clock;
+};
+
+/// What came of it.
+struct CheckOutcome {
+  Census census;                       ///< of what could be read
+  std::optional<ImportError> failure;  ///< why the export cannot be read whole
+};
+
+/// Reads the export that `order` names as an import for a new member would, and counts. Makes,
+/// writes and locks nothing and opens no other file. An export that cannot even be opened throws
+/// ImportError.
+CheckOutcome runCheck(const CheckOrder& order, const CheckSurroundings& surroundings);

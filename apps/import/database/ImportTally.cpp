@@ -1,0 +1,29 @@
+#include "import/database/ImportTally.h"
+
+#include <cstddef>
+
+void ImportTally::met(std::string_view day) {
+  if (!firstDay || day < *firstDay) firstDay = day;
+  if (!lastDay || day > *lastDay) lastDay = day;
+}
+
+void ImportTally::count(std::string_view element) {
+  constexpr std::size_t mostNames = 50;
+  const auto found = notStored.find(element);
+  if (found != notStored.end()) {
+    ++found->second;
+  } else if (notStored.size() < mostNames) {
+    notStored.emplace(element, 1);
+  } else {
+    ++others;
+  }
+}
+
+void ImportTally::skip(std::string_view reason, long long line) {
+  const auto found = skipped.find(reason);
+  if (found != skipped.end()) {
+    ++found->second.count;
+  } else {
+    skipped.emplace(reason, Skipped{.count = 1, .firstLine = line});
+  }
+}

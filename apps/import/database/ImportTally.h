@@ -1,0 +1,62 @@
+#pragma once
+// What an import has met and done, for the closing report.
+
+#include "import/export/ExportSink.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Elements of one kind.
+struct Tally {
+  std::int64_t read = 0;   ///< in the export, and fit to be stored
+  std::int64_t added = 0;  ///< of those, what the database did not have yet
+
+  bool operator==(const Tally&) const = default;
+};
+
+/// Elements that could not be stored for one reason.
+struct Skipped {
+  std::int64_t count = 0;
+  long long firstLine = 0;  ///< where the first of them stands, from 1
+
+  bool operator==(const Skipped&) const = default;
+};
+
+/// Counts of one run. Grows with the kinds of things in the export, not with their number.
+struct ImportTally {
+  Tally records;
+  Tally workouts;
+  Tally activityDays;             ///< `added`: new, or with newer values
+  std::int64_t converted = 0;     ///< records and workouts with figures in another unit than ours
+  std::int64_t unknownUnits = 0;  ///< records and workouts in a unit that we cannot convert
+  std::int64_t sources = 0;       ///< that the database knows after the run
+  std::optional<std::string> firstDay;                  ///< of the export's records and workouts
+  std::optional<std::string> lastDay;                   ///< the same
+  std::optional<std::string> exportedAt;                ///< stamp
+  std::map<std::string, Skipped, std::less<>> skipped;  ///< by reason
+  std::map<std::string, std::int64_t, std::less<>> notStored;  ///< by element; see `others`
+  std::int64_t others = 0;  ///< elements of further names, when an export has very many names
+
+  bool changedNothing() const {
+    return records.added == 0 && workouts.added == 0 && activityDays.added == 0;
+  }
+
+  /// Counts a record, a workout or a day as read; `kind` is the tally of its kind.
+  template <typename Element>
+  void read(Tally& kind, const Element& element) {
+    ++kind.read;
+    if (element.converted) ++converted;
+    if (element.unknownUnit) ++unknownUnits;
+  }
+
+  /// Widens the span of days.
+  void met(std::string_view day);
+
+  void count(std::string_view element);
+  void skip(std::string_view reason, long long line);
+
+  bool operator==(const ImportTally&) const = default;
+};

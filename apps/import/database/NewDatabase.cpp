@@ -1,0 +1,28 @@
+#include "import/database/NewDatabase.h"
+
+#include <system_error>
+#include <utility>
+
+namespace {
+
+/// Also a link to a file that is yet to be made is there: it is somebody's.
+bool isThere(const std::filesystem::path& path) {
+  std::error_code unknown;
+  return std::filesystem::symlink_status(path, unknown).type() !=
+         std::filesystem::file_type::not_found;
+}
+
+}  // namespace
+
+NewDatabase::NewDatabase(std::filesystem::path path)
+    : path(std::move(path)), isNew(!isThere(this->path)) {}
+
+NewDatabase::~NewDatabase() {
+  if (!isNew) return;
+  for (const char* ending : {"", "-journal", "-wal", "-shm"}) {
+    std::filesystem::path file = path;
+    file += ending;
+    std::error_code stays;
+    std::filesystem::remove(file, stays);
+  }
+}

@@ -1,0 +1,119 @@
+// larkspur-import: start-up. Reads the command line and the machine's language, and leaves the rest
+// to the import.
+
+#include "import/census/CensusText.h"
+#include "import/census/Check.h"
+#include "import/Import.h"
+#include "import/ImportConfinement.h"
+#include "import/ImportError.h"
+#include "import/Interruption.h"
+#include "import/StopSignals.h"
+#include "import/SystemFailure.h"
+#include "platform/AppLanguage.h"
+#include "platform/Clock.h"
+#include "platform/ControlProtocol.h"
+#include "platform/Files.h"
+#include "platform/System.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstddef>
+#include <exception>
+#include <iostream>
+#include <span>
+#include <string>
+#include <system_error>
+#include <variant>
+
+namespace {
+
+constexpr Phrase reportUnwritten{
+    .zh = "导入已经完成,但无法输出报告:{0}",
+    .en = "the import is complete, but its report cannot be written: {0}"};
+constexpr Phrase censusUnwritten{.zh = "清点的结果写不出来:{0}",
+                                 .en = "the census cannot be written: {0}"};
+static_assert(inBothLanguages(reportUnwritten) && inBothLanguages(censusUnwritten));
+
+constexpr int succeeded = 0;
+constexpr int failed = 1;
+
+void complain(const std::string& message) {
+  writeAll(STDERR_FILENO, "larkspur-import: " + message + "\n");
+}
+
+int fail(const std::string& message) {
+  complain(message);
+  return failed;
+}
+
+int say(const ImportCommandLine::Say& order) {
+  const bool said = writeAll(order.toStderr ? STDERR_FILENO : STDOUT_FILENO, order.text);
+  return said ? order.status : failed;
+}
+
+ImportProgress::Kind progressKind() {
+  return isatty(STDERR_FILENO) == 1 ? ImportProgress::Kind::terminal : ImportProgress::Kind::log;
+}
+
+int bringIn(const ImportOrder& order, SummaryLang lang) {
+  confine(order);
+  const ImportReport report = runImport(order,
+                                        {.progress = std::cerr,
+                                         .progressKind = progressKind(),
+                                         .lang = lang,
+                                         .clock = systemTime,
+                                         .timeZone = System::timeZoneName(),
+                                         .interrupted = StopSignals::noted});
+  if (!writeAll(STDOUT_FILENO, reportText(report, lang))) {
+    const std::string reason = std::generic_category().message(errno);
+    complain(ImportError(reportUnwritten, {reason}).text(lang));
+  }
+  return succeeded;
+}
+
+int check(const CheckOrder& order, SummaryLang lang) {
+  confine(order);
+  const CheckOutcome outcome = runCheck(
+      order,
+      {.progress = std::cerr, .progressKind = progressKind(), .lang = lang, .clock = systemTime});
+  const bool written = writeAll(STDOUT_FILENO, censusText(outcome.census, lang));
+  const std::string reason = std::generic_category().message(errno);
+  if (outcome.failure) return fail(outcome.failure->text(lang));
+  return written ? succeeded : fail(ImportError(censusUnwritten, {reason}).text(lang));
+}
+
+}  // namespace
+
+int main(int count, char* words[]) {
+  // Health data is its owner's alone, and so is every file made here.
+  umask(077);
+  // Writing where nobody reads, or beyond the longest file that is allowed, must return an error
+  // and not kill the process.
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+  StopSignals::note();
+  SummaryLang lang = SummaryLang::en;
+  try {
+    reserveStandardStreams();
+    System::forbidDumps();
+    lang = AppLanguage::isChinese() ? SummaryLang::zh : SummaryLang::en;
+    const std::span arguments(words + 1, static_cast<std::size_t>(count > 0 ? count - 1 : 0));
+    const auto order =
+        ImportCommandLine::parsed(arguments, ControlProtocol::defaultDataRoot(), lang);
+    if (const auto* saying = std::get_if<ImportCommandLine::Say>(&order)) return say(*saying);
+    if (const auto* checking = std::get_if<CheckOrder>(&order)) return check(*checking, lang);
+    return bringIn(std::get<ImportOrder>(order), lang);
+  } catch (const Interruption& interruption) {
+    complain(interruption.text(lang));
+    StopSignals::end();
+  } catch (const ImportError& error) {
+    return fail(error.text(lang));
+  } catch (const std::system_error& error) {
+    return fail(systemFailure(error).text(lang));
+  } catch (const std::exception& error) {
+    return fail(error.what());
+  }
+}

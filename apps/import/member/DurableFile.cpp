@@ -1,0 +1,101 @@
+#include "import/member/DurableFile.h"
+#include "platform/Files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace {
+
+[[noreturn]] void fail(const std::filesystem::path& path) {
+  throw std::filesystem::filesystem_error(
+      "durable file", path, std::error_code(errno, std::generic_category()));
+}
+
+/// What `call` returns when no signal comes in between. What is written here is written to its end.
+template <typename Call>
+int uninterrupted(Call call) {
+  int result = -1;
+  do {
+    result = call();
+  } while (result < 0 && errno == EINTR);
+  return result;
+}
+
+/// A descriptor, closed by the destructor.
+class Descriptor {
+public:
+  Descriptor(const std::filesystem::path& path, int flags)
+      : path(path),
+        descriptor(uninterrupted([&] { return open(path.c_str(), flags | O_CLOEXEC, 0600); })) {
+    if (descriptor < 0) fail(path);
+  }
+  ~Descriptor() { close(descriptor); }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  void write(std::string_view bytes) const {
+    if (!writeAll(descriptor, bytes)) fail(path);
+  }
+
+  /// Waits until the disk itself has what was written.
+  void sync() const {
+#ifdef F_FULLFSYNC
+    // Where fsync stops at the drive's cache, this goes on; not every file system can.
+    if (uninterrupted([this] { return fcntl(descriptor, F_FULLFSYNC); }) == 0) return;
+#endif
+    if (uninterrupted([this] { return fsync(descriptor); }) != 0) fail(path);
+  }
+
+  /// Makes mode, owner and group those of `other`. Only the administrator may give a file away.
+  void take(const struct stat& other) const {
+    struct stat own {};
+    if (fstat(descriptor, &own) != 0) fail(path);
+    const bool sameOwner = own.st_uid == other.st_uid;
+    const bool sameGroup = own.st_gid == other.st_gid;
+    constexpr auto unchanged = static_cast<uid_t>(-1);
+    const bool hasGroup = sameGroup || fchown(descriptor, unchanged, other.st_gid) == 0;
+    mode_t mode = other.st_mode & 0777U;
+    if (!hasGroup) mode &= ~0070U | (mode & 0007U) << 3U;
+    if (fchmod(descriptor, mode) != 0) fail(path);
+    if (!sameOwner && fchown(descriptor, other.st_uid, static_cast<gid_t>(-1)) != 0 &&
+        errno != EPERM) {
+      fail(path);
+    }
+  }
+
+private:
+  const std::filesystem::path& path;  ///< outlives the descriptor
+  int descriptor;
+};
+
+std::filesystem::path withoutLinks(const std::filesystem::path& path) {
+  return std::filesystem::is_symlink(path) ? std::filesystem::weakly_canonical(path) : path;
+}
+
+}  // namespace
+
+void replaceDurably(const std::filesystem::path& path, std::string_view bytes) {
+  const std::filesystem::path target = withoutLinks(path);
+  std::filesystem::path unfinished = target;
+  unfinished += ".new";
+  std::filesystem::remove(unfinished);  // what an interrupted writer left
+  const Descriptor file(unfinished, O_WRONLY | O_CREAT | O_EXCL);
+  try {
+    struct stat replaced {};
+    if (stat(target.c_str(), &replaced) == 0) file.take(replaced);
+    file.write(bytes);
+    file.sync();
+    std::filesystem::rename(unfinished, target);
+  } catch (...) {
+    std::error_code stays;
+    std::filesystem::remove(unfinished, stays);
+    throw;
+  }
+  syncFolder(target.has_parent_path() ? target.parent_path() : ".");  // the new name is its entry
+}
+
+void syncFolder(const std::filesystem::path& path) { Descriptor(path, O_RDONLY).sync(); }

@@ -1,0 +1,86 @@
+#include "import/member/ImportLock.h"
+#include "import/ImportError.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+namespace {
+
+constexpr Phrase anotherImport{.zh = "另一个导入正在进行,等它结束后再试",
+                               .en = "another import is running; try again when it has ended"};
+static_assert(inBothLanguages(anotherImport));
+
+[[noreturn]] void fail(const std::filesystem::path& path, int error) {
+  throw std::filesystem::filesystem_error(
+      "import lock", path, std::error_code(error, std::generic_category()));
+}
+
+/// The open file; negative, with errno set, when it cannot be opened.
+int openedFile(const std::filesystem::path& path, int flags) {
+  int descriptor = -1;
+  do {
+    descriptor = open(path.c_str(), O_RDWR | O_CLOEXEC | flags, 0600);
+  } while (descriptor < 0 && errno == EINTR);
+  return descriptor;
+}
+
+}  // namespace
+
+// An import that made the file and comes to nothing removes it while it holds the lock. Another one
+// may have opened that file before: its lock would then be on a file that a third does not find. So
+// a lock counts only when the file is still there under its name, and else all begins anew.
+ImportLock::ImportLock(const std::filesystem::path& dataRoot) : path(dataRoot / "import.lock") {
+  constexpr int attempts = 100;
+  for (int attempt = 0; attempt < attempts; ++attempt) {
+    folders.emplace(dataRoot);
+    if (tryToOpen() && lockFile()) return;
+  }
+  fail(path, ENOENT);
+}
+
+ImportLock::~ImportLock() { release(); }
+
+/// False when the folder or the file went between two looks.
+bool ImportLock::tryToOpen() {
+  descriptor = openedFile(path, O_CREAT | O_EXCL);
+  madeFile = descriptor >= 0;
+  if (descriptor < 0 && errno == EEXIST) descriptor = openedFile(path, 0);
+  if (descriptor < 0 && errno != ENOENT) fail(path, errno);
+  return descriptor >= 0;
+}
+
+/// False, with the file closed, when it is not the one that others find.
+bool ImportLock::lockFile() {
+  int result = 0;
+  do {
+    result = flock(descriptor, LOCK_EX | LOCK_NB);
+  } while (result != 0 && errno == EINTR);
+  const int error = errno;
+  if (result == 0 && isStillThere()) return true;
+  // The file is another import's now, if it was ever this one's.
+  if (result == 0 || error == EWOULDBLOCK) keep();
+  release();
+  if (result == 0) return false;
+  if (error == EWOULDBLOCK) throw ImportError(anotherImport);
+  fail(path, error);
+}
+
+bool ImportLock::isStillThere() const {
+  struct stat locked {};
+  struct stat named {};
+  return fstat(descriptor, &locked) == 0 && stat(path.c_str(), &named) == 0 &&
+         locked.st_dev == named.st_dev && locked.st_ino == named.st_ino;
+}
+
+void ImportLock::release() {
+  if (descriptor < 0) return;
+  // Before the lock is given back: afterwards the file may be another import's.
+  if (std::exchange(madeFile, false)) unlink(path.c_str());
+  close(std::exchange(descriptor, -1));
+}

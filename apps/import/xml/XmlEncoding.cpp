@@ -1,0 +1,101 @@
+#include "import/xml/XmlEncoding.h"
+#include "import/ImportError.h"
+#include "platform/Text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+constexpr Phrase otherEncoding{
+    .zh =
+        "文件的编码是 {0},不是 UTF-8,可能被别的程序另存过;请用手机导出的原文件。没有导入任何数据。",
+    .en =
+        "The file is in {0} instead of UTF-8; another program may have saved it. Take the file as "
+        "the phone exported it. Nothing was imported."};
+static_assert(inBothLanguages(otherEncoding));
+
+constexpr std::string_view declarationStart = "<?xml";
+
+/// A declaration takes less; what goes on beyond is for the parser to refuse.
+constexpr std::size_t longestDeclaration = 1024;
+
+/// The name of the encoding of which the first four bytes of a document are; empty when they may be
+/// UTF-8's. Text without a mark begins with two characters below 256, which leaves zero bytes.
+std::string_view shownEncoding(std::string_view start) {
+  if (start.starts_with("\xff\xfe") || start.starts_with("\xfe\xff")) return "UTF-16";
+  if (start.size() < 4) return {};
+  std::array<bool, 4> zero{};
+  std::ranges::transform(start.substr(0, 4), zero.begin(), [](char byte) { return byte == 0; });
+  if (zero == std::array{true, true, true, false} || zero == std::array{false, true, true, true}) {
+    return "UTF-32";
+  }
+  if (zero == std::array{true, false, true, false} ||
+      zero == std::array{false, true, false, true}) {
+    return "UTF-16";
+  }
+  return {};
+}
+
+/// The value of the pseudo-attribute "encoding" in `declaration`; empty without one.
+std::string_view declaredEncoding(std::string_view declaration) {
+  constexpr std::string_view blanks = " \t\r\n";
+  constexpr std::string_view name = "encoding";
+  const std::size_t place = declaration.find(name);
+  if (place == std::string_view::npos) return {};
+  std::string_view rest = declaration.substr(place + name.size());
+  rest.remove_prefix(std::min(rest.find_first_not_of(blanks), rest.size()));
+  if (!rest.starts_with('=')) return {};
+  rest.remove_prefix(1);
+  rest.remove_prefix(std::min(rest.find_first_not_of(blanks), rest.size()));
+  if (!rest.starts_with('"') && !rest.starts_with('\'')) return {};
+  const char quote = rest.front();
+  rest.remove_prefix(1);
+  return rest.substr(0, rest.find(quote));
+}
+
+bool isPartOfUTF8(std::string_view encoding) {
+  constexpr std::array<std::string_view, 4> names{"utf-8", "utf8", "us-ascii", "ascii"};
+  return std::ranges::find(names, lowerCased(encoding)) != names.end();
+}
+
+/// Whether XML allows `encoding` as a name. Another one is for the parser to refuse.
+bool isName(std::string_view encoding) {
+  return !encoding.empty() && std::ranges::all_of(encoding, [](char byte) {
+    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
+           (byte >= '0' && byte <= '9') || byte == '.' || byte == '_' || byte == '-';
+  });
+}
+
+}  // namespace
+
+std::string_view XmlEncoding::checked(std::string_view bytes) {
+  if (decided) return bytes;
+  start += bytes;
+  decided = decides();
+  return decided ? start : std::string_view();
+}
+
+std::string_view XmlEncoding::rest() {
+  if (decided) return {};
+  decided = true;
+  return start;
+}
+
+/// Whether the start says enough; throws when it says too much.
+bool XmlEncoding::decides() const {
+  const std::string_view shown = shownEncoding(start);
+  if (!shown.empty()) throw ImportError(otherEncoding, {shown});
+  if (start.size() < 4) return false;
+  std::string_view text = start;
+  constexpr std::string_view mark = "\xef\xbb\xbf";
+  if (text.starts_with(mark)) text.remove_prefix(mark.size());
+  text = text.substr(0, longestDeclaration);
+  if (!text.starts_with(declarationStart)) return !declarationStart.starts_with(text);
+  const std::size_t end = text.find("?>");
+  if (end == std::string_view::npos) return text.size() == longestDeclaration;
+  const std::string_view encoding = declaredEncoding(text.substr(0, end));
+  if (!isName(encoding) || isPartOfUTF8(encoding)) return true;
+  constexpr std::size_t longestName = 40;
+  throw ImportError(otherEncoding, {shortened(encoding, longestName)});
+}

@@ -1,0 +1,131 @@
+#include "import/xml/ZipArchive.h"
+#include "import/ImportError.h"
+
+#include <zip.h>
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <utility>
+
+namespace {
+
+namespace phrases {
+constexpr Phrase noArchive{.zh = "{0} 不是完整的 zip 文件,可能没有传输完整:{1}",
+                           .en = "{0} is not a complete zip archive, it may be cut off: {1}"};
+constexpr Phrase unreadable{.zh = "zip 里的导出文件无法读取,没有导入任何数据:{0}",
+                            .en =
+                                "The export in the zip archive cannot be read, nothing was "
+                                "imported: {0}"};
+constexpr Phrase tooLong{.zh = "zip 里的导出文件比它声明的 {0} 字节长,没有导入任何数据。",
+                         .en =
+                             "The export in the zip archive holds more than the {0} bytes that "
+                             "it declares; nothing was imported."};
+constexpr Phrase tooShort{.zh = "zip 里的导出文件没有它声明的 {0} 字节那么长,没有导入任何数据。",
+                          .en =
+                              "The export in the zip archive holds less than the {0} bytes that "
+                              "it declares; nothing was imported."};
+constexpr std::array all{noArchive, unreadable, tooLong, tooShort};
+static_assert(std::ranges::all_of(all, inBothLanguages));
+}  // namespace phrases
+
+struct EntryCloser {
+  void operator()(zip_file* file) const { zip_fclose(file); }
+};
+
+using EntryHandle = std::unique_ptr<zip_file, EntryCloser>;
+
+EntryHandle entryHandle(zip* archive, const ZipEntry& entry) {
+  EntryHandle handle(zip_fopen_index(archive, entry.index, 0));
+  if (!handle) throw ImportError(phrases::unreadable, {zip_strerror(archive)});
+  return handle;
+}
+
+std::size_t readSome(zip_file* file, std::span<char> buffer) {
+  const zip_int64_t count = zip_fread(file, buffer.data(), buffer.size());
+  if (count < 0) throw ImportError(phrases::unreadable, {zip_file_strerror(file)});
+  return static_cast<std::size_t>(count);
+}
+
+/// One entry, and the archive that it lies in.
+class ZipEntrySource : public ByteSource {
+public:
+  ZipEntrySource(ZipArchive whole, ZipEntry chosen, EntryHandle opened)
+      : archive(std::move(whole)), entry(std::move(chosen)), handle(std::move(opened)) {}
+
+  std::size_t read(std::span<char> buffer) override {
+    const std::uint64_t left = entry.size - taken;
+    if (left == 0) {
+      checkEnd();
+      return 0;
+    }
+    const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(left, buffer.size()));
+    const std::size_t count = readSome(handle.get(), buffer.first(wanted));
+    if (count == 0) throw ImportError(phrases::tooShort, {std::to_string(entry.size)});
+    taken += count;
+    return count;
+  }
+
+private:
+  /// One read more: it finds what lies beyond the declared size, and only a read that meets the end
+  /// compares the checksum.
+  void checkEnd() {
+    char beyond = 0;
+    if (readSome(handle.get(), {&beyond, 1}) != 0) {
+      throw ImportError(phrases::tooLong, {std::to_string(entry.size)});
+    }
+  }
+
+  ZipArchive archive;
+  ZipEntry entry;
+  EntryHandle handle;  // closed before its archive
+  std::uint64_t taken = 0;
+};
+
+/// The last words of `error` as text that outlives it.
+std::string words(int error) {
+  zip_error_t details;
+  zip_error_init_with_code(&details, error);
+  std::string text = zip_error_strerror(&details);
+  zip_error_fini(&details);
+  return text;
+}
+
+}  // namespace
+
+void ZipArchive::Closer::operator()(zip* handle) const { zip_discard(handle); }
+
+ZipArchive::ZipArchive(const std::filesystem::path& path) {
+  int error = 0;
+  archive.reset(zip_open(path.c_str(), ZIP_RDONLY, &error));
+  if (!archive) throw ImportError(phrases::noArchive, {path.string(), words(error)});
+
+  const zip_int64_t count = zip_get_num_entries(archive.get(), 0);
+  for (zip_uint64_t index = 0; std::cmp_less(index, count); ++index) {
+    zip_stat_t entry;
+    if (zip_stat_index(archive.get(), index, 0, &entry) != 0) continue;
+    if ((entry.valid & ZIP_STAT_NAME) == 0 || (entry.valid & ZIP_STAT_SIZE) == 0) continue;
+    std::string name = entry.name;
+    std::ranges::replace(name, '\\', '/');
+    list.push_back({.name = std::move(name), .index = index, .size = entry.size});
+  }
+}
+
+std::string ZipArchive::beginning(const ZipEntry& entry, std::size_t size) const {
+  const EntryHandle handle = entryHandle(archive.get(), entry);
+  std::string bytes(static_cast<std::size_t>(std::min<std::uint64_t>(size, entry.size)), '\0');
+  std::size_t count = 0;
+  while (count < bytes.size()) {
+    const std::size_t more = readSome(handle.get(), std::span(bytes).subspan(count));
+    if (more == 0) break;
+    count += more;
+  }
+  bytes.resize(count);
+  return bytes;
+}
+
+std::unique_ptr<ByteSource> ZipArchive::opened(const ZipEntry& entry) && {
+  ZipEntry chosen = entry;
+  EntryHandle handle = entryHandle(archive.get(), chosen);
+  return std::make_unique<ZipEntrySource>(std::move(*this), std::move(chosen), std::move(handle));
+}

@@ -1,0 +1,47 @@
+#pragma once
+// The methods of the protocol: parameters in, result out.
+
+#include "platform/Clock.h"
+#include "platform/Logger.h"
+#include "roster/Roster.h"
+#include "mcp/server/AccessLog.h"
+#include "store/Database.h"
+#include "summary/SummaryLang.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <string_view>
+
+/// Answers "initialize", "tools/call" and the other methods, and tells the access log what is read.
+class Methods {
+public:
+  using Json = nlohmann::ordered_json;
+
+  struct Options {
+    SummaryLang lang;
+    Clock clock;
+    int patienceMilliseconds = usualPatienceMilliseconds;  ///< with a database that is locked
+  };
+
+  /// The roster and the logs outlive this.
+  Methods(const Roster& roster, Logger& log, AccessLog& accessLog, Options options);
+
+  /// The result of `method`. Throws MCPError (-32601) for a method or tool that does not exist, and
+  /// what a tool throws.
+  Json dispatch(std::string_view method, const nlohmann::json& params);
+
+private:
+  Json initialize(const nlohmann::json& params);
+  Json ping(const nlohmann::json& params);
+  Json listTools(const nlohmann::json& params);
+  Json callTool(const nlohmann::json& params);
+  Json listResources(const nlohmann::json& params);
+  Json readResource(const nlohmann::json& params);
+  Json listPrompts(const nlohmann::json& params);
+  Json getPrompt(const nlohmann::json& params);
+
+  const Roster& roster;
+  Logger& log;
+  AccessLog& accessLog;
+  Options options;
+};

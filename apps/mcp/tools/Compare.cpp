@@ -1,0 +1,61 @@
+#include "platform/Text.h"
+#include "mcp/tools/AnswerText.h"
+#include "mcp/tools/Arguments.h"
+#include "mcp/tools/MCPError.h"
+#include "mcp/tools/Tools.h"
+
+#include <cmath>
+
+namespace {
+
+constexpr Phrase meanOver{.zh = "日均 {0}({1} 天)", .en = "mean {0} over {1} days"};
+constexpr Phrase noData{.zh = "没有数据(不代表 0)", .en = "no data (not zero)"};
+constexpr Phrase difference{.zh = "A - B = {0}({1}%)", .en = "A - B = {0} ({1}%)"};
+static_assert(inBothLanguages(meanOver) && inBothLanguages(noData) && inBothLanguages(difference));
+
+/// The required day under `key`, unchanged. The refusal is in Chinese in both languages.
+std::string need(const Tools::Call& call, const char* key) {
+  if (const std::optional<std::string> day = Tools::dayArgument(call, key)) return *day;
+  throw MCPError(MCPError::invalidArguments, std::string(key) + " 要是 YYYY-MM-DD");
+}
+
+std::string statistic(const std::vector<DailyValue>& series, SummaryLang lang) {
+  if (series.empty()) return std::string(noData.in(lang));
+  return filled(meanOver.in(lang),
+                {Tools::fmt(Tools::mean(series)), std::to_string(series.size())});
+}
+
+/// How much `value` lies above `base`, in percent of it, always with its sign; +0.0 of a base of
+/// zero.
+std::string percentAbove(double value, double base) {
+  const double percent = base == 0 ? 0 : (value - base) / base * 100;
+  return std::string(std::signbit(percent) ? "" : "+").append(fixedDecimals(percent, 1));
+}
+
+}  // namespace
+
+std::string Tools::compare(const Call& call) {
+  const Member member = resolve(call);
+  const HealthMetric metric = metricArg(call);
+  const std::string aFrom = need(call, "a_from");
+  const std::string aTo = need(call, "a_to");
+  const std::string bFrom = need(call, "b_from");
+  const std::string bTo = need(call, "b_to");
+
+  const HealthStore store = open(member, call);
+  const std::vector<DailyValue> a = shownSeries(store, metric, aFrom, aTo);
+  const std::vector<DailyValue> b = shownSeries(store, metric, bFrom, bTo);
+
+  Lines lines;
+  lines.add(header(member, call.lang));
+  lines.add(metricLine(metric, call.lang));
+  lines.add("A  ", aFrom, " ~ ", aTo, ":", statistic(a, call.lang));
+  lines.add("B  ", bFrom, " ~ ", bTo, ":", statistic(b, call.lang));
+  if (!a.empty() && !b.empty()) {
+    lines.add(
+        filled(difference.in(call.lang), {fmt(mean(a) - mean(b)), percentAbove(mean(a), mean(b))}));
+  }
+  lines.add("");
+  lines.add(coverageOf(store, call));
+  return lines.joined();
+}

@@ -1,0 +1,65 @@
+#include "platform/AppleFormat.h"
+#include "platform/Text.h"
+#include "store/Patience.h"
+#include "mcp/tools/AnswerText.h"
+#include "mcp/tools/Arguments.h"
+#include "mcp/tools/Tools.h"
+
+#include <chrono>
+
+namespace {
+
+constexpr Phrase nobody{.zh = "这台电脑上还没有任何成员。", .en = "No members on this Mac yet."};
+constexpr Phrase dataPart{.zh = ":{0} 条记录,{1} ~ {2}", .en = ": {0} records, {1} ~ {2}"};
+constexpr Phrase lastSynced{.zh = ",最近同步 {0}", .en = ", last synced {0}"};
+constexpr Phrase severalMembers{
+    .zh = "🔴 有多个成员:后续每次查询都必须指定 person,不存在「全家合计」这种口径。",
+    .en =
+        "🔴 Multiple members: every later query must name a person. There is no "
+        "combined-household view."};
+static_assert(inBothLanguages(nobody) && inBothLanguages(dataPart) && inBothLanguages(lastSynced) &&
+              inBothLanguages(severalMembers));
+
+/// What the member's database holds; "" when it cannot be read, for the others are still to be
+/// listed.
+std::string dataOf(const Member& member, const Tools::Call& call) {
+  try {
+    const HealthStore store = Tools::open(member, call);
+    const RecordedDays days = store.recordedDays();
+    return filled(dataPart.in(call.lang),
+                  {Tools::grouped(store.recordCount()), days.first, days.last});
+  } catch (const std::exception&) {
+    return "";
+  }
+}
+
+std::string syncOf(const Member& member, SummaryLang lang) {
+  if (!member.lastSyncAt) return "";
+  return filled(lastSynced.in(lang), {AppleFormat::minuteText(*member.lastSyncAt)});
+}
+
+}  // namespace
+
+std::string Tools::listPersons(const Call& call) {
+  const std::vector<Member> members = call.roster.members();
+  if (members.empty()) return std::string(nobody.in(call.lang));
+
+  Patience patience(std::chrono::milliseconds(call.patienceMilliseconds));
+  Call patient = call;
+  patient.sharedPatience = &patience;
+  Lines lines;
+  for (const Member& member : members) {
+    lines.add("· ",
+              member.name,
+              " (person=",
+              member.id,
+              ")",
+              dataOf(member, patient),
+              syncOf(member, call.lang));
+  }
+  if (members.size() > 1) {
+    lines.add("");
+    lines.add(severalMembers.in(call.lang));
+  }
+  return lines.joined();
+}

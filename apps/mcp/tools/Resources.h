@@ -1,0 +1,23 @@
+#pragma once
+// One resource a member: the overview as plain text.
+
+#include "roster/Roster.h"
+#include "summary/SummaryLang.h"
+#include "mcp/tools/Tools.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace Tools {
+
+/// The resource records, in the order of the members.
+nlohmann::ordered_json resources(std::span<const Member> members, SummaryLang lang);
+
+/// The text of the resource that `uri` names. Throws MCPError (-32602), in Chinese whatever the
+/// language, when there is none. `call` brings no arguments.
+std::string readResource(std::string_view uri, const Call& call);
+
+}  // namespace Tools

@@ -1,0 +1,17 @@
+#pragma once
+// get_workouts as a JSON document for programs.
+
+#include "summary/SummaryLang.h"
+#include "mcp/tools/WorkoutList.h"
+#include "mcp/tools/WorkoutSelection.h"
+
+#include <string>
+
+namespace WorkoutListJson {
+
+/// The answer as one document with fixed keys; what is absent is null. `coverage` is the member's
+/// coverage notice.
+std::string json(const WorkoutList::Query& query, const WorkoutSelection::Selection& selection,
+                 const std::string& coverage, SummaryLang lang);
+
+}  // namespace WorkoutListJson

@@ -1,0 +1,162 @@
+#include "mcp/tools/WorkoutListText.h"
+#include "platform/Text.h"
+#include "mcp/tools/AnswerText.h"
+
+#include <array>
+#include <charconv>
+#include <system_error>
+
+namespace {
+
+constexpr Phrase countLine{.zh = "全部匹配记录汇总: {0} 次",
+                           .en = "All matching records: {0} workouts"};
+constexpr Phrase totalLine{.zh = "  {0}: {1} {2},{3}/{4} 次有记录",
+                           .en = "  {0}: {1} {2}, recorded in {3}/{4} workouts"};
+constexpr Phrase notRecordedLine{.zh = "  {0}: 未记录", .en = "  {0}: not recorded"};
+constexpr Phrase byActivity{.zh = "按运动类型: ", .en = "By activity: "};
+constexpr Phrase indoorWord{.zh = "室内", .en = "indoor"};
+constexpr Phrase outdoorWord{.zh = "室外", .en = "outdoor"};
+constexpr Phrase unverifiedScale{.zh = "尺度待核实", .en = "scale needs verification"};
+constexpr Phrase invalidReading{.zh = "数值或单位异常", .en = "invalid value or representation"};
+constexpr Phrase nothingMatches{.zh = "这个区间与筛选条件下没有训练记录。",
+                                .en = "No workouts match this range and filters."};
+constexpr Phrase emptyPage{.zh = "此页没有记录,请减小 offset。",
+                           .en = "No records on this page; use a smaller offset."};
+static_assert(inBothLanguages(countLine) && inBothLanguages(totalLine) &&
+              inBothLanguages(notRecordedLine) && inBothLanguages(byActivity) &&
+              inBothLanguages(indoorWord) && inBothLanguages(outdoorWord) &&
+              inBothLanguages(unverifiedScale) && inBothLanguages(invalidReading) &&
+              inBothLanguages(nothingMatches) && inBothLanguages(emptyPage));
+
+using WorkoutList::Query;
+using WorkoutSelection::Selection;
+
+/// The range, then the filters that are set.
+std::string rangeAndFilters(const Query& query, SummaryLang lang) {
+  std::string line = Tools::rangeLine(query.range.from, query.range.to, lang);
+  const WorkoutSelection::Filters& filters = query.filters;
+  if (!filters.activityType.empty()) line += ", activity_type=" + filters.activityType;
+  if (filters.environment != WorkoutEnvironment::all) {
+    line += ", environment=" + std::string(rawValue(filters.environment));
+  }
+  if (!filters.source.empty()) line += ", source=" + filters.source;
+  return line;
+}
+
+void addTotals(Lines& lines, const Selection& selection, SummaryLang lang) {
+  const std::string count = std::to_string(selection.totalCount);
+  lines.add(filled(countLine.in(lang), {count}));
+  for (std::size_t index = 0; index < selection.totals.size(); ++index) {
+    const WorkoutSelection::Measure& measure = WorkoutSelection::measures[index];
+    const WorkoutSelection::Total& total = selection.totals[index];
+    const std::string_view label = measure.label.in(lang);
+    if (total.count == 0) {
+      lines.add(filled(notRecordedLine.in(lang), {label}));
+    } else {
+      lines.add(
+          filled(totalLine.in(lang),
+                 {label, Tools::fmt(total.sum), measure.unit, std::to_string(total.count), count}));
+    }
+  }
+}
+
+void addLists(Lines& lines, const Selection& selection, SummaryLang lang) {
+  const auto counted = [lang](const WorkoutSelection::ActivityCount& activity) {
+    return activityName(activity.first, lang) + "×" + std::to_string(activity.second);
+  };
+  const auto named = [lang](const auto& activity) {
+    return activity.first + " (" + activityName(activity.first, lang) + ")";
+  };
+  lines.add(byActivity.in(lang), joined(selection.byActivity, ", ", counted));
+  lines.add("available_activities: ", joined(selection.availableActivities, ", ", named));
+  lines.add("available_sources: ", joined(selection.availableSources, ", "));
+}
+
+void addPagination(Lines& lines, const Query& query, const Selection& selection) {
+  const std::string next =
+      selection.nextOffset ? ", next_offset=" + std::to_string(*selection.nextOffset) : "";
+  lines.add("offset=",
+            std::to_string(query.page.offset),
+            ", returned_count=",
+            std::to_string(selection.page.size()),
+            ", total_count=",
+            std::to_string(selection.totalCount),
+            ", order=",
+            WorkoutList::rawValue(query.order),
+            ", has_more=",
+            selection.nextOffset ? "true" : "false",
+            next);
+}
+
+/// What a status means, in brackets behind it; "" where the status says it all.
+std::string explanation(std::string_view status, SummaryLang lang) {
+  if (status == "valid" || status == "legacy_unverified") return "";
+  const Phrase& meaning = status == "unverified_scale" ? unverifiedScale : invalidReading;
+  return " (" + std::string(meaning.in(lang)) + ")";
+}
+
+/// The shortest decimal that reads back as `value`, without an exponent.
+std::string shortest(double value) {
+  std::array<char, 512> text{};  // the smallest numbers have some 330 digits
+  const auto [end, error] =
+      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
+  return error == std::errc() ? std::string(text.data(), end) : std::string();
+}
+
+void addHumidity(Lines& lines, const WorkoutHumidity& reading, SummaryLang lang) {
+  const std::string status(reading.status());
+  constexpr const char* absent = "null";
+  lines.add("    humidity_status=",
+            status,
+            explanation(status, lang),
+            ", raw_value=",
+            reading.raw_value ? shortest(*reading.raw_value) : absent,
+            ", raw_text=",
+            reading.raw_text.value_or(absent),
+            ", encoding=",
+            reading.encoding,
+            ", source_bundle_id=",
+            reading.source_bundle_id.value_or(absent),
+            ", source_version=",
+            reading.source_version.value_or(absent));
+}
+
+void addWorkout(Lines& lines, const WorkoutEntry& workout, SummaryLang lang) {
+  std::string heading = "· " + activityName(workout.activity_type, lang);
+  if (workout.indoor) {
+    heading += " · " + std::string((*workout.indoor ? indoorWord : outdoorWord).in(lang));
+  }
+  lines.add(heading);
+  lines.add("    start=", workout.start, ", end=", workout.end, ", source=", workout.source);
+  for (const WorkoutSelection::Measure& measure : WorkoutSelection::measures) {
+    const std::optional<double> value = measure.read(workout);
+    if (value) {
+      lines.add("    ", measure.label.in(lang), ": ", Tools::fmt(*value), " ", measure.unit);
+    }
+  }
+  lines.add("    workout_id=", workout.workout_id());
+  if (const auto reading = workout.humidityReading()) addHumidity(lines, *reading, lang);
+}
+
+}  // namespace
+
+std::string WorkoutListText::text(const Query& query, const Selection& selection,
+                                  const std::string& coverage, SummaryLang lang) {
+  Lines lines;
+  lines.add(Tools::header(query.member, lang));
+  lines.add(rangeAndFilters(query, lang));
+  addTotals(lines, selection, lang);
+  addLists(lines, selection, lang);
+  addPagination(lines, query, selection);
+  if (selection.totalCount == 0) {
+    lines.add(nothingMatches.in(lang));
+  } else if (selection.page.empty()) {
+    lines.add(emptyPage.in(lang));
+  }
+  for (const WorkoutEntry& workout : selection.page) addWorkout(lines, workout, lang);
+  lines.add("");
+  lines.add(WorkoutList::closingNote.in(lang));
+  lines.add("");
+  lines.add(coverage);
+  return lines.joined();
+}

@@ -1,0 +1,16 @@
+#pragma once
+// get_workouts as text for reading.
+
+#include "summary/SummaryLang.h"
+#include "mcp/tools/WorkoutList.h"
+#include "mcp/tools/WorkoutSelection.h"
+
+#include <string>
+
+namespace WorkoutListText {
+
+/// The answer, line by line. `coverage` is the member's coverage notice.
+std::string text(const WorkoutList::Query& query, const WorkoutSelection::Selection& selection,
+                 const std::string& coverage, SummaryLang lang);
+
+}  // namespace WorkoutListText

@@ -1,0 +1,21 @@
+#include "sample/export/ExportDocument.h"
+
+#include <cstddef>
+
+ExportDocument::ExportDocument(const Person& person, const HistoryRequest& request, Stamp exported,
+                               UnitSystem units, Progress& progress)
+    : history(person, request), writer(person, units, progress) {
+  writer.open(exported);
+}
+
+std::string_view ExportDocument::nextPiece() {
+  constexpr std::size_t worthwhile = 65536;
+  // The opening waits for the first call; every later one begins a new piece.
+  if (taken) writer.clear();
+  taken = true;
+  while (!closed && writer.text().size() < worthwhile) {
+    closed = !history.tellNextDay(writer);
+    if (closed) writer.close();
+  }
+  return writer.text();
+}

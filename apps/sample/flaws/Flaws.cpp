@@ -1,0 +1,244 @@
+#include "sample/flaws/Flaws.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace {
+
+using enum FlawKind;
+
+constexpr std::array table{
+    FlawRow{Flaw::repeatedAttributes,
+            "repeated-attributes",
+            {.zh = "WorkoutStatistics 里 startDate 写了两次，第二个其实是结束时间",
+             .en = "WorkoutStatistics with startDate twice; the second is the end"},
+            records,
+            true},
+    FlawRow{Flaw::controlCharacters,
+            "control-characters",
+            {.zh = "名称里有 XML 不允许的控制字符，有的是字符本身，有的是 &#11;",
+             .en = "names with control characters that XML forbids, as they are and as &#11;"},
+            records,
+            true},
+    FlawRow{Flaw::workoutActivities,
+            "workout-activities",
+            {.zh = "训练里有 WorkoutActivity，它自带一份相同的统计",
+             .en = "a WorkoutActivity inside each workout, with the same statistics once more"},
+            records,
+            true},
+    FlawRow{Flaw::deviceAddresses,
+            "device-addresses",
+            {.zh = "device 里有内存地址，每条记录都不同",
+             .en = "a memory address in each device, never the same"},
+            records,
+            true},
+    FlawRow{Flaw::eightTimes,
+            "eight-times",
+            {.zh = "一部分记录连写八遍", .en = "some records stand there eight times"},
+            records,
+            true},
+    FlawRow{Flaw::mixedUnits,
+            "mixed-units",
+            {.zh = "同一类型有多种单位：Cal、kcal、kJ，mi、km、m，lb、st、kg，mmol<…>/L",
+             .en = "several units of one type: Cal, kcal, kJ; mi, km, m; lb, st, kg; mmol<...>/L"},
+            records,
+            true},
+    FlawRow{Flaw::correlations,
+            "correlations",
+            {.zh = "Correlation 里的记录在外面也各有一条",
+             .en = "a Correlation whose records stand outside it as well"},
+            records,
+            true},
+    FlawRow{Flaw::workoutTotals,
+            "workout-totals",
+            {.zh = "训练的合计写在属性里、两处都有或者都没有",
+             .en = "workouts with totals in attributes, in both places and in neither"},
+            records,
+            true},
+    FlawRow{Flaw::bareNames,
+            "bare-names",
+            {.zh = "类型名没有常见的前缀，有的记录没有数值和单位",
+             .en = "types without the usual prefix, and records without value or unit"},
+            records,
+            true},
+    FlawRow{Flaw::twoSleepPrograms,
+            "two-sleep-programs",
+            {.zh = "同一夜由两个程序记录，新旧睡眠阶段名称都有",
+             .en = "one night told by two programs, with the old and the new names of stages"},
+            records,
+            true},
+    FlawRow{Flaw::oldRings,
+            "old-rings",
+            {.zh = "活动圆环以 kJ 计，并用旧属性名 appleMoveMinutes",
+             .en = "activity rings in kJ, with the old name appleMoveMinutes"},
+            records,
+            true},
+    FlawRow{Flaw::noNumbers,
+            "no-numbers",
+            {.zh = "数值是 NaN、1e309、空文本或“72,5”",
+             .en = "values that are NaN, 1e309, empty or \"72,5\""},
+            records,
+            true},
+    FlawRow{Flaw::twelveHourStamps,
+            "twelve-hour-stamps",
+            {.zh = "十二小时制的时间戳，PM 前面是 U+202F",
+             .en = "stamps of twelve-hour clocks, with U+202F before PM"},
+            records,
+            true},
+    FlawRow{Flaw::otherElements,
+            "other-elements",
+            {.zh = "有 Audiogram、VisionPrescription 和 ClinicalRecord",
+             .en = "Audiogram, VisionPrescription and ClinicalRecord"},
+            records,
+            true},
+    FlawRow{Flaw::brokenDocumentType,
+            "broken-document-type",
+            {.zh = "文档类型里有没写完的 ATTLIST，结尾处还有多余的内容",
+             .en = "a document type with an ATTLIST that never closes and rubbish at its end"},
+            document,
+            true},
+    FlawRow{Flaw::noExportDate,
+            "no-export-date",
+            {.zh = "没有 ExportDate", .en = "no ExportDate"},
+            document,
+            true},
+    FlawRow{Flaw::noMe, "no-me", {.zh = "没有 Me", .en = "no Me"}, document, true},
+    FlawRow{Flaw::otherNames,
+            "other-names",
+            {.zh = "压缩包里的文件夹和 XML 用了别的名称",
+             .en = "an archive whose folder and XML have other names"},
+            archive,
+            true},
+    FlawRow{Flaw::macTwins,
+            "mac-twins",
+            {.zh = "压缩包里有 __MACOSX 文件夹和“._”开头的同名文件",
+             .en = "an archive with a folder __MACOSX and twins that begin with \"._\""},
+            archive,
+            true},
+    FlawRow{Flaw::storedEntry,
+            "stored-entry",
+            {.zh = "压缩包里的 XML 没有压缩", .en = "an archive whose XML is not compressed"},
+            archive,
+            true},
+    FlawRow{Flaw::dataDescriptor,
+            "data-descriptor",
+            {.zh = "压缩包把大小和校验和写在数据之后",
+             .en = "an archive that tells sizes and checksum behind the data"},
+            archive,
+            true},
+    FlawRow{Flaw::zip64,
+            "zip64",
+            {.zh = "不大的压缩包也用 ZIP64 格式", .en = "a ZIP64 archive, although it is small"},
+            archive,
+            true},
+    FlawRow{Flaw::cdaBeside,
+            "cda-beside",
+            {.zh = "压缩包里先有一份残缺的 export_cda.xml",
+             .en = "an archive with a malformed export_cda.xml before the export"},
+            archive,
+            true},
+    FlawRow{Flaw::otherFiles,
+            "other-files",
+            {.zh = "压缩包里还有路线、心电图和临床记录文件",
+             .en = "an archive with files of routes, ECGs and clinical records"},
+            archive,
+            true},
+    FlawRow{Flaw::entityBomb,
+            "entity-bomb",
+            {.zh = "实体逐层展开，总长达十亿字符",
+             .en = "entities that expand to a thousand million characters"},
+            document,
+            false},
+    FlawRow{Flaw::cdaAlone,
+            "cda-alone",
+            {.zh = "只有 export_cda.xml，没有 export.xml",
+             .en = "export_cda.xml alone, without the export.xml"},
+            document,
+            false},
+    FlawRow{Flaw::cutOff,
+            "cut-off",
+            {.zh = "文件在中间断了", .en = "a file that ends in its middle"},
+            document,
+            false},
+    FlawRow{Flaw::empty,
+            "empty",
+            {.zh = "空的压缩包或空文件", .en = "an empty archive or file"},
+            document,
+            false},
+    FlawRow{Flaw::cloudStub,
+            "cloud-stub",
+            {.zh = "文件还在云盘里，只有“.名称.icloud”占位",
+             .en = "a file still in a cloud drive: only \".NAME.icloud\" lies there"},
+            document,
+            false},
+    FlawRow{Flaw::utf16,
+            "utf-16",
+            {.zh = "UTF-16 编码，没有字节顺序标记", .en = "UTF-16 without a byte order mark"},
+            document,
+            false},
+    FlawRow{Flaw::utf16Mark,
+            "utf-16-mark",
+            {.zh = "UTF-16 编码，有字节顺序标记", .en = "UTF-16 with a byte order mark"},
+            document,
+            false},
+    FlawRow{Flaw::otherEncoding,
+            "other-encoding",
+            {.zh = "windows-1252 编码，并照此声明", .en = "windows-1252, as its declaration says"},
+            document,
+            false},
+};
+
+/// Whether the row at each position is that of the flaw with the same number.
+constexpr bool inOrder() {
+  for (std::size_t index = 0; index < table.size(); ++index) {
+    if (static_cast<std::size_t>(table[index].flaw) != index) return false;
+  }
+  return true;
+}
+static_assert(inOrder());
+static_assert(table.back().flaw == Flaw::otherEncoding, "every flaw has its row");
+static_assert(std::ranges::all_of(table,
+                                  [](const FlawRow& row) { return inBothLanguages(row.text); }));
+
+}  // namespace
+
+std::span<const FlawRow> Flaws::rows() { return table; }
+
+const FlawRow& Flaws::rowOf(Flaw flaw) { return table.at(static_cast<std::size_t>(flaw)); }
+
+std::optional<Flaw> Flaws::named(std::string_view name) {
+  const auto found = std::ranges::find(table, name, &FlawRow::name);
+  if (found == table.end()) return std::nullopt;
+  return found->flaw;
+}
+
+FlawSet Flaws::readable(bool isArchive) {
+  FlawSet flaws;
+  for (const FlawRow& row : table) {
+    if (row.readable && (isArchive || row.kind != FlawKind::archive)) flaws.insert(row.flaw);
+  }
+  return flaws;
+}
+
+std::string Flaws::names(const FlawSet& flaws) {
+  std::string text;
+  for (const Flaw flaw : flaws) {
+    if (!text.empty()) text += ", ";
+    text += rowOf(flaw).name;
+  }
+  return text;
+}
+
+std::string Flaws::list(SummaryLang lang) {
+  const std::size_t width =
+      std::ranges::max(table, {}, [](const FlawRow& row) { return row.name.size(); }).name.size();
+  std::string text;
+  for (const FlawRow& row : table) {
+    text += row.name;
+    text.append(width - row.name.size() + 2, ' ');
+    text += row.text.in(lang);
+    text += '\n';
+  }
+  return text;
+}

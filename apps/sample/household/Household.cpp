@@ -1,0 +1,105 @@
+#include "sample/household/Household.h"
+#include "platform/ControlProtocol.h"
+#include "platform/Locale.h"
+#include "sample/life/History.h"
+#include "sample/household/Imported.h"
+#include "sample/life/Person.h"
+#include "sample/household/RecordWriter.h"
+#include "sample/household/RosterWriter.h"
+#include "store/HealthStore.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace {
+
+void refuseExisting(const std::filesystem::path& path) {
+  if (!std::filesystem::exists(path)) return;
+  throw ReceiverError(path.string() + " exists already, and a data root is never written over");
+}
+
+/// The statistics of a phone alone are left unbuilt, as by a receiver from before there were any.
+RecordWriter::Statistics statisticsOf(const Person& person) {
+  return person.kind == Person::Kind::phoneAlone ? RecordWriter::Statistics::missing
+                                                 : RecordWriter::Statistics::built;
+}
+
+/// Writes people's databases, the way the options want it.
+class Writing {
+public:
+  Writing(std::ostream& report, Progress& progress, Logger& log)
+      : report(report), progress(progress), log(log) {}
+
+  /// As the receiver application leaves the database.
+  void received(const Person& person, const HistoryRequest& request,
+                const std::filesystem::path& database) {
+    write(person, database, [&](RecordWriter& writer) {
+      tellHistory(person, request, writer);
+      writer.finish(statisticsOf(person));
+    });
+  }
+
+  /// As an import of the person's export leaves it. Returns the history's first day, if any.
+  std::optional<std::string> imported(const Person& person, const HistoryRequest& request,
+                                      const std::filesystem::path& database) {
+    std::optional<std::string> first;
+    write(person, database, [&](RecordWriter& writer) {
+      Imported imported(writer, person.home);
+      tellHistory(person, request, imported);
+      writer.noteImportZone(nameOf(person.home));
+      writer.finish(RecordWriter::Statistics::built);
+      first = imported.firstDay();
+    });
+    return first;
+  }
+
+private:
+  template <typename Tell>
+  void write(const Person& person, const std::filesystem::path& database, Tell tell) {
+    HealthStore store(database.string(), {.createIfMissing = true, .readOnly = false}, log);
+    RecordWriter writer(store, progress);
+    progress.begin(person.name);
+    tell(writer);
+    progress.end();
+    report << memberReport(person, writer.records(), writer.workouts()) << std::endl;
+  }
+
+  std::ostream& report;
+  Progress& progress;
+  Logger& log;
+};
+
+}  // namespace
+
+std::string memberReport(const Person& person, std::int64_t records, std::int64_t workouts) {
+  return person.name + " (" + person.id + "): " + grouped(records, DigitGrouping{}) + " records, " +
+         grouped(workouts, DigitGrouping{}) + " workouts";
+}
+
+void writeHousehold(const Options& options, CivilDay today, std::ostream& report,
+                    Progress& progress, Logger& log) {
+  const std::filesystem::path root = std::filesystem::absolute(options.out).lexically_normal();
+  const std::filesystem::path rosterPath = root / "members.json";
+  const std::vector<Person> people = household(options.members);
+  refuseExisting(rosterPath);
+  for (const Person& person : people) refuseExisting(databasePath(root, person));
+
+  HistoryRequest request{
+      .today = today, .years = options.years, .seed = options.seed, .records = options.records};
+  Writing writing(report, progress, log);
+  Roster::File roster{.version = 1, .members = {}};
+  for (const Person& person : people) {
+    const std::filesystem::path database = databasePath(root, person);
+    if (options.asImported) {
+      const std::optional<std::string> first = writing.imported(person, request, database);
+      roster.members.push_back(importedMemberOf(person, request, database, first));
+    } else {
+      writing.received(person, request, database);
+      roster.members.push_back(memberOf(person, roster.members.size(), request, database));
+    }
+    request.records.reset();  // the wish is for the first member alone
+  }
+  writeRoster(rosterPath, roster);
+}

@@ -1,0 +1,57 @@
+#pragma once
+// Writes a life into a member's database, as the receiver application would.
+
+#include "sample/Progress.h"
+#include "sample/life/Sample.h"
+#include "store/HealthStore.h"
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+
+/// Inserts into a writable store, in transactions of many rows. Failures leave as ReceiverError.
+class RecordWriter final : public RecordSink {
+public:
+  /// Whether the tables of statistics are left as a receiver leaves them after its run, or as an
+  /// older one that never built them.
+  enum class Statistics { built, missing };
+
+  /// Begins writing. `store` is new and empty; both outlive the writer.
+  RecordWriter(HealthStore& store, Progress& progress);
+
+  void add(const Sample& sample) override;
+  void add(const Workout& workout) override;
+
+  /// Notes the name of the zone that an import put all stamps in, where the next one looks for it.
+  void noteImportZone(std::string_view name);
+
+  /// Writes what remains. The writer takes nothing more.
+  void finish(Statistics statistics);
+
+  std::int64_t records() const { return recordCount; }
+  std::int64_t workouts() const { return workoutCount; }
+
+private:
+  struct Tally {
+    std::int64_t count = 0;
+    std::string last;  ///< latest start, as text
+  };
+  using Tallies = std::map<std::string, Tally, std::less<>>;
+
+  static void count(Tallies& tallies, std::string_view key, std::string_view start);
+  void run(const char* sql);
+  void insertTallies(const char* sql, const Tallies& tallies);
+
+  HealthStore& store;
+  Progress& progress;
+  Statement insertSample;
+  Statement insertWorkout;
+  Statement insertHumidity;
+  const char* boundType = nullptr;  ///< in `insertSample`: neighbours share type and source
+  const Source* boundSource = nullptr;
+  Tallies types;
+  Tallies sources;
+  std::int64_t recordCount = 0;
+  std::int64_t workoutCount = 0;
+};

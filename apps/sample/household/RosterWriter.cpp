@@ -1,0 +1,180 @@
+#include "sample/household/RosterWriter.h"
+#include "platform/AppleFormat.h"
+#include "platform/Files.h"
+#include "sample/life/Random.h"
+
+#include <fcntl.h>
+#include <nlohmann/json.hpp>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <system_error>
+
+std::filesystem::path databasePath(const std::filesystem::path& dataRoot, const Person& person) {
+  return dataRoot / "members" / person.id / "health.db";
+}
+
+namespace {
+
+constexpr double dayLength = 86400;
+
+/// 32 hexadecimal digits that look like a device's token and open nothing.
+std::string tokenOf(const Person& person, std::uint64_t seed, std::string_view device) {
+  Random random = Random(seed).fork(person.id).fork("token").fork(device);
+  char digits[33];
+  std::snprintf(digits,
+                sizeof digits,
+                "%016llx%016llx",
+                static_cast<unsigned long long>(random.next()),
+                static_cast<unsigned long long>(random.next()));
+  return digits;
+}
+
+std::string dayText(CivilDay day) { return AppleFormat::dayParser.text(day); }
+
+/// A phone with everything known about it, and the one it replaced, of which little is.
+std::vector<PairedDevice> phonesOf(const Person& person, const HistoryRequest& request,
+                                   double sync) {
+  const std::string first = dayText(firstDay(person, request));
+  return {{.token = tokenOf(person, request.seed, "phone"),
+           .model = "iPhone14,5",
+           .deviceName = person.name + "\u2019s iPhone",
+           .pairedAt = sync - 200 * dayLength,
+           .lastSeenAt = sync + 12.5,
+           .history = HistoryHint{.through = dayText(request.today), .earliest = first},
+           .key = tokenOf(person, request.seed, "key")},
+          {.token = tokenOf(person, request.seed, "old phone"),
+           .model = "iPhone11,8",
+           .deviceName = std::nullopt,
+           .pairedAt = sync - 700 * dayLength,
+           .lastSeenAt = std::nullopt,
+           .history = std::nullopt,
+           .key = std::nullopt}};
+}
+
+PairedDevice onlyPhoneOf(const Person& person, const HistoryRequest& request, double sync) {
+  return {.token = tokenOf(person, request.seed, "phone"),
+          .model = std::nullopt,
+          .deviceName = person.name + "\u2019s iPhone",
+          .pairedAt = sync - 30 * dayLength,
+          .lastSeenAt = sync,
+          .history = HistoryHint{.through = dayText(request.today), .earliest = std::nullopt},
+          .key = std::nullopt};
+}
+
+/// Ann's history is complete; that of later members with a watch is still on its way.
+BackfillState backfillWithWatch(const Person& person, std::size_t position,
+                                const HistoryRequest& request) {
+  const CivilDay first = firstDay(person, request);
+  if (position == 0) {
+    return {.frontier = dayText(first),
+            .earliest = dayText(first),
+            .done = true,
+            .completeFrom = dayText(first)};
+  }
+  return {.frontier = dayText(first),
+          .earliest = dayText(AppleFormat::daysBefore(first, 900)),
+          .done = false,
+          .completeFrom = dayText(AppleFormat::daysBefore(first, -30))};
+}
+
+/// Ben's phone came before backfills were kept track of; later phones have finished theirs.
+std::optional<BackfillState> backfillOfPhone(std::size_t position) {
+  if (position == 1) return std::nullopt;
+  return BackfillState{.frontier = std::nullopt,
+                       .earliest = std::nullopt,
+                       .done = true,
+                       .completeFrom = std::nullopt};
+}
+
+}  // namespace
+
+Member memberOf(const Person& person, std::size_t position, const HistoryRequest& request,
+                const std::filesystem::path& database) {
+  const auto sync = static_cast<double>(lastSync(request.today).moment);
+  Member member{.id = person.id,
+                .name = person.name,
+                .dbPath = database.string(),
+                .createdAt = sync - 700 * dayLength,
+                .lastSyncAt = sync,
+                .devices = {},
+                .backfill = std::nullopt};
+  switch (person.kind) {
+    case Person::Kind::watchAndPhone:
+      member.devices = phonesOf(person, request, sync);
+      member.backfill = backfillWithWatch(person, position, request);
+      break;
+    case Person::Kind::phoneAlone:
+      member.createdAt = sync - 30 * dayLength;
+      member.devices = {onlyPhoneOf(person, request, sync)};
+      member.backfill = backfillOfPhone(position);
+      break;
+    case Person::Kind::justPaired:
+      member.createdAt = sync - 90;
+      member.lastSyncAt.reset();
+      member.devices = {{.token = tokenOf(person, request.seed, "phone"),
+                         .model = std::nullopt,
+                         .deviceName = std::nullopt,
+                         .pairedAt = sync - 60,
+                         .lastSeenAt = std::nullopt,
+                         .history = std::nullopt,
+                         .key = std::nullopt}};
+      member.backfill = BackfillState{.frontier = dayText(request.today),
+                                      .earliest = "2019-05-02",
+                                      .done = false,
+                                      .completeFrom = std::nullopt};
+      break;
+  }
+  return member;
+}
+
+Member importedMemberOf(const Person& person, const HistoryRequest& request,
+                        const std::filesystem::path& database,
+                        const std::optional<std::string>& firstDay) {
+  const auto exported = static_cast<double>(lastSync(request.today).moment);
+  return {.id = person.id,
+          .name = person.name,
+          .dbPath = database.string(),
+          .createdAt = exported,
+          .lastSyncAt = exported,
+          .devices = {},
+          .backfill = BackfillState{
+              .frontier = firstDay, .earliest = firstDay, .done = true, .completeFrom = firstDay}};
+}
+
+namespace {
+
+/// A file descriptor, closed by the destructor.
+class NewFile {
+public:
+  explicit NewFile(const std::filesystem::path& path)
+      : descriptor(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600)) {
+    if (descriptor < 0) throw std::system_error(errno, std::generic_category(), path.string());
+  }
+  ~NewFile() { close(descriptor); }
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+
+  void write(std::string_view bytes) const {
+    if (!writeAll(descriptor, bytes) || fsync(descriptor) != 0) {
+      throw std::system_error(errno, std::generic_category(), "write");
+    }
+  }
+
+private:
+  int descriptor;
+};
+
+}  // namespace
+
+void writeRoster(const std::filesystem::path& path, const Roster::File& file) {
+  std::filesystem::path unfinished = path;
+  unfinished += ".new";
+  std::filesystem::remove(unfinished);  // what an interrupted run left
+  NewFile(unfinished).write(nlohmann::ordered_json(file).dump(2) + "\n");
+  std::filesystem::rename(unfinished, path);
+}

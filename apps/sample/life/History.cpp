@@ -1,0 +1,132 @@
+#include "sample/life/History.h"
+#include "sample/life/Day.h"
+#include "sample/life/Measurements.h"
+#include "sample/life/Movement.h"
+#include "sample/life/Pulse.h"
+#include "sample/life/Sleep.h"
+#include "sample/life/Training.h"
+#include "sample/life/Weighing.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int hour = 3600;
+
+/// Lets pass what had ended when the phone last synced.
+class UntilSync final : public RecordSink {
+public:
+  UntilSync(RecordSink& sink, Stamp sync) : sink(sink), sync(sync) {}
+
+  void add(const Sample& sample) override {
+    if (sample.end.moment <= sync.moment) sink.add(sample);
+  }
+  void add(const Workout& workout) override {
+    if (workout.end.moment <= sync.moment) sink.add(workout);
+  }
+
+private:
+  RecordSink& sink;
+  Stamp sync;
+};
+
+class Counter final : public RecordSink {
+public:
+  void add(const Sample&) override { ++samples; }
+  void add(const Workout&) override {}
+
+  std::int64_t samples = 0;
+};
+
+/// Tells what happened on `date`, which `sessions` sessions of training came before; counts them
+/// on.
+void tellDay(const Person& person, const HistoryContext& context, CivilDay date, int& sessions,
+             RecordSink& sink) {
+  const Day day = dayOf(person, context, date, sessions);
+  tellMovement(day, sink);
+  tellPulse(day, sink);
+  tellMeasurements(day, sink);
+  tellWeighing(day, sink);
+  tellTraining(day, sink);
+  tellNight(day, sink);
+  if (day.session) ++sessions;
+}
+
+/// A weight that was typed in with a date nine days ahead.
+void tellMisdated(const Person& person, CivilDay today, RecordSink& sink) {
+  if (!person.devices.byHand) return;
+  const Stamp moment = midnight(person.home, AppleFormat::daysBefore(today, -9)).after(8 * hour);
+  sink.add(Sample{.type = "BodyMass",
+                  .source = &*person.devices.byHand,
+                  .unit = "kg",
+                  .start = moment,
+                  .end = moment,
+                  .value = Decimal::nearest(81, 0)});
+}
+
+std::int64_t samplesAt(double density, const Person& person, HistoryContext context, Stamp sync) {
+  context.density = density;
+  Counter counter;
+  UntilSync untilSync(counter, sync);
+  int sessions = 0;
+  for (CivilDay date = context.first; date <= context.last;
+       date = AppleFormat::daysBefore(date, -1)) {
+    tellDay(person, context, date, sessions, untilSync);
+  }
+  return counter.samples;
+}
+
+/// The density at which the history has about `wanted` samples. Up to the natural one everything
+/// becomes rarer by the same factor; beyond it the bulk alone becomes denser, in proportion.
+double densityFor(std::int64_t wanted, const Person& person, HistoryContext context, Stamp sync) {
+  const auto natural = static_cast<double>(samplesAt(1, person, context, sync));
+  const auto target = static_cast<double>(wanted);
+  if (target <= natural) return target / natural;
+  const double bulk = static_cast<double>(samplesAt(2, person, context, sync)) - natural;
+  return 1 + (target - natural) / std::max(1.0, bulk);
+}
+
+}  // namespace
+
+CivilDay firstDay(const Person& person, const HistoryRequest& request) {
+  // Short enough to be taken for a history that is still coming in.
+  constexpr int daysOfPhone = 380;
+  if (person.kind != Person::Kind::watchAndPhone) {
+    return AppleFormat::daysBefore(request.today, daysOfPhone);
+  }
+  CivilDay day = request.today;
+  for (int year = 0; year < request.years; ++year) day = AppleFormat::yearBefore(day);
+  return day;
+}
+
+Stamp lastSync(CivilDay today) { return midnight(Zone::shanghai, today).after(7 * hour); }
+
+History::History(const Person& person, const HistoryRequest& request)
+    : person(person),
+      context{.first = firstDay(person, request),
+              .last = request.today,
+              .density = 1,
+              .seed = request.seed},
+      sync(lastSync(request.today)),
+      date(context.first),
+      ended(person.kind == Person::Kind::justPaired) {
+  if (request.records && !ended) {
+    context.density = densityFor(*request.records, person, context, sync);
+  }
+}
+
+bool History::tellNextDay(RecordSink& sink) {
+  if (ended) return false;
+  UntilSync untilSync(sink, sync);
+  tellDay(person, context, date, sessions, untilSync);
+  ended = date == context.last;
+  if (ended) tellMisdated(person, context.last, sink);
+  date = AppleFormat::daysBefore(date, -1);
+  return true;
+}
+
+void tellHistory(const Person& person, const HistoryRequest& request, RecordSink& sink) {
+  History history(person, request);
+  while (history.tellNextDay(sink)) {
+  }
+}
