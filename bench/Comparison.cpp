@@ -1,9 +1,9 @@
 #include "Comparison.h"
 #include "AddedWorkout.h"
 #include "Days.h"
+#include "mcp/tools/Resources.h"
 #include "platform/AppleFormat.h"
 #include "store/HealthStore.h"
-#include "mcp/tools/Resources.h"
 
 #include <nlohmann/json.hpp>
 

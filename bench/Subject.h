@@ -1,10 +1,10 @@
 #pragma once
 // The household under test and its only member.
 
+#include "mcp/tools/Tools.h"
 #include "platform/Clock.h"
 #include "platform/Logger.h"
 #include "roster/Roster.h"
-#include "mcp/tools/Tools.h"
 
 #include <nlohmann/json_fwd.hpp>
 

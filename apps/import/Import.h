@@ -4,8 +4,8 @@
 #include "import/ImportCommandLine.h"
 #include "import/ImportProgress.h"
 #include "import/ImportReport.h"
-#include "import/database/ImportWriter.h"
 #include "import/Interruption.h"
+#include "import/database/ImportWriter.h"
 #include "platform/Clock.h"
 #include "summary/SummaryLang.h"
 

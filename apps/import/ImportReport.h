@@ -1,9 +1,9 @@
 #pragma once
 // What an import says when it has ended.
 
-#include "import/xml/ExportFile.h"
 #include "import/database/ImportTally.h"
 #include "import/export/Irregularities.h"
+#include "import/xml/ExportFile.h"
 #include "summary/SummaryLang.h"
 
 #include <optional>

@@ -1,9 +1,9 @@
 #pragma once
 // The lines of a report about an export, and those that all such reports have in common.
 
-#include "import/xml/ExportFile.h"
 #include "import/database/ImportTally.h"
 #include "import/export/Irregularities.h"
+#include "import/xml/ExportFile.h"
 #include "platform/Locale.h"
 #include "platform/Text.h"
 #include "summary/SummaryLang.h"

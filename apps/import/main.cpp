@@ -1,14 +1,14 @@
 // larkspur-import: start-up. Reads the command line and the machine's language, and leaves the rest
 // to the import.
 
-#include "import/census/CensusText.h"
-#include "import/census/Check.h"
 #include "import/Import.h"
 #include "import/ImportConfinement.h"
 #include "import/ImportError.h"
 #include "import/Interruption.h"
 #include "import/StopSignals.h"
 #include "import/SystemFailure.h"
+#include "import/census/CensusText.h"
+#include "import/census/Check.h"
 #include "platform/AppLanguage.h"
 #include "platform/Clock.h"
 #include "platform/ControlProtocol.h"

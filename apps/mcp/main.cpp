@@ -1,13 +1,13 @@
 // Start-up: the command line, the objects, the loop.
 
+#include "mcp/server/CommandLine.h"
+#include "mcp/server/MCPServer.h"
 #include "platform/AppLanguage.h"
 #include "platform/Clock.h"
 #include "platform/ControlProtocol.h"
 #include "platform/Files.h"
 #include "platform/MemoryReserve.h"
 #include "platform/System.h"
-#include "mcp/server/CommandLine.h"
-#include "mcp/server/MCPServer.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

@@ -6,11 +6,11 @@
 #include "platform/Clock.h"
 #include "platform/Logger.h"
 #include "platform/System.h"
+#include "sample/Options.h"
+#include "sample/Progress.h"
 #include "sample/export/Export.h"
 #include "sample/flaws/Flaws.h"
 #include "sample/household/Household.h"
-#include "sample/Options.h"
-#include "sample/Progress.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

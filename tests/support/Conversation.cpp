@@ -1,6 +1,6 @@
 #include "support/Conversation.h"
-#include "platform/Files.h"
 #include "mcp/server/MCPServer.h"
+#include "platform/Files.h"
 
 #include <nlohmann/json.hpp>
 

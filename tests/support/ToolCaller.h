@@ -1,12 +1,12 @@
 #pragma once
 // Calls of tools, and of the functions they are made of, without a server.
 
+#include "mcp/tools/MCPError.h"
+#include "mcp/tools/Tools.h"
 #include "platform/Logger.h"
 #include "roster/Roster.h"
 #include "summary/SummaryLang.h"
 #include "support/Household.h"
-#include "mcp/tools/MCPError.h"
-#include "mcp/tools/Tools.h"
 
 #include <nlohmann/json.hpp>
 

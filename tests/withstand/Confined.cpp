@@ -7,9 +7,9 @@
 // and to standard output "done", or the system's words for its refusal.
 
 #include "import/ImportConfinement.h"
+#include "mcp/server/Confinement.h"
 #include "platform/Clock.h"
 #include "roster/Roster.h"
-#include "mcp/server/Confinement.h"
 
 #include <arpa/inet.h>
 #include <fcntl.h>

@@ -1,9 +1,9 @@
 // What the kernel refuses to the server, and that nothing it is asked for is among it.
 
+#include "mcp/server/MCPServer.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/Text.h"
-#include "mcp/server/MCPServer.h"
 #include "support/ChildProcess.h"
 #include "support/EnvironmentGuard.h"
 #include "support/WellFormed.h"

@@ -1,11 +1,11 @@
 #pragma once
 // What kinds of things an export holds, and how many of each.
 
-#include "import/xml/ExportFile.h"
+#include "import/database/ImportTally.h"
 #include "import/export/ExportSink.h"
 #include "import/export/FirstUnits.h"
-#include "import/database/ImportTally.h"
 #include "import/export/Irregularities.h"
+#include "import/xml/ExportFile.h"
 #include "platform/Stamp.h"
 
 #include <compare>

@@ -1,7 +1,7 @@
 #include "import/census/Check.h"
-#include "import/xml/ExportFile.h"
-#include "import/export/ExportReader.h"
 #include "import/census/FormatVersion.h"
+#include "import/export/ExportReader.h"
+#include "import/xml/ExportFile.h"
 
 #include <cstddef>
 #include <cstdint>

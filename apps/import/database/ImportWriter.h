@@ -1,9 +1,9 @@
 #pragma once
 // Puts an export into a member's database.
 
+#include "import/database/ImportTally.h"
 #include "import/export/ExportSink.h"
 #include "import/export/FirstUnits.h"
-#include "import/database/ImportTally.h"
 #include "store/Database.h"
 
 #include <array>

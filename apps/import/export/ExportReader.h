@@ -1,13 +1,13 @@
 #pragma once
 // Reads the XML of an export and tells a sink what it holds.
 
-#include "import/xml/Attributes.h"
 #include "import/export/ExportSink.h"
 #include "import/export/Irregularities.h"
 #include "import/export/LocalStamps.h"
+#include "import/export/WorkoutParts.h"
+#include "import/xml/Attributes.h"
 #include "import/xml/Prolog.h"
 #include "import/xml/RepeatedAttributes.h"
-#include "import/export/WorkoutParts.h"
 #include "import/xml/XmlEncoding.h"
 #include "import/xml/XmlParser.h"
 #include "import/xml/XmlText.h"

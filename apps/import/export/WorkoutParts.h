@@ -1,10 +1,10 @@
 #pragma once
 // A workout under way: its own attributes, then what its parts add.
 
-#include "import/xml/Attributes.h"
 #include "import/export/ExportSink.h"
 #include "import/export/LocalStamps.h"
 #include "import/export/Units.h"
+#include "import/xml/Attributes.h"
 
 #include <optional>
 #include <string>

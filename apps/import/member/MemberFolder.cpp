@@ -1,6 +1,6 @@
 #include "import/member/MemberFolder.h"
-#include "import/member/DurableFile.h"
 #include "import/ImportError.h"
+#include "import/member/DurableFile.h"
 #include "platform/Files.h"
 
 #include <sodium.h>

@@ -1,8 +1,8 @@
 #pragma once
 // The file or folder that the Health app's export came as, and the bytes of its export.xml.
 
-#include "import/xml/ByteSource.h"
 #include "import/Interruption.h"
+#include "import/xml/ByteSource.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,11 +1,11 @@
 #include "mcp/server/MCPServer.h"
+#include "mcp/server/Confinement.h"
+#include "mcp/server/Wire.h"
+#include "mcp/tools/MCPError.h"
 #include "platform/ControlProtocol.h"
 #include "platform/MemoryReserve.h"
 #include "platform/System.h"
 #include "platform/Text.h"
-#include "mcp/server/Confinement.h"
-#include "mcp/server/Wire.h"
-#include "mcp/tools/MCPError.h"
 
 #include <nlohmann/json.hpp>
 

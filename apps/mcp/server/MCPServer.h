@@ -1,12 +1,12 @@
 #pragma once
 // The protocol: JSON-RPC requests in, replies out, one line each.
 
-#include "platform/Clock.h"
-#include "platform/Logger.h"
-#include "roster/Roster.h"
 #include "mcp/server/AccessLog.h"
 #include "mcp/server/LineReader.h"
 #include "mcp/server/Methods.h"
+#include "platform/Clock.h"
+#include "platform/Logger.h"
+#include "roster/Roster.h"
 #include "store/Database.h"
 #include "summary/SummaryLang.h"
 

@@ -1,10 +1,10 @@
 #pragma once
 // The methods of the protocol: parameters in, result out.
 
+#include "mcp/server/AccessLog.h"
 #include "platform/Clock.h"
 #include "platform/Logger.h"
 #include "roster/Roster.h"
-#include "mcp/server/AccessLog.h"
 #include "store/Database.h"
 #include "summary/SummaryLang.h"
 

@@ -1,11 +1,11 @@
 #pragma once
 // What the texts of all tools share: heading, numbers, the metric's line, the coverage notice.
 
+#include "mcp/tools/Tools.h"
 #include "roster/Roster.h"
 #include "store/HealthStore.h"
 #include "summary/Metrics.h"
 #include "summary/SummaryLang.h"
-#include "mcp/tools/Tools.h"
 
 #include <cstdint>
 #include <string>

@@ -1,11 +1,11 @@
 #pragma once
 // Reading a call's arguments: whom it is about, which days, which metric.
 
+#include "mcp/tools/Tools.h"
 #include "platform/AppleFormat.h"
 #include "roster/Roster.h"
 #include "store/HealthStore.h"
 #include "summary/Metrics.h"
-#include "mcp/tools/Tools.h"
 
 #include <cstdint>
 #include <optional>

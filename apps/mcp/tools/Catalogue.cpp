@@ -1,10 +1,10 @@
 // The catalogue of tools: one literal table of names, descriptions, schemas and handlers.
 
-#include "platform/Text.h"
-#include "summary/Metrics.h"
 #include "mcp/tools/JsonText.h"
 #include "mcp/tools/MCPError.h"
 #include "mcp/tools/Tools.h"
+#include "platform/Text.h"
+#include "summary/Metrics.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,8 +1,8 @@
-#include "platform/Text.h"
 #include "mcp/tools/AnswerText.h"
 #include "mcp/tools/Arguments.h"
 #include "mcp/tools/MCPError.h"
 #include "mcp/tools/Tools.h"
+#include "platform/Text.h"
 
 namespace {
 

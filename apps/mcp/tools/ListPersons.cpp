@@ -1,9 +1,9 @@
-#include "platform/AppleFormat.h"
-#include "platform/Text.h"
-#include "store/Patience.h"
 #include "mcp/tools/AnswerText.h"
 #include "mcp/tools/Arguments.h"
 #include "mcp/tools/Tools.h"
+#include "platform/AppleFormat.h"
+#include "platform/Text.h"
+#include "store/Patience.h"
 
 #include <chrono>
 

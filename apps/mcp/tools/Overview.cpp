@@ -1,7 +1,7 @@
-#include "summary/SummaryEngine.h"
-#include "summary/SummaryText.h"
 #include "mcp/tools/Arguments.h"
 #include "mcp/tools/Tools.h"
+#include "summary/SummaryEngine.h"
+#include "summary/SummaryText.h"
 
 std::string Tools::overview(const Call& call) { return overviewOf(resolve(call), call); }
 

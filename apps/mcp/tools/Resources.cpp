@@ -1,6 +1,6 @@
 #include "mcp/tools/Resources.h"
-#include "platform/Text.h"
 #include "mcp/tools/MCPError.h"
+#include "platform/Text.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,9 +1,9 @@
 #pragma once
 // One resource a member: the overview as plain text.
 
+#include "mcp/tools/Tools.h"
 #include "roster/Roster.h"
 #include "summary/SummaryLang.h"
-#include "mcp/tools/Tools.h"
 
 #include <nlohmann/json_fwd.hpp>
 

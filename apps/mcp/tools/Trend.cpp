@@ -1,7 +1,7 @@
-#include "platform/Text.h"
 #include "mcp/tools/AnswerText.h"
 #include "mcp/tools/Arguments.h"
 #include "mcp/tools/Tools.h"
+#include "platform/Text.h"
 
 #include <algorithm>
 

@@ -1,11 +1,11 @@
 #include "workouts/WorkoutHeartRate.h"
-#include "platform/ControlProtocol.h"
-#include "platform/JsonFields.h"
 #include "mcp/tools/AnswerText.h"
 #include "mcp/tools/Arguments.h"
 #include "mcp/tools/JsonText.h"
 #include "mcp/tools/MCPError.h"
 #include "mcp/tools/Tools.h"
+#include "platform/ControlProtocol.h"
+#include "platform/JsonFields.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,9 +1,9 @@
 #include "mcp/tools/WorkoutList.h"
-#include "platform/Text.h"
 #include "mcp/tools/AnswerText.h"
 #include "mcp/tools/MCPError.h"
 #include "mcp/tools/WorkoutListJson.h"
 #include "mcp/tools/WorkoutListText.h"
+#include "platform/Text.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "mcp/tools/WorkoutListJson.h"
-#include "platform/JsonFields.h"
 #include "mcp/tools/JsonText.h"
+#include "platform/JsonFields.h"
 
 #include <nlohmann/json.hpp>
 

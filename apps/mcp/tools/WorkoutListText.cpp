@@ -1,6 +1,6 @@
 #include "mcp/tools/WorkoutListText.h"
-#include "platform/Text.h"
 #include "mcp/tools/AnswerText.h"
+#include "platform/Text.h"
 
 #include <array>
 #include <charconv>

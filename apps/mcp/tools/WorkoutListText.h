@@ -1,9 +1,9 @@
 #pragma once
 // get_workouts as text for reading.
 
-#include "summary/SummaryLang.h"
 #include "mcp/tools/WorkoutList.h"
 #include "mcp/tools/WorkoutSelection.h"
+#include "summary/SummaryLang.h"
 
 #include <string>
 

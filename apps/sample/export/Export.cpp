@@ -1,7 +1,7 @@
 #include "sample/export/Export.h"
-#include "sample/flaws/AddedElements.h"
 #include "sample/export/ExportDocument.h"
 #include "sample/export/ExportOutput.h"
+#include "sample/flaws/AddedElements.h"
 #include "sample/flaws/FlawedDocument.h"
 #include "sample/flaws/FlawedFiles.h"
 #include "sample/household/Household.h"

@@ -1,8 +1,8 @@
 #include "sample/export/ExportWriter.h"
 #include "sample/export/DocumentType.h"
 #include "sample/export/Markup.h"
-#include "sample/life/Random.h"
 #include "sample/export/WorkoutMarkup.h"
+#include "sample/life/Random.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,10 +1,10 @@
 #pragma once
 // Writes a life down as the Health app does when it exports everything: "export.xml".
 
+#include "sample/Progress.h"
 #include "sample/export/ActivityRings.h"
 #include "sample/export/ExportUnits.h"
 #include "sample/life/Person.h"
-#include "sample/Progress.h"
 #include "sample/life/Sample.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "sample/export/WorkoutMarkup.h"
-#include "sample/life/HumidityForms.h"
 #include "sample/export/Markup.h"
+#include "sample/life/HumidityForms.h"
 
 #include <optional>
 

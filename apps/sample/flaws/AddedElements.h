@@ -1,8 +1,8 @@
 #pragma once
 // Elements that flawed exports have and the clean one has not.
 
-#include "sample/life/Calendar.h"
 #include "sample/flaws/Flaws.h"
+#include "sample/life/Calendar.h"
 
 #include <string>
 

@@ -1,11 +1,11 @@
 #include "sample/household/Household.h"
 #include "platform/ControlProtocol.h"
 #include "platform/Locale.h"
-#include "sample/life/History.h"
 #include "sample/household/Imported.h"
-#include "sample/life/Person.h"
 #include "sample/household/RecordWriter.h"
 #include "sample/household/RosterWriter.h"
+#include "sample/life/History.h"
+#include "sample/life/Person.h"
 #include "store/HealthStore.h"
 
 #include <filesystem>

@@ -3,8 +3,8 @@
 
 #include "platform/Logger.h"
 #include "sample/Options.h"
-#include "sample/life/Person.h"
 #include "sample/Progress.h"
+#include "sample/life/Person.h"
 
 #include <cstdint>
 #include <ostream>

@@ -1,6 +1,6 @@
 // The built program with --check, from outside.
 
-#include "ExportText.h"
+#include "apps/import/ExportText.h"
 #include "support/ChildProcess.h"
 #include "support/EnvironmentGuard.h"
 #include "support/TemporaryFolder.h"

@@ -1,9 +1,9 @@
 #pragma once
 // Keeps what a reader tells, for tests to look at.
 
+#include "import/ImportError.h"
 #include "import/export/ExportReader.h"
 #include "import/export/ExportSink.h"
-#include "import/ImportError.h"
 
 #include <cstddef>
 #include <map>

@@ -1,8 +1,8 @@
 // Imports from archives whose damage shows at the start, in the middle or after the last element.
 
-#include "DatabaseContents.h"
-#include "ImportHarness.h"
-#include "ZipFile.h"
+#include "apps/import/DatabaseContents.h"
+#include "apps/import/ImportHarness.h"
+#include "apps/import/ZipFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 // The days that the tools tell of an imported member, where clocks change and around midnight.
 
-#include "ImportHarness.h"
+#include "apps/import/ImportHarness.h"
+#include "mcp/tools/Tools.h"
 #include "platform/Logger.h"
 #include "roster/Roster.h"
 #include "support/ZoneGuard.h"
-#include "mcp/tools/Tools.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // Exports with every flaw that the sample can make, brought in with the built program: what the
 // database then holds, against an import of the same export without flaws.
 
-#include "DatabaseContents.h"
+#include "apps/import/DatabaseContents.h"
 #include "support/ChildProcess.h"
 #include "support/EnvironmentGuard.h"
 #include "support/TemporaryFolder.h"

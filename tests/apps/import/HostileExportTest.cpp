@@ -1,6 +1,6 @@
 // What an export cannot do to the reader, and what it leaves to others.
 
-#include "CollectingSink.h"
+#include "apps/import/CollectingSink.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

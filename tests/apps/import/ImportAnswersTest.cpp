@@ -1,12 +1,12 @@
 // An export that is written and brought in again: the tools must not tell it from data that came
 // without the detour.
 
+#include "mcp/tools/Tools.h"
 #include "platform/Logger.h"
 #include "roster/Roster.h"
 #include "support/ChildProcess.h"
 #include "support/TemporaryFolder.h"
 #include "support/ZoneGuard.h"
-#include "mcp/tools/Tools.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // Death in the middle of the one transaction, with pages written early.
 
-#include "DatabaseContents.h"
-#include "WriterHarness.h"
+#include "apps/import/DatabaseContents.h"
+#include "apps/import/WriterHarness.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

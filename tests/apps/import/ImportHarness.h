@@ -1,7 +1,7 @@
 #pragma once
 // Whole imports into a data root of their own.
 
-#include "ExportText.h"
+#include "apps/import/ExportText.h"
 #include "import/Import.h"
 #include "import/ImportError.h"
 #include "platform/Files.h"

@@ -1,8 +1,8 @@
 // Exports far larger than the memory that their import may take.
 
-#include "DatabaseContents.h"
-#include "ImportHarness.h"
-#include "ZipFile.h"
+#include "apps/import/DatabaseContents.h"
+#include "apps/import/ImportHarness.h"
+#include "apps/import/ZipFile.h"
 #include "import/census/Check.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 // Imports that cannot do what they are asked, or died on the way.
 
-#include "DatabaseContents.h"
-#include "ImportHarness.h"
+#include "apps/import/DatabaseContents.h"
+#include "apps/import/ImportHarness.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

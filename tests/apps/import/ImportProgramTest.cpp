@@ -1,7 +1,7 @@
 // The built program from outside: its exit statuses and what it says.
 
-#include "DatabaseContents.h"
-#include "ExportText.h"
+#include "apps/import/DatabaseContents.h"
+#include "apps/import/ExportText.h"
 #include "import/member/ImportLock.h"
 #include "platform/Files.h"
 #include "platform/Text.h"

@@ -1,5 +1,5 @@
-#include "DatabaseContents.h"
-#include "ImportHarness.h"
+#include "apps/import/DatabaseContents.h"
+#include "apps/import/ImportHarness.h"
 #include "roster/Roster.h"
 
 #include <gmock/gmock.h>

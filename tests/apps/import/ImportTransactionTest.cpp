@@ -1,6 +1,6 @@
 // The one transaction of an import, as its readers and a full disk see it.
 
-#include "WriterHarness.h"
+#include "apps/import/WriterHarness.h"
 #include "platform/ControlProtocol.h"
 
 #include <gmock/gmock.h>

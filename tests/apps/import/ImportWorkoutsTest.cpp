@@ -1,6 +1,6 @@
 // Workouts and rings on their way into the database.
 
-#include "WriterHarness.h"
+#include "apps/import/WriterHarness.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // Imports that are asked to stop: nothing is left of them, or everything is there.
 
-#include "DatabaseContents.h"
-#include "ImportHarness.h"
+#include "apps/import/DatabaseContents.h"
+#include "apps/import/ImportHarness.h"
 #include "import/Interruption.h"
 #include "platform/System.h"
 #include "support/ChildProcess.h"

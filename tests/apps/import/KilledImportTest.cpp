@@ -1,8 +1,8 @@
 // Imports that are killed at any moment: the database is as before or complete, and the next import
 // completes what is not.
 
-#include "DatabaseContents.h"
-#include "ImportHarness.h"
+#include "apps/import/DatabaseContents.h"
+#include "apps/import/ImportHarness.h"
 #include "support/TestDatabase.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // One life, exported again and again: whatever the phone's clocks and units were at each export,
 // and in whatever order the exports are imported, the database comes to hold the same samples.
 
-#include "ImportHarness.h"
-#include "WriterHarness.h"
+#include "apps/import/ImportHarness.h"
+#include "apps/import/WriterHarness.h"
 #include "import/export/Units.h"
 
 #include <gmock/gmock.h>

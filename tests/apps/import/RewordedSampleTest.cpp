@@ -1,6 +1,6 @@
 // Samples that come again after their unit was changed on the phone.
 
-#include "WriterHarness.h"
+#include "apps/import/WriterHarness.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

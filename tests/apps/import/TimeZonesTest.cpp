@@ -1,8 +1,8 @@
 // In which zone the days of an imported member are.
 
-#include "DatabaseContents.h"
-#include "ImportHarness.h"
-#include "WriterHarness.h"
+#include "apps/import/DatabaseContents.h"
+#include "apps/import/ImportHarness.h"
+#include "apps/import/WriterHarness.h"
 #include "support/EnvironmentGuard.h"
 
 #include <gmock/gmock.h>

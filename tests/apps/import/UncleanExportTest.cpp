@@ -1,6 +1,6 @@
 // What real exports are like.
 
-#include "CollectingSink.h"
+#include "apps/import/CollectingSink.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // One export with all that is known to be unclean about real ones, from the archive to the rows.
 
-#include "ImportHarness.h"
-#include "WriterHarness.h"
-#include "ZipFile.h"
+#include "apps/import/ImportHarness.h"
+#include "apps/import/WriterHarness.h"
+#include "apps/import/ZipFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // Types that have no unit of our choice: the database's first one is kept.
 
-#include "WriterHarness.h"
+#include "apps/import/WriterHarness.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

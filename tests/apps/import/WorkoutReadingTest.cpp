@@ -1,6 +1,6 @@
 // The workouts of an export as the reader tells them.
 
-#include "CollectingSink.h"
+#include "apps/import/CollectingSink.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

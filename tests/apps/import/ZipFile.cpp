@@ -1,4 +1,4 @@
-#include "ZipFile.h"
+#include "apps/import/ZipFile.h"
 
 #include <zip.h>
 

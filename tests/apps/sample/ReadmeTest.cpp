@@ -1,5 +1,7 @@
 // What README.md shows and names, in either language.
 
+#include "mcp/tools/Prompts.h"
+#include "mcp/tools/Tools.h"
 #include "platform/AppleFormat.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
@@ -8,8 +10,6 @@
 #include "sample/household/Household.h"
 #include "support/TemporaryFolder.h"
 #include "support/ZoneGuard.h"
-#include "mcp/tools/Prompts.h"
-#include "mcp/tools/Tools.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

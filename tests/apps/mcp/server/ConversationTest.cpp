@@ -1,7 +1,7 @@
+#include "mcp/tools/Tools.h"
 #include "support/Conversation.h"
 #include "support/Golden.h"
 #include "support/WorkoutSamples.h"
-#include "mcp/tools/Tools.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

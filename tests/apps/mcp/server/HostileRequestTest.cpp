@@ -1,11 +1,11 @@
 // Every JSON type, and what is no JSON, in every place of every request.
 
 #include "apps/mcp/server/HostileValues.h"
+#include "mcp/tools/Tools.h"
 #include "support/Conversation.h"
 #include "support/StandardError.h"
 #include "support/WellFormed.h"
 #include "support/WorkoutSamples.h"
-#include "mcp/tools/Tools.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

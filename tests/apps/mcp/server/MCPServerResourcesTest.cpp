@@ -1,10 +1,10 @@
 // Resources and prompts through the server, and how large a reply may become.
 
+#include "mcp/tools/Prompts.h"
+#include "mcp/tools/Tools.h"
 #include "support/Conversation.h"
 #include "support/Family.h"
 #include "support/WorkoutSamples.h"
-#include "mcp/tools/Prompts.h"
-#include "mcp/tools/Tools.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

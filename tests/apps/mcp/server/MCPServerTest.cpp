@@ -1,12 +1,12 @@
 // MCPServer as an answerer: methods, refusals, and the start.
 
-#include "platform/ControlProtocol.h"
-#include "platform/Files.h"
 #include "mcp/server/Instructions.h"
 #include "mcp/server/MCPServer.h"
+#include "mcp/tools/Tools.h"
+#include "platform/ControlProtocol.h"
+#include "platform/Files.h"
 #include "support/Conversation.h"
 #include "support/StandardError.h"
-#include "mcp/tools/Tools.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
+#include "mcp/tools/AnswerText.h"
 #include "support/EnvironmentGuard.h"
 #include "support/ToolCaller.h"
-#include "mcp/tools/AnswerText.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

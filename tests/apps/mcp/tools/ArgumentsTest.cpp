@@ -1,7 +1,7 @@
+#include "mcp/tools/Arguments.h"
 #include "platform/ControlProtocol.h"
 #include "support/ToolCaller.h"
 #include "support/ZoneGuard.h"
-#include "mcp/tools/Arguments.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

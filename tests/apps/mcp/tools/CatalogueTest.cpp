@@ -1,7 +1,7 @@
+#include "mcp/tools/Tools.h"
 #include "summary/Metrics.h"
 #include "support/Golden.h"
 #include "support/ToolCaller.h"
-#include "mcp/tools/Tools.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

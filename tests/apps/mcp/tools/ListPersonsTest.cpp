@@ -1,9 +1,9 @@
+#include "mcp/tools/Tools.h"
 #include "support/Family.h"
 #include "support/Golden.h"
 #include "support/Moment.h"
 #include "support/ToolCaller.h"
 #include "support/ZoneGuard.h"
-#include "mcp/tools/Tools.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "support/ToolCaller.h"
 #include "mcp/tools/Prompts.h"
+#include "support/ToolCaller.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

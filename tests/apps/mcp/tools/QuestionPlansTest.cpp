@@ -1,13 +1,13 @@
 // What each tool costs: the statements that it asks visit all records only where it tells their
 // number.
 
+#include "mcp/tools/Resources.h"
+#include "mcp/tools/Tools.h"
 #include "platform/Files.h"
 #include "store/HealthStore.h"
 #include "support/Household.h"
 #include "support/ToolCaller.h"
 #include "support/WorkoutSamples.h"
-#include "mcp/tools/Resources.h"
-#include "mcp/tools/Tools.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

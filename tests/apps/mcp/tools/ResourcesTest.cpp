@@ -1,6 +1,6 @@
+#include "mcp/tools/Resources.h"
 #include "support/Family.h"
 #include "support/ToolCaller.h"
-#include "mcp/tools/Resources.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

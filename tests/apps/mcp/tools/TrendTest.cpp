@@ -1,8 +1,8 @@
+#include "mcp/tools/Tools.h"
 #include "platform/ControlProtocol.h"
 #include "support/Golden.h"
 #include "support/ToolCaller.h"
 #include "support/ZoneGuard.h"
-#include "mcp/tools/Tools.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
+#include "mcp/tools/Tools.h"
 #include "platform/ControlProtocol.h"
 #include "support/Golden.h"
 #include "support/ToolCaller.h"
 #include "support/WorkoutSamples.h"
-#include "mcp/tools/Tools.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

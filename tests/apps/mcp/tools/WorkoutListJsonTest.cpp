@@ -1,9 +1,9 @@
 // The JSON form of get_workouts.
 
-#include "support/ToolCaller.h"
-#include "support/WorkoutSamples.h"
 #include "mcp/tools/Tools.h"
 #include "mcp/tools/WorkoutList.h"
+#include "support/ToolCaller.h"
+#include "support/WorkoutSamples.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

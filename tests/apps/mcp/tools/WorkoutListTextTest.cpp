@@ -1,9 +1,9 @@
 // The text form of get_workouts.
 
+#include "mcp/tools/Tools.h"
 #include "support/Golden.h"
 #include "support/ToolCaller.h"
 #include "support/WorkoutSamples.h"
-#include "mcp/tools/Tools.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

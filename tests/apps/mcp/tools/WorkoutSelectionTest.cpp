@@ -1,5 +1,5 @@
-#include "support/WorkoutChoice.h"
 #include "mcp/tools/WorkoutSelection.h"
+#include "support/WorkoutChoice.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 // What get_workouts says of all workouts together, and of raw numbers, to the last digit.
 
+#include "mcp/tools/Tools.h"
+#include "mcp/tools/WorkoutSelection.h"
 #include "support/ToolCaller.h"
 #include "support/WorkoutChoice.h"
 #include "support/WorkoutSamples.h"
-#include "mcp/tools/Tools.h"
-#include "mcp/tools/WorkoutSelection.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

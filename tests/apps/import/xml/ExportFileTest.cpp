@@ -1,6 +1,6 @@
-#include "ZipFile.h"
-#include "import/xml/ExportFile.h"
+#include "apps/import/ZipFile.h"
 #include "import/ImportError.h"
+#include "import/xml/ExportFile.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

@@ -1,10 +1,10 @@
 // What a check counts, and that it tells nothing else.
 
-#include "CheckHarness.h"
-#include "CollectingSink.h"
-#include "ExportText.h"
-#include "ImportHarness.h"
-#include "ZipFile.h"
+#include "apps/import/CheckHarness.h"
+#include "apps/import/CollectingSink.h"
+#include "apps/import/ExportText.h"
+#include "apps/import/ImportHarness.h"
+#include "apps/import/ZipFile.h"
 #include "import/ReportPage.h"
 #include "support/ChildProcess.h"
 #include "support/Golden.h"

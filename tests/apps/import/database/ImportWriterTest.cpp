@@ -1,4 +1,4 @@
-#include "WriterHarness.h"
+#include "apps/import/WriterHarness.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
