@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <memory>
 #include <new>
+#include <string>
 #include <system_error>
 
 namespace {
@@ -66,15 +67,46 @@ bool writeAll(int descriptor, std::string_view bytes) {
 }
 
 void makeTerminalOwn(int descriptor) {
+  if (isatty(descriptor) != 1) return;
   char name[PATH_MAX];
-  if (isatty(descriptor) != 1 || ttyname_r(descriptor, name, sizeof name) != 0) return;
-  const int own = open(name, O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  // In a container a terminal from outside has no name that leads to it, only its number here.
+  const std::string path = ttyname_r(descriptor, name, sizeof name) == 0
+                               ? name
+                               : "/dev/fd/" + std::to_string(descriptor);
+  const int own = open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   if (own < 0) return;
   dup2(own, descriptor);
   close(own);
 }
 
+namespace {
+
+/// Makes an open terminal one that does not block, and the destructor makes it what it was: a
+/// terminal that could not be made our own is other programs' too, which expect to be kept waiting.
+class NonBlockingTerminal {
+public:
+  explicit NonBlockingTerminal(int descriptor)
+      : descriptor(descriptor), flags(isatty(descriptor) == 1 ? fcntl(descriptor, F_GETFL) : -1) {
+    if (isShared()) fcntl(descriptor, F_SETFL, flags | O_NONBLOCK);
+  }
+  ~NonBlockingTerminal() {
+    if (isShared()) fcntl(descriptor, F_SETFL, flags);
+  }
+  NonBlockingTerminal(const NonBlockingTerminal&) = delete;
+  NonBlockingTerminal& operator=(const NonBlockingTerminal&) = delete;
+
+private:
+  bool isShared() const { return flags != -1 && (flags & O_NONBLOCK) == 0; }
+
+  int descriptor;
+  int flags;  ///< -1 for what is no terminal
+};
+
+}  // namespace
+
 void writeWithoutWaiting(int descriptor, std::string_view bytes) {
+  // A terminal that is ready takes some, and blocks for the rest.
+  const NonBlockingTerminal terminal(descriptor);
   while (!bytes.empty()) {
     // A pipe that is ready takes as many at once. A device that cannot be polled is no pipe.
     pollfd ready{descriptor, POLLOUT, 0};

@@ -25,8 +25,8 @@ std::size_t writeWhatFits(int descriptor, std::string_view bytes);
 void makeTerminalOwn(int descriptor);
 
 /// Writes as much of `bytes` to the open `descriptor` as can be had without waiting; the rest is
-/// lost, as all is when the system refuses. Up to PIPE_BUF bytes are one write. A terminal that
-/// blocks may keep the caller waiting; see makeTerminalOwn.
+/// lost, as all is when the system refuses. Up to PIPE_BUF bytes are one write. A terminal that is
+/// not our own does not block meanwhile, for other programs neither; see makeTerminalOwn.
 void writeWithoutWaiting(int descriptor, std::string_view bytes);
 
 /// Reads up to `size` bytes (at least 1) from the open `descriptor` into `buffer`, waiting for the

@@ -328,6 +328,20 @@ TEST(TerminalOfItsOwn, BlocksOtherProgramsAsEver) {
   close(shared);
 }
 
+TEST(WriteWithoutWaiting, WaitsForNoTerminalOfOthers) {
+  const Terminal terminal;
+  const int before = fcntl(terminal.descriptor(), F_GETFL);
+  constexpr unsigned patienceSeconds = 60;
+  alarm(patienceSeconds);
+
+  for (int times = 0; times < 100; ++times) {
+    writeWithoutWaiting(terminal.descriptor(), std::string(4000, '.') + "\n");
+  }
+
+  alarm(0);
+  EXPECT_EQ(fcntl(terminal.descriptor(), F_GETFL), before);
+}
+
 TEST(TerminalOfItsOwn, IsNotMadeOfAnythingElse) {
   const Pipe pipe;
   const int before = fcntl(pipe.writer(), F_GETFL);
