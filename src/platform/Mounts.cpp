@@ -75,6 +75,14 @@ Mounts::Mounts(std::string_view list) {
     if (std::optional<Mount> mount = mountIn(line)) mounts.push_back(std::move(*mount));
   }
   root = topOfRoot();
+  if (root || mounts.empty()) return;
+  // In a root that is no mount itself, the list begins with what is mounted in it.
+  const std::vector<Mount> listed = mounts;
+  for (Mount& mount : mounts) {
+    if (std::ranges::find(listed, mount.parent, &Mount::id) == listed.end()) mount.parent.clear();
+  }
+  root = mounts.size();
+  mounts.push_back({.id = "", .parent = "", .place = "/", .local = true});
 }
 
 /// What is seen at "/": the mount there that lies on none of the list, or what covers it.

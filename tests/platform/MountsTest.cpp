@@ -126,6 +126,18 @@ TEST_F(PathOverMounts, LeadsToWhatWasMountedLast) {
   EXPECT_EQ(Mounts(rootLine + below + cover).followed(place + "/below/file").mount, 2U);
 }
 
+// A program whose root was changed sees no mount of "/", only those inside.
+TEST_F(PathOverMounts, KnowsAShareInARootThatIsNoMount) {
+  const Mounts inside(line("7", "3", "/proc", "0:5", "proc") +
+                      line("2", "1", folder / "share", "0:50", "nfs4"));
+
+  const Mounts::Place place = inside.followed(folder / "share/below/file");
+
+  EXPECT_EQ(place.folder, folder.path());
+  EXPECT_TRUE(place.beforeRemote);
+  EXPECT_TRUE(inside.followed(folder / "file").mount.has_value());
+}
+
 TEST_F(PathOverMounts, TellsNoMountWithoutAList) {
   const Mounts::Place place = Mounts("").followed(folder / "share/below/file");
 
