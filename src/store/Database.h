@@ -119,7 +119,7 @@ public:
     bool create = false;
     bool readOnly = true;
     int patienceMilliseconds = usualPatienceMilliseconds;  ///< 0 or less: not at all
-    Patience* shared = nullptr;  ///< instead, when there is one; outlives the connection
+    Patience* shared = nullptr;  ///< instead, not with `interrupted`; outlives the connection
     /// Asked while a lock is waited for and, every now and then, while a statement works: true ends
     /// either, and the statement fails. Throws nothing and outlives the connection; null: never.
     const std::function<bool()>* interrupted = nullptr;
