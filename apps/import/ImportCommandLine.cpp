@@ -50,7 +50,7 @@ Importing the same export again changes nothing; a newer one adds what is new.
 )"};
 constexpr Phrase unknownArgument{.zh = "不认识的参数:{0}", .en = "unknown argument: {0}"};
 constexpr Phrase valueMissing{.zh = "{0} 后面缺少值", .en = "{0} wants a value"};
-constexpr Phrase secondExport{.zh = "一次只能导入一份导出文件,多出的是:{0}",
+constexpr Phrase secondExport{.zh = "一次只能处理一份导出文件,多出的是:{0}",
                               .en = "one export at a time, and this is a second: {0}"};
 constexpr Phrase exportMissing{.zh = "没有指定要导入的导出文件", .en = "the export is missing"};
 constexpr Phrase uncheckedExport{.zh = "没有指定要检查的导出文件", .en = "the export is missing"};

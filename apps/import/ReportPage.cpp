@@ -28,7 +28,7 @@ constexpr Phrase replaced{.zh = "  替换为 U+FFFD 的非法 UTF-8:{0}",
                           .en = "  invalid UTF-8 replaced by U+FFFD: {0}"};
 constexpr Phrase skipped{.zh = "  跳过 {0} 个:{1}(第一个在第 {2} 行)",
                          .en = "  skipped {0}: {1} (the first in line {2})"};
-constexpr Phrase notStored{.zh = "  没有导入:{0}", .en = "  not stored: {0}"};
+constexpr Phrase notStored{.zh = "  没有保存:{0}", .en = "  not stored: {0}"};
 constexpr Phrase oneKind{.zh = "{0} {1} 个", .en = "{0} {1}"};
 constexpr Phrase routeFiles{.zh = "路线文件", .en = "route files"};
 constexpr Phrase ecgFiles{.zh = "心电图文件", .en = "ECG files"};

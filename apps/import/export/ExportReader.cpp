@@ -31,10 +31,10 @@ constexpr Phrase clinicalDocument{
         "records to import: the file wanted is the export.xml beside it."};
 constexpr Phrase tooDeep{.zh =
                              "第 {0} 行第 {1} 列的元素嵌套太深,这不是「健康」App 的导出文件。"
-                             "没有导入任何数据。",
+                             "没有保存任何数据。",
                          .en =
                              "The elements in line {0}, column {1} are nested too deeply; this is "
-                             "no export of the Health app. Nothing was imported."};
+                             "no export of the Health app. Nothing was stored."};
 constexpr std::array all{noExport, clinicalDocument, tooDeep};
 static_assert(std::ranges::all_of(all, inBothLanguages));
 }  // namespace phrases

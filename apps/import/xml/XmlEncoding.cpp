@@ -9,10 +9,10 @@ namespace {
 
 constexpr Phrase otherEncoding{
     .zh =
-        "文件的编码是 {0},不是 UTF-8,可能被别的程序另存过;请用手机导出的原文件。没有导入任何数据。",
+        "文件的编码是 {0},不是 UTF-8,可能被别的程序另存过;请用手机导出的原文件。没有保存任何数据。",
     .en =
         "The file is in {0} instead of UTF-8; another program may have saved it. Take the file as "
-        "the phone exported it. Nothing was imported."};
+        "the phone exported it. Nothing was stored."};
 static_assert(inBothLanguages(otherEncoding));
 
 constexpr std::string_view declarationStart = "<?xml";

@@ -24,33 +24,33 @@ constexpr long long mostUnread = 2 * longestTag;
 constexpr std::size_t pieceSize = 128UL << 10;
 
 namespace phrases {
-constexpr Phrase broken{.zh = "XML 在第 {0} 行第 {1} 列有错误:{2}。没有导入任何数据。",
+constexpr Phrase broken{.zh = "XML 在第 {0} 行第 {1} 列有错误:{2}。没有保存任何数据。",
                         .en =
                             "The XML is broken in line {0}, column {1}: {2}. Nothing was "
-                            "imported."};
+                            "stored."};
 constexpr Phrase tooLong{
     .zh =
         "从第 {0} 行第 {1} 列开始的标签超过 128 KiB,这不是「健康」App 的导出文件。"
-        "没有导入任何数据。",
+        "没有保存任何数据。",
     .en =
         "What begins in line {0}, column {1} is longer than 128 KiB; this is "
-        "no export of the Health app. Nothing was imported."};
+        "no export of the Health app. Nothing was stored."};
 constexpr Phrase nameTooLong{
     .zh =
         "第 {0} 行第 {1} 列的标签里有超过 256 字节的名称,这不是「健康」App "
-        "的导出文件。没有导入任何数据。",
+        "的导出文件。没有保存任何数据。",
     .en =
         "A name in the tag in line {0}, column {1} is longer than 256 "
         "bytes; this is no export of the Health app. Nothing was "
-        "imported."};
+        "stored."};
 constexpr Phrase tooManyNames{
     .zh =
         "到第 {0} 行第 {1} 列,元素和属性的名称超过 1,000 种,这不是「健康」"
-        "App 的导出文件。没有导入任何数据。",
+        "App 的导出文件。没有保存任何数据。",
     .en =
         "Up to line {0}, column {1} the elements and attributes have "
         "more than 1,000 names; this is no export of the Health app. "
-        "Nothing was imported."};
+        "Nothing was stored."};
 
 constexpr Phrase badCharacter{.zh = "写法不符合 XML", .en = "not well-formed"};
 constexpr Phrase endsInTag{.zh = "文件在标签中间中断", .en = "the file ends inside a tag"};

@@ -76,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         DamageCase{"CutOff", cutOff, "is not a complete zip archive, it may be cut off"},
         // Either the archive or the XML that comes of it is the first to show it.
-        DamageCase{"BytesExchanged", exchangeBytes, "othing was imported"},
+        DamageCase{"BytesExchanged", exchangeBytes, "othing was stored"},
         DamageCase{"MoreDeclaredThanThereIs", declareMore, "holds less than the"},
         DamageCase{"LessDeclaredThanThereIs", declareLess, "holds more than the"},
         DamageCase{"AnotherChecksum", declareAnotherChecksum, "cannot be read, nothing was"}),

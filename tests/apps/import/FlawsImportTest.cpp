@@ -156,7 +156,7 @@ const std::vector<FlawCase> cases{
      .refused = "export\\.xml|no export of the Health app",
      .file = "export_cda.xml"},
     {.flaw = "cut-off", .refused = "is not a complete zip archive, it may be cut off"},
-    {.flaw = "cut-off", .refused = "Nothing was imported", .file = "export.xml"},
+    {.flaw = "cut-off", .refused = "Nothing was stored", .file = "export.xml"},
     {.flaw = "empty", .refused = "There is no export\\.xml"},
     {.flaw = "empty", .refused = "no export of the Health app", .file = "export.xml"},
     {.flaw = "cloud-stub", .refused = "export\\.zip has not been downloaded"},

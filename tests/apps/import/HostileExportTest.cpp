@@ -34,7 +34,7 @@ TEST(HostileExport, CannotFillTheMemoryWithOneElement) {
 
   EXPECT_EQ(message,
             "What begins in line 2, column 2 is longer than 128 KiB; this is no export of the "
-            "Health app. Nothing was imported.");
+            "Health app. Nothing was stored.");
   EXPECT_EQ(pieces, 3);
 }
 
@@ -77,7 +77,7 @@ std::string namesBetween(std::string_view before, std::string_view after, int co
 
 constexpr std::string_view tooManyNames =
     "Up to line 1001, column 1 the elements and attributes have more than 1,000 names; this is no "
-    "export of the Health app. Nothing was imported.";
+    "export of the Health app. Nothing was stored.";
 
 TEST(HostileExport, CannotFillTheMemoryWithKindsOfElements) {
   // HealthData and these.
@@ -88,20 +88,20 @@ TEST(HostileExport, CannotFillTheMemoryWithKindsOfElements) {
 TEST(HostileExport, CannotFillTheMemoryWithKindsOfElementsThatAreSkipped) {
   EXPECT_EQ(errorOf("<HealthData><Correlation>\n" + namesBetween("<", "/>", 1000)),
             "Up to line 1000, column 1 the elements and attributes have more than 1,000 names; "
-            "this is no export of the Health app. Nothing was imported.");
+            "this is no export of the Health app. Nothing was stored.");
 }
 
 TEST(HostileExport, CannotFillTheMemoryWithKindsOfAttributes) {
   EXPECT_EQ(errorOf("<HealthData>\n" + namesBetween("<Me ", "=\"\"/>", 1500)),
             "Up to line 1000, column 1 the elements and attributes have more than 1,000 names; "
-            "this is no export of the Health app. Nothing was imported.");
+            "this is no export of the Health app. Nothing was stored.");
 }
 
 TEST(HostileExport, CannotFillTheMemoryWithALongName) {
   const std::string longest(256, 'n');
   constexpr std::string_view message =
       "A name in the tag in line 3, column 1 is longer than 256 bytes; this is no export of the "
-      "Health app. Nothing was imported.";
+      "Health app. Nothing was stored.";
 
   EXPECT_EQ(errorOf(exportOf("<" + longest + " " + longest + "=\"\"/>")), "");
   EXPECT_EQ(errorOf(exportOf("<" + longest + "n/>")), message);

@@ -102,7 +102,7 @@ TEST(ImportReport, TellsEverythingInChinese) {
       "  替换为 U+FFFD 的非法 UTF-8:2\n"
       "  跳过 2 个:缺少 startDate(第一个在第 1234 行)\n"
       "  跳过 1 个:缺少 type(第一个在第 9 行)\n"
-      "  没有导入:ClinicalRecord 6 个、WorkoutRoute 8 个、其他元素 1 个、路线文件 8 个、"
+      "  没有保存:ClinicalRecord 6 个、WorkoutRoute 8 个、其他元素 1 个、路线文件 8 个、"
       "心电图文件 4 个、临床记录文件 6 个、其他文件 1 个\n"
       "  用时:12.3 秒\n");
 }

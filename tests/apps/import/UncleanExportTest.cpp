@@ -158,9 +158,9 @@ TEST(BrokenExport, IsRefusedWithLineAndColumn) {
       exportOf("<Record type=\"a\" startDate=\"2024-03-01\"/>\n  <Record <");
 
   EXPECT_EQ(errorOf(document),
-            "The XML is broken in line 4, column 11: not well-formed. Nothing was imported.");
+            "The XML is broken in line 4, column 11: not well-formed. Nothing was stored.");
   EXPECT_EQ(errorOf(document, SummaryLang::zh),
-            "XML 在第 4 行第 11 列有错误:写法不符合 XML。没有导入任何数据。");
+            "XML 在第 4 行第 11 列有错误:写法不符合 XML。没有保存任何数据。");
 }
 
 TEST(BrokenExport, DoesNotCountInItsColumnWhatWasDropped) {
@@ -274,7 +274,7 @@ TEST(Encoding, OtherThanUTF8IsRefusedHoweverTheFileIsCut) {
         EXPECT_EQ(error.text(SummaryLang::en),
                   "The file is in " + name +
                       " instead of UTF-8; another program may have saved it. Take the file as the "
-                      "phone exported it. Nothing was imported.");
+                      "phone exported it. Nothing was stored.");
       }
     }
   }

@@ -224,7 +224,7 @@ TEST_F(ExportFileTest, TakesNoMoreOfAnEntryThanItDeclares) {
   EXPECT_THROW(file.read(piece), ImportError);
   EXPECT_EQ(errorOf(path),
             "The export in the zip archive holds more than the 1000 bytes that it declares; "
-            "nothing was imported.");
+            "nothing was stored.");
 }
 
 TEST_F(ExportFileTest, RefusesAnEntryThatHoldsLessThanItDeclares) {
@@ -233,7 +233,7 @@ TEST_F(ExportFileTest, RefusesAnEntryThatHoldsLessThanItDeclares) {
 
   EXPECT_EQ(errorOf(path),
             "The export in the zip archive holds less than the 4000000000 bytes that it "
-            "declares; nothing was imported.");
+            "declares; nothing was stored.");
 }
 
 TEST_F(ExportFileTest, RefusesAnEntryWhoseBytesAreNotThoseThatWerePacked) {
@@ -241,7 +241,7 @@ TEST_F(ExportFileTest, RefusesAnEntryWhoseBytesAreNotThoseThatWerePacked) {
   spoilChecksum(path);
 
   EXPECT_THAT(errorOf(path),
-              StartsWith("The export in the zip archive cannot be read, nothing was imported: "));
+              StartsWith("The export in the zip archive cannot be read, nothing was stored: "));
 }
 
 TEST_F(ExportFileTest, CountsBeyondFourGibibytes) {
