@@ -67,17 +67,14 @@ std::string lastName(const std::filesystem::path& path) {
 
 /// Reads the export into the open transaction of the reader's sink; returns the bytes read.
 std::uint64_t transfer(ExportFile& source, ExportReader& reader, MemberZone& zone,
-                       ImportProgress& progress, const Interrupted& interrupted) {
-  constexpr std::size_t pieceSize = 131072;
-  std::vector<char> piece(pieceSize);
+                       ImportProgress& progress) {
   std::uint64_t total = 0;
-  while (const std::size_t count = source.read(piece)) {
-    reader.feed(std::string_view(piece.data(), count));
+  source.readAll([&](std::string_view piece) {
+    reader.feed(piece);
     zone.confirm(reader.exportDate());
-    progress.read(count);
-    heed(interrupted);
-    total += count;
-  }
+    progress.read(piece.size());
+    total += piece.size();
+  });
   reader.finish();
   zone.confirm(reader.exportDate() ? reader.exportDate() : reader.firstStamp());
   return total;
@@ -120,7 +117,7 @@ Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
                           surroundings.lang,
                           surroundings.clock,
                           source.size());
-  const std::uint64_t bytes = transfer(source, reader, zone, progress, surroundings.interrupted);
+  const std::uint64_t bytes = transfer(source, reader, zone, progress);
   progress.finishing();
   const double now = surroundings.clock();
   const StampText importedAt({.moment = static_cast<std::int64_t>(now), .offset = 0});

@@ -58,14 +58,8 @@ static_assert(std::ranges::all_of(all,
 
 }  // namespace phrases
 
-/// `name`, or as much of it as a line has room for. The names are those that the file chose.
-std::string shortened(std::string_view name) {
-  constexpr std::size_t most = 64;
-  if (name.size() <= most) return std::string(name);
-  std::size_t end = most;
-  while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80U) --end;
-  return std::string(name.substr(0, end)) + "…";
-}
+/// An element's name takes this much of a line at most. The names are those that the file chose.
+constexpr std::size_t longestName = 64;
 
 }  // namespace
 
@@ -106,7 +100,8 @@ std::string ReportPage::notStored(const ImportTally& tally, const ExportContents
   const auto addKind = [&](std::string_view kind, std::int64_t count) {
     if (count != 0) kinds.push_back(filled(phrases::oneKind.in(lang), {kind, number(count)}));
   };
-  for (const auto& [element, count] : tally.notStored) addKind(shortened(element), count);
+  for (const auto& [element, count] : tally.notStored)
+    addKind(shortened(element, longestName), count);
   addKind(phrases::otherElements.in(lang), tally.others);
   addKind(phrases::routeFiles.in(lang), beside.routes);
   addKind(phrases::ecgFiles.in(lang), beside.ecgs);

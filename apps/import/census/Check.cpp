@@ -3,11 +3,9 @@
 #include "import/export/ExportReader.h"
 #include "import/xml/ExportFile.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 CheckOutcome runCheck(const CheckOrder& order, const CheckSurroundings& surroundings) {
   const double began = surroundings.clock();
@@ -23,16 +21,13 @@ CheckOutcome runCheck(const CheckOrder& order, const CheckSurroundings& surround
                             surroundings.lang,
                             surroundings.clock,
                             source.size());
-    constexpr std::size_t pieceSize = 131072;
-    std::vector<char> piece(pieceSize);
     try {
-      while (const std::size_t count = source.read(piece)) {
-        const std::string_view text(piece.data(), count);
-        bytes += count;
-        version.look(text);
-        reader.feed(text);
-        progress.read(count);
-      }
+      source.readAll([&](std::string_view piece) {
+        bytes += piece.size();
+        version.look(piece);
+        reader.feed(piece);
+        progress.read(piece.size());
+      });
       reader.finish();
     } catch (const ImportError& error) {
       failure = error;

@@ -246,6 +246,15 @@ ExportFile::ExportFile(const std::filesystem::path& path, Interrupted interrupte
   }
 }
 
+void ExportFile::readAll(const std::function<void(std::string_view)>& take) {
+  constexpr std::size_t pieceSize = 128UL << 10;
+  std::vector<char> piece(pieceSize);
+  while (const std::size_t count = read(piece)) {
+    take(std::string_view(piece.data(), count));
+    heed(interrupted);
+  }
+}
+
 void ExportFile::openFile(const std::filesystem::path& path) {
   source = std::make_unique<PlainFile>(path, interrupted);
   xmlName = path.string();

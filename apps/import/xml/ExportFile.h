@@ -7,10 +7,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 /// What lies beside the export.xml, in files. None of it is stored.
 struct ExportContents {
@@ -38,6 +40,10 @@ public:
   /// The next bytes of the export.xml; 0 at the end alone. Throws ImportError when they cannot be
   /// read, also when an archive's entry holds fewer or more bytes than it declares.
   std::size_t read(std::span<char> buffer) { return source->read(buffer); }
+
+  /// Reads to the end and hands each piece, 128 KiB at most, to `take`. Throws as `read` does, and
+  /// Interruption after the piece during which `interrupted` began to say so.
+  void readAll(const std::function<void(std::string_view)>& take);
 
   /// Bytes of the export.xml, uncompressed; absent when the system cannot tell, as for a pipe.
   std::optional<std::uint64_t> size() const { return bytes; }

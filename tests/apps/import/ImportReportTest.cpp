@@ -67,19 +67,19 @@ TEST(ImportReport, TellsEverything) {
 TEST(ImportReport, CutsALongNameBetweenTwoCharacters) {
   ImportReport report;
   const std::string letters(60, 'n');
-  report.tally.notStored = {{letters + "abcd", 1}, {letters + "ééé", 2}};
+  report.tally.notStored = {{letters + "abcd", 1}, {letters + "aéé", 2}};
 
   const std::string text = reportText(report, SummaryLang::en);
 
-  EXPECT_THAT(text, HasSubstr("  not stored: " + letters + "abcd 1, " + letters + "éé… 2\n"));
+  EXPECT_THAT(text, HasSubstr("  not stored: " + letters + "abcd 1, " + letters + "a… 2\n"));
 }
 
 TEST(ImportReport, CutsALongNameInsideACharacterBeforeIt) {
   ImportReport report;
-  report.tally.notStored = {{std::string(63, 'n') + "é", 1}};
+  report.tally.notStored = {{std::string(60, 'n') + "ééé", 1}};
 
   EXPECT_THAT(reportText(report, SummaryLang::en),
-              HasSubstr("  not stored: " + std::string(63, 'n') + "… 1\n"));
+              HasSubstr("  not stored: " + std::string(60, 'n') + "… 1\n"));
 }
 
 TEST(ImportReport, TellsEverythingInChinese) {
