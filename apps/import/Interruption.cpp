@@ -8,7 +8,9 @@ static_assert(inBothLanguages(interruptedRun));
 
 }  // namespace
 
-Interruption::Interruption() : ImportError(interruptedRun) {}
+Interruption::Interruption() : Interruption(interruptedRun) {}
+
+Interruption::Interruption(const Phrase& phrase) : ImportError(phrase) {}
 
 void heed(const Interrupted& interrupted) {
   if (interrupted()) throw Interruption();

@@ -1,22 +1,25 @@
 #pragma once
-// An import that was asked to stop.
+// An import or a check that was asked to stop.
 
 #include "import/ImportError.h"
 
 #include <functional>
 
-/// Ends an import that was asked to stop before its commit.
+/// Ends an import that was asked to stop before its commit, or a check.
 class Interruption : public ImportError {
 public:
-  Interruption();
+  Interruption();  ///< says that nothing was changed
+
+  /// Says `phrase` instead.
+  explicit Interruption(const Phrase& phrase);
 };
 
-/// Whether somebody has asked the import to stop. Asked often, so it must be cheap; once true, it
+/// Whether somebody has asked the run to stop. Asked often, so it must be cheap; once true, it
 /// stays true.
 using Interrupted = std::function<bool()>;
 
 /// Throws Interruption when `interrupted` says so.
 void heed(const Interrupted& interrupted);
 
-/// The answer of an import that nobody can interrupt.
+/// The answer of a run that nobody can interrupt.
 inline bool neverInterrupted() { return false; }

@@ -76,9 +76,12 @@ int bringIn(const ImportOrder& order, SummaryLang lang) {
 
 int check(const CheckOrder& order, SummaryLang lang) {
   confine(order);
-  const CheckOutcome outcome = runCheck(
-      order,
-      {.progress = std::cerr, .progressKind = progressKind(), .lang = lang, .clock = systemTime});
+  const CheckOutcome outcome = runCheck(order,
+                                        {.progress = std::cerr,
+                                         .progressKind = progressKind(),
+                                         .lang = lang,
+                                         .clock = systemTime,
+                                         .interrupted = StopSignals::noted});
   const bool written = writeAll(STDOUT_FILENO, censusText(outcome.census, lang));
   const std::string reason = std::generic_category().message(errno);
   if (outcome.failure) return fail(outcome.failure->text(lang));

@@ -7,9 +7,15 @@
 #include <string_view>
 #include <utility>
 
-CheckOutcome runCheck(const CheckOrder& order, const CheckSurroundings& surroundings) {
+namespace {
+
+constexpr Phrase interruptedCheck{.zh = "已中断:导出文件没有读完",
+                                  .en = "interrupted: the export was not read whole"};
+static_assert(inBothLanguages(interruptedCheck));
+
+CheckOutcome outcomeOf(const CheckOrder& order, const CheckSurroundings& surroundings) {
   const double began = surroundings.clock();
-  ExportFile source(order.source);
+  ExportFile source(order.source, surroundings.interrupted);
   CensusTaker taker;
   ExportReader reader(taker);
   FormatVersion version;
@@ -30,6 +36,8 @@ CheckOutcome runCheck(const CheckOrder& order, const CheckSurroundings& surround
       });
       reader.finish();
     } catch (const ImportError& error) {
+      // A signal may also have kept bytes from coming.
+      heed(surroundings.interrupted);
       failure = error;
     }
   }
@@ -41,4 +49,14 @@ CheckOutcome runCheck(const CheckOrder& order, const CheckSurroundings& surround
   census.seconds = surroundings.clock() - began;
   census.complete = !failure;
   return {.census = std::move(census), .failure = std::move(failure)};
+}
+
+}  // namespace
+
+CheckOutcome runCheck(const CheckOrder& order, const CheckSurroundings& surroundings) {
+  try {
+    return outcomeOf(order, surroundings);
+  } catch (const Interruption&) {
+    throw Interruption(interruptedCheck);
+  }
 }

@@ -4,6 +4,7 @@
 #include "import/ImportCommandLine.h"
 #include "import/ImportError.h"
 #include "import/ImportProgress.h"
+#include "import/Interruption.h"
 #include "import/census/Census.h"
 #include "platform/Clock.h"
 #include "summary/SummaryLang.h"
@@ -11,12 +12,13 @@
 #include <optional>
 #include <ostream>
 
-/// Where a check shows how far it has come.
+/// Where a check shows how far it has come, and what may end it.
 struct CheckSurroundings {
   std::ostream& progress;
   ImportProgress::Kind progressKind;
   SummaryLang lang;
   Clock clock;
+  Interrupted interrupted = neverInterrupted;  ///< whether the user or the system wants it to stop
 };
 
 /// What came of it.
@@ -27,5 +29,5 @@ struct CheckOutcome {
 
 /// Reads the export that `order` names as an import for a new member would, and counts. Makes,
 /// writes and locks nothing and opens no other file. An export that cannot even be opened throws
-/// ImportError.
+/// ImportError; a check that was asked to stop throws Interruption, and has no outcome.
 CheckOutcome runCheck(const CheckOrder& order, const CheckSurroundings& surroundings);

@@ -15,7 +15,8 @@
 /// A folder with exports, and what a check makes of them. Each check takes two seconds.
 class Check : public testing::Test {
 protected:
-  CheckOutcome checked(const std::filesystem::path& source) const {
+  CheckOutcome checked(const std::filesystem::path& source,
+                       const Interrupted& interrupted = neverInterrupted) const {
     std::ostringstream unseen;
     bool begun = false;
     return runCheck(
@@ -23,7 +24,8 @@ protected:
         {.progress = unseen,
          .progressKind = ImportProgress::Kind::log,
          .lang = SummaryLang::en,
-         .clock = [&begun] { return std::exchange(begun, true) ? 1717300002 : 1717300000; }});
+         .clock = [&begun] { return std::exchange(begun, true) ? 1717300002 : 1717300000; },
+         .interrupted = interrupted});
   }
 
   CheckOutcome checkedText(const std::string& text) const {

@@ -1,5 +1,6 @@
 // The built program with --check, from outside.
 
+#include "apps/import/DefaultSignals.h"
 #include "apps/import/ExportText.h"
 #include "support/ChildProcess.h"
 #include "support/EnvironmentGuard.h"
@@ -7,10 +8,15 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <chrono>
+#include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -137,5 +143,51 @@ TEST_F(CheckProgram, EndsWithOneWhenTheCensusIsLost) {
   EXPECT_EQ(ending.errors,
             "larkspur-import: the census cannot be written: No space left on device\n");
 }
+
+/// A check that is sent a signal while the export comes through a pipe, whose writer stays.
+class InterruptedCheck : public CheckProgram, public testing::WithParamInterface<int> {
+protected:
+  DefaultSignals signals;
+};
+
+TEST_P(InterruptedCheck, EndsByTheSignalWithoutACensus) {
+  mkfifo((folder / "slow.xml").c_str(), 0600);
+  const std::vector<std::string> before = everything();
+  ChildProcess program(
+      LARKSPUR_IMPORT_PROGRAM, {"--check", (folder / "slow.xml").string()}, folder / "work");
+  std::ofstream pipe(folder / "slow.xml");
+  pipe << exportText(300).substr(0, 20000) << std::flush;
+
+  program.send(GetParam());
+  const ChildProcess::Ending ending = program.finished();
+
+  EXPECT_TRUE(ending.bySignal);
+  EXPECT_EQ(ending.status, 128 + GetParam());
+  EXPECT_EQ(ending.output, "");
+  EXPECT_EQ(ending.errors, "larkspur-import: interrupted: the export was not read whole\n");
+  EXPECT_EQ(everything().size(), before.size());
+}
+
+TEST_P(InterruptedCheck, OfAFileEndsByTheSignal) {
+  const std::filesystem::path source = folder.write("long.xml", "<HealthData>");
+  std::filesystem::resize_file(source, 50'000'000'000);  // a hole, which takes no room
+
+  std::string errors;
+  // Until the program has taken the signals over, they are the system's business.
+  for (std::chrono::milliseconds wait(50); errors.empty() && wait < std::chrono::seconds(20);
+       wait *= 2) {
+    ChildProcess program(LARKSPUR_IMPORT_PROGRAM, {"--check", source.string()}, folder / "work");
+    std::this_thread::sleep_for(wait);
+    program.send(GetParam());
+    const ChildProcess::Ending ending = program.finished();
+    EXPECT_EQ(ending.status, 128 + GetParam());
+    EXPECT_EQ(ending.output, "");
+    errors = ending.errors;
+  }
+
+  EXPECT_EQ(errors, "larkspur-import: interrupted: the export was not read whole\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, InterruptedCheck, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 }  // namespace

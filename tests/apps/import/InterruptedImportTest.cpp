@@ -1,6 +1,7 @@
 // Imports that are asked to stop: nothing is left of them, or everything is there.
 
 #include "apps/import/DatabaseContents.h"
+#include "apps/import/DefaultSignals.h"
 #include "apps/import/ImportHarness.h"
 #include "import/Interruption.h"
 #include "platform/System.h"
@@ -11,7 +12,6 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <array>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -125,28 +125,6 @@ TEST_F(InterruptedImport, DoesNotWaitForADatabaseThatIsLocked) {
 
   EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(20));
 }
-
-/// The signals' default actions, for the programs started meanwhile: a shell has SIGINT ignored in
-/// whatever it starts in the background.
-class DefaultSignals {
-public:
-  DefaultSignals() {
-    for (std::size_t index = 0; index < numbers.size(); ++index) {
-      before[index] = signal(numbers[index], SIG_DFL);
-    }
-  }
-  ~DefaultSignals() {
-    for (std::size_t index = 0; index < numbers.size(); ++index) {
-      signal(numbers[index], before[index]);
-    }
-  }
-  DefaultSignals(const DefaultSignals&) = delete;
-  DefaultSignals& operator=(const DefaultSignals&) = delete;
-
-private:
-  static constexpr std::array numbers{SIGINT, SIGTERM, SIGHUP};
-  std::array<void (*)(int), numbers.size()> before{};
-};
 
 /// The built program, with signals.
 class Signalled : public InterruptedImport {

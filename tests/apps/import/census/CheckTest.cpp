@@ -251,6 +251,29 @@ TEST_F(Check, TellsWhatWasReadOfACutExport) {
                   "Incomplete: the export cannot be read beyond this; standard error says why.\n"));
 }
 
+TEST_F(Check, EndsWhereverItIsInterrupted) {
+  const std::filesystem::path source = folder.write("export.xml", exportText(3000));
+  int interruptions = 0;
+  for (bool whole = false; !whole && interruptions < 1000; ++interruptions) {
+    int left = interruptions;
+    try {
+      whole = checked(source, [&left] { return left == 0 || left-- == 0; }).census.complete;
+      EXPECT_TRUE(whole);
+    } catch (const Interruption& interruption) {
+      EXPECT_EQ(interruption.text(SummaryLang::en), "interrupted: the export was not read whole");
+      EXPECT_EQ(interruption.text(SummaryLang::zh), "已中断:导出文件没有读完");
+    }
+  }
+  EXPECT_GT(interruptions, 5);
+}
+
+TEST_F(Check, OfABrokenExportThatIsInterruptedTellsTheInterruption) {
+  int asked = 0;
+  EXPECT_THROW(
+      checked(folder.write("export.xml", "<HealthData><"), [&asked] { return ++asked > 3; }),
+      Interruption);
+}
+
 TEST_F(Check, RefusesWhatCannotBeOpened) {
   EXPECT_THROW(checked(folder / "missing.zip"), ImportError);
   EXPECT_THROW(checked(folder.write("empty.zip", "")), ImportError);
