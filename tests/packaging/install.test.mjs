@@ -94,6 +94,14 @@ describe('the installation', () => {
       for (const option of options) assert.ok(page.includes(option), `no word on ${option}`);
     });
 
+    test(`the manual page of ${program} tells of the environment under its own heading`, () => {
+      const [before, environment] = text(pageOf(program)).split('\n.Sh ENVIRONMENT\n');
+
+      assert.ok(environment !== undefined, 'no such heading');
+      assert.match(environment.split('\n.Sh ')[0], /^\.(It )?Ev TZ/m);
+      assert.doesNotMatch(before, /^Messages are in Chinese or English/m);
+    });
+
     test(`the manual page of ${program} bears the version`, () => {
       assert.ok(text(pageOf(program)).includes(`\n.Os "larkspur-mcp ${version}"\n`));
     });
