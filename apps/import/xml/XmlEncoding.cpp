@@ -7,13 +7,22 @@
 
 namespace {
 
-constexpr Phrase otherEncoding{
+namespace phrases {
+
+constexpr Phrase knownEncoding{
     .zh =
         "文件的编码是 {0},不是 UTF-8,可能被别的程序另存过;请用手机导出的原文件。没有保存任何数据。",
     .en =
         "The file is in {0} instead of UTF-8; another program may have saved it. Take the file as "
         "the phone exported it. Nothing was stored."};
-static_assert(inBothLanguages(otherEncoding));
+constexpr Phrase otherEncoding{
+    .zh = "文件的编码不是 UTF-8,可能被别的程序另存过;请用手机导出的原文件。没有保存任何数据。",
+    .en =
+        "The file is in another encoding instead of UTF-8; another program may have saved it. Take "
+        "the file as the phone exported it. Nothing was stored."};
+static_assert(inBothLanguages(knownEncoding) && inBothLanguages(otherEncoding));
+
+}  // namespace phrases
 
 constexpr std::string_view declarationStart = "<?xml";
 
@@ -59,6 +68,23 @@ bool isPartOfUTF8(std::string_view encoding) {
   return std::ranges::find(names, lowerCased(encoding)) != names.end();
 }
 
+/// The well-known encoding that a declaration means, as it is usually written; empty when it is not
+/// one of these. A name that only the document knows may tell anything and is not passed on.
+std::string_view wellKnown(std::string_view encoding) {
+  constexpr std::array<std::string_view, 40> names{
+      "UTF-7",        "UTF-16",       "UTF-16BE",     "UTF-16LE",     "UTF-32",
+      "UTF-32BE",     "UTF-32LE",     "ISO-8859-1",   "ISO-8859-2",   "ISO-8859-3",
+      "ISO-8859-4",   "ISO-8859-5",   "ISO-8859-6",   "ISO-8859-7",   "ISO-8859-8",
+      "ISO-8859-9",   "ISO-8859-10",  "ISO-8859-13",  "ISO-8859-14",  "ISO-8859-15",
+      "ISO-8859-16",  "windows-1250", "windows-1251", "windows-1252", "windows-1253",
+      "windows-1254", "windows-1255", "windows-1256", "windows-1257", "windows-1258",
+      "macintosh",    "KOI8-R",       "GB18030",      "GBK",          "GB2312",
+      "Big5",         "Shift_JIS",    "EUC-JP",       "EUC-KR",       "ISO-2022-JP"};
+  const std::string wanted = lowerCased(encoding);
+  const auto* const found = std::ranges::find(names, wanted, lowerCased);
+  return found == names.end() ? std::string_view() : *found;
+}
+
 /// Whether XML allows `encoding` as a name. Another one is for the parser to refuse.
 bool isName(std::string_view encoding) {
   return !encoding.empty() && std::ranges::all_of(encoding, [](char byte) {
@@ -85,7 +111,7 @@ std::string_view XmlEncoding::rest() {
 /// Whether the start says enough; throws when it says too much.
 bool XmlEncoding::decides() const {
   const std::string_view shown = shownEncoding(start);
-  if (!shown.empty()) throw ImportError(otherEncoding, {shown});
+  if (!shown.empty()) throw ImportError(phrases::knownEncoding, {shown});
   if (start.size() < 4) return false;
   std::string_view text = start;
   constexpr std::string_view mark = "\xef\xbb\xbf";
@@ -96,6 +122,7 @@ bool XmlEncoding::decides() const {
   if (end == std::string_view::npos) return text.size() == longestDeclaration;
   const std::string_view encoding = declaredEncoding(text.substr(0, end));
   if (!isName(encoding) || isPartOfUTF8(encoding)) return true;
-  constexpr std::size_t longestName = 40;
-  throw ImportError(otherEncoding, {shortened(encoding, longestName)});
+  const std::string_view known = wellKnown(encoding);
+  if (known.empty()) throw ImportError(phrases::otherEncoding);
+  throw ImportError(phrases::knownEncoding, {known});
 }

@@ -7,7 +7,8 @@
 
 /// Refuses documents in another encoding than UTF-8, whose texts would be stored garbled: UTF-16
 /// and UTF-32, with a byte order mark or without, and those whose XML declaration names another
-/// one. US-ASCII is a part of UTF-8 and taken.
+/// one. The refusal names an encoding only if it is well known. US-ASCII is a part of UTF-8 and
+/// taken.
 class XmlEncoding {
 public:
   /// The next bytes of the document, unchanged. Its beginning is held back until it says enough;

@@ -263,7 +263,9 @@ TEST(Encoding, OtherThanUTF8IsRefusedHoweverTheFileIsCut) {
       {widened(whole, 0, 3), "UTF-32"},
       {declared + "\"ISO-8859-1\"?><HealthData/>", "ISO-8859-1"},
       {declared + " 'windows-1252' ?><HealthData/>", "windows-1252"},
-      {"\xef\xbb\xbf" + declared + "\"utf-16\"?><HealthData/>", "utf-16"}};
+      {"\xef\xbb\xbf" + declared + "\"utf-16\"?><HealthData/>", "UTF-16"},
+      {declared + "\"gbk\"?><HealthData/>", "GBK"},
+      {declared + "\"Grandmothers-8\"?><HealthData/>", "another encoding"}};
   for (const auto& [document, name] : documents) {
     for (const std::size_t size : {std::size_t{1}, std::size_t{3}, std::size_t{1000}}) {
       CollectingSink sink;

@@ -127,14 +127,15 @@ TEST_F(CensusAndImport, CountAlike) {
 }
 
 /// Every place of an export where somebody's text may stand, with "Secret" in it, and days and
-/// numbers that stand nowhere else.
-std::string secrets() {
+/// numbers that stand nowhere else. An export that declares another encoding than UTF-8 is refused.
+std::string secrets(const std::string& encoding = "UTF-8") {
   const std::string names =
       " sourceName=\"SecretPhone\" sourceVersion=\"SecretVersion\" device=\"SecretDevice\""
       " creationDate=\"2019-09-19 19:19:19 +0930\"";
   const std::string stamps =
       " startDate=\"2019-09-17 17:17:17 +0930\" endDate=\"2019-09-18 18:18:18 +0930\"";
-  return "<?xml version=\"1.0\"?>\n<!-- SecretComment -->\n<?SecretInstruction SecretData?>\n"
+  return "<?xml version=\"1.0\" encoding=\"" + encoding +
+         "\"?>\n<!-- SecretComment -->\n<?SecretInstruction SecretData?>\n"
          "<!DOCTYPE HealthData [\n<!-- HealthKit Export Version: Secret -->\n"
          "<!ENTITY SecretEntity \"SecretText\">\n]>\n"
          "<HealthData locale=\"SecretLocale\" SecretAttribute=\"SecretValue\">\n"
@@ -205,7 +206,8 @@ TEST_F(SecretExport, LeavesNoTextInTheCensus) {
 TEST_F(SecretExport, LeavesNoTextInTheReasonWhereverItBreaks) {
   const std::string whole = secrets();
   int broken = 0;
-  for (std::size_t size = 1; size < whole.size(); size += 3) {
+  // The last line feed may be missing.
+  for (std::size_t size = 1; size + 1 < whole.size(); size += 3) {
     for (const char* end : {"", "<Secret&Secret;", "</Secret>"}) {
       const CheckOutcome outcome = checkedText(whole.substr(0, size) + end);
       ASSERT_TRUE(outcome.failure) << size << end;
@@ -220,6 +222,16 @@ TEST_F(SecretExport, LeavesNoTextInTheReasonWhereverItBreaks) {
     }
   }
   EXPECT_GT(broken, 1000);
+}
+
+TEST_F(SecretExport, LeavesNoNameOfAnEncodingInTheReason) {
+  const CheckOutcome outcome = checked(archiveOf(secrets("Secret-8")));
+
+  ASSERT_TRUE(outcome.failure);
+  EXPECT_THAT(outcome.failure->text(SummaryLang::en),
+              testing::StartsWith("The file is in another encoding instead of UTF-8"));
+  expectNoSecret(outcome.failure->text(SummaryLang::en));
+  expectNoSecret(outcome.failure->text(SummaryLang::zh));
 }
 
 TEST_F(SecretExport, LeavesNoNameOfAnEntryInTheReason) {
