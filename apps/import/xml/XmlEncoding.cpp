@@ -30,15 +30,15 @@ constexpr std::string_view declarationStart = "<?xml";
 constexpr std::size_t longestDeclaration = 1024;
 
 /// The name of the encoding of which the first four bytes of a document are; empty when they may be
-/// UTF-8's. Text without a mark begins with two characters below 256, which leaves zero bytes.
+/// UTF-8's. UTF-16 without a mark begins with two characters below 256, which leaves zero bytes. So
+/// do numbers at the beginning of pictures and films, so UTF-32 must begin with "<".
 std::string_view shownEncoding(std::string_view start) {
+  using namespace std::string_view_literals;
   if (start.starts_with("\xff\xfe") || start.starts_with("\xfe\xff")) return "UTF-16";
   if (start.size() < 4) return {};
+  if (start.starts_with("\0\0\0<"sv) || start.starts_with("<\0\0\0"sv)) return "UTF-32";
   std::array<bool, 4> zero{};
   std::ranges::transform(start.substr(0, 4), zero.begin(), [](char byte) { return byte == 0; });
-  if (zero == std::array{true, true, true, false} || zero == std::array{false, true, true, true}) {
-    return "UTF-32";
-  }
   if (zero == std::array{true, false, true, false} ||
       zero == std::array{false, true, false, true}) {
     return "UTF-16";

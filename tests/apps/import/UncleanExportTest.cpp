@@ -293,11 +293,17 @@ TEST(Encoding, OfUTF8AndItsPartsIsTaken) {
 }
 
 TEST(BrokenExport, IsToldFromAnotherKindOfFile) {
-  for (const std::string_view document : {"",
-                                          "<?xml version=\"1.0\"?>\n<html/>",
-                                          "date,steps\n2024-03-01,1000\n",
-                                          "\xff\xd8\xff\xe0 a picture",
-                                          "<!DOCTYPE HealthData [\n<!ELEMENT Health"}) {
+  using namespace std::string_view_literals;
+  for (const std::string_view document : {""sv,
+                                          "<?xml version=\"1.0\"?>\n<html/>"sv,
+                                          "date,steps\n2024-03-01,1000\n"sv,
+                                          "\xff\xd8\xff\xe0 a picture"sv,
+                                          "<!DOCTYPE HealthData [\n<!ELEMENT Health"sv,
+                                          "\0\0\0\x20"
+                                          "ftypqt a film"sv,
+                                          "\0\0\0\x0c"
+                                          "jP a picture"sv,
+                                          "\x0c\0\0\0 numbers"sv}) {
     EXPECT_THAT(errorOf(document), HasSubstr("There is no HealthData element")) << document;
   }
 }
