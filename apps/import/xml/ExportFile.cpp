@@ -12,6 +12,7 @@
 #include <array>
 #include <cerrno>
 #include <functional>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -161,15 +162,42 @@ std::size_t xmlAmong(const std::vector<Listed>& files,
 /// The name of the file that the cloud drive keeps beside, or instead of, a missing `name`.
 std::string stubOf(const std::string& name) { return "." + name + ".icloud"; }
 
-/// Why none of `files`, from `path`, is the export.
-ImportError noXmlIn(const std::filesystem::path& path, const std::vector<Listed>& files) {
-  const auto stub = std::ranges::find_if(files, [](const Listed& file) {
-    return file.depth <= 1 && lowerCased(file.lastPart()) == stubOf("export.xml");
-  });
-  if (stub != files.end()) {
-    const std::filesystem::path folder = (path / stub->name).parent_path();
-    return ImportError(phrases::notDownloaded, {(folder / "export.xml").string()});
+/// The name for which `name` stands in; empty when that is no stub.
+std::string_view missingFor(std::string_view name) {
+  constexpr std::string_view start = ".";
+  constexpr std::string_view end = ".icloud";
+  if (name.size() <= start.size() + end.size() || !name.starts_with(start) ||
+      !name.ends_with(end)) {
+    return {};
   }
+  name.remove_prefix(start.size());
+  name.remove_suffix(end.size());
+  return name;
+}
+
+/// Whether `file` stands in for a file that an export may be.
+bool isStubOfExport(const Listed& file) {
+  const std::string missing = lowerCased(missingFor(file.lastPart()));
+  return file.depth <= 1 && missing != clinicalName &&
+         (missing.ends_with(".xml") || missing.ends_with(".zip"));
+}
+
+/// The file of the export for which one of `files` stands in, from the top; `nullopt` when none
+/// does. What merely may be one counts where nothing else may.
+std::optional<std::string> missingAmong(const std::vector<Listed>& files) {
+  auto stub = std::ranges::find_if(files, [](const Listed& file) {
+    return file.depth <= 1 && lowerCased(missingFor(file.lastPart())) == "export.xml";
+  });
+  if (stub == files.end() && std::ranges::none_of(files, mayBeExport)) {
+    stub = std::ranges::find_if(files, isStubOfExport);
+  }
+  if (stub == files.end()) return std::nullopt;
+  const std::string_view last = stub->lastPart();
+  return stub->name.substr(0, stub->name.size() - last.size()).append(missingFor(last));
+}
+
+/// Why none of `files`, from the archive or folder `path`, is the export.
+ImportError noXmlIn(const std::filesystem::path& path, const std::vector<Listed>& files) {
   if (std::cmp_greater(std::ranges::count_if(files, mayBeExport), mostLookedInto)) {
     return ImportError(phrases::noXmlAmongSome, {path.string(), std::to_string(mostLookedInto)});
   }
@@ -228,16 +256,21 @@ ExportFile::ExportFile(const std::filesystem::path& path, Interrupted interrupte
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(path, error);
   if (status.type() == std::filesystem::file_type::not_found) {
-    const std::filesystem::path stub = path.parent_path() / stubOf(path.filename().string());
-    const bool isStub = path.has_filename() && std::filesystem::exists(stub, error);
-    throw ImportError(isStub ? phrases::notDownloaded : phrases::missing, {path.string()});
+    const std::filesystem::path wanted = path.has_filename() ? path : path.parent_path();
+    const std::filesystem::path stub = wanted.parent_path() / stubOf(wanted.filename().string());
+    const bool isStub = wanted.has_filename() && std::filesystem::exists(stub, error);
+    if (isStub) throw ImportError(phrases::notDownloaded, {wanted.string()});
+    throw ImportError(phrases::missing, {path.string()});
   }
   if (error) throw ImportError(phrases::unreadable, {path.string()});
+  const std::string name = path.filename().string();
   if (std::filesystem::is_directory(status)) {
     openFolder(path);
+  } else if (const std::string_view missing = missingFor(name); !missing.empty()) {
+    throw ImportError(phrases::notDownloaded, {(path.parent_path() / missing).string()});
   } else if (std::filesystem::is_regular_file(status) && beginning(path, 2) == "PK") {
     openArchive(path);
-  } else if (lowerCased(path.filename().string()) == clinicalName) {
+  } else if (lowerCased(name) == clinicalName) {
     throw ImportError(phrases::clinicalDocument, {path.string()});
   } else if (lowerCased(path.extension().string()) == ".zip") {
     throw ImportError(phrases::noArchive, {path.string()});
@@ -269,7 +302,11 @@ void ExportFile::openFolder(const std::filesystem::path& path) {
   const std::size_t xml = xmlAmong(files, [&](std::size_t index) {
     return beginsLikeExport(beginning(path / files[index].name, beginningSize));
   });
-  if (xml == files.size()) throw noXmlIn(path, files);
+  if (xml == files.size()) {
+    const std::optional<std::string> missing = missingAmong(files);
+    if (missing) throw ImportError(phrases::notDownloaded, {(path / *missing).string()});
+    throw noXmlIn(path, files);
+  }
 
   const std::filesystem::path xmlPath = path / files[xml].name;
   openFile(xmlPath);

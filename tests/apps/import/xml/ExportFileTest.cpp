@@ -149,10 +149,43 @@ TEST_F(ExportFileTest, TellsAFileThatLiesInTheCloudDriveStill) {
   EXPECT_EQ(errorOf(folder / "unpacked/export.xml"),
             (folder / "unpacked/export.xml").string() + wanted);
   EXPECT_EQ(errorOf(folder / "unpacked"), (folder / "unpacked/export.xml").string() + wanted);
+  EXPECT_EQ(errorOf(folder / ".export.zip.icloud"), (folder / "export.zip").string() + wanted);
   EXPECT_THAT(errorOf(folder / "other.zip"), StartsWith("There is no such file or folder"));
   // Once it is there, the stub is of no interest.
   folder.write("unpacked/export.xml", xml);
   EXPECT_EQ(errorOf(folder / "unpacked"), "");
+}
+
+TEST_F(ExportFileTest, TellsAFolderThatLiesInTheCloudDriveStill) {
+  folder.write(".unpacked.icloud", "bplist");
+  folder.write("alone/.Health export.ZIP.icloud", "bplist");
+  folder.write("around/inner/.exportieren.xml.icloud", "bplist");
+  const std::string wanted = " has not been downloaded yet";
+
+  for (const char* name : {"unpacked", "unpacked/"}) {
+    EXPECT_THAT(errorOf(folder / name), StartsWith((folder / "unpacked").string() + wanted));
+  }
+  for (const char* name : {"alone", "alone/"}) {
+    EXPECT_THAT(errorOf(folder / name),
+                StartsWith((folder / "alone/Health export.ZIP").string() + wanted));
+  }
+  EXPECT_THAT(errorOf(folder / "around/"),
+              StartsWith((folder / "around/inner/exportieren.xml").string() + wanted));
+}
+
+TEST_F(ExportFileTest, TakesNoOtherFileOfTheCloudDriveForAnExport) {
+  folder.write("report/.report.pdf.icloud", "bplist");
+  folder.write("clinical/.export_cda.xml.icloud", "bplist");
+  folder.write("beside/.old.zip.icloud", "bplist");
+  folder.write("beside/other.xml", clinicalDocument);
+
+  for (const char* name : {"report", "clinical", "beside"}) {
+    EXPECT_EQ(errorOf(folder / name),
+              "There is no export.xml of the Health app in " + (folder / name).string());
+  }
+  // Names inside an archive are the export's own, and it lies here already.
+  const std::filesystem::path archive = zipOf({{"a/.export.xml.icloud", "bplist"}});
+  EXPECT_EQ(errorOf(archive), "There is no export.xml of the Health app in " + archive.string());
 }
 
 TEST_F(ExportFileTest, NamesTheFileThatIsWantedInsteadOfTheClinicalDocument) {
