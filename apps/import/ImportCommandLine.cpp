@@ -17,7 +17,7 @@ constexpr Phrase usage{
                   [--time-zone <zone>] <export>
   larkspur-import --check <export>
 
-  --check             只通读并清点导出文件,什么都不保存;输出里没有数值、姓名和日期
+  --check             只通读并清点导出文件,什么都不保存;输出里没有数值、姓名和具体日期
   --data-root <dir>   数据根目录(默认 ~/Library/Application Support/Larkspur)
   --member <name>     数据属于谁;名册里没有这个名字时新增一位成员
   --id <id>           成员的 id:用来区分同名的人,或给新成员指定 id

@@ -33,7 +33,7 @@ namespace {
 constexpr Phrase reportUnwritten{
     .zh = "导入已经完成,但无法输出报告:{0}",
     .en = "the import is complete, but its report cannot be written: {0}"};
-constexpr Phrase censusUnwritten{.zh = "清点的结果写不出来:{0}",
+constexpr Phrase censusUnwritten{.zh = "清点的结果无法写入:{0}",
                                  .en = "the census cannot be written: {0}"};
 static_assert(inBothLanguages(reportUnwritten) && inBothLanguages(censusUnwritten));
 

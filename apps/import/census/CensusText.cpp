@@ -9,7 +9,7 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase title{.zh = "导出文件的清点(没有数值、姓名、来源、设备和日期):",
+constexpr Phrase title{.zh = "导出文件的清点(不含数值、人、来源或设备的名称,也不含具体日期):",
                        .en =
                            "Census of an export (no value, no name of a person, source or device, "
                            "no day):"};
@@ -40,7 +40,7 @@ constexpr Phrase years{.zh = "  有记录或训练的年份:{0} 个",
 constexpr Phrase bytes{.zh = "  已读 XML:{0} 字节", .en = "  bytes of XML: {0}"};
 constexpr Phrase complete{.zh = "导出文件可以完整读出。", .en = "The export can be read whole."};
 constexpr Phrase incomplete{
-    .zh = "不完整:导出文件读到这里就读不下去了,原因见标准错误输出。",
+    .zh = "不完整:导出文件从这里起无法读取,原因见标准错误输出。",
     .en = "Incomplete: the export cannot be read beyond this; standard error says why."};
 constexpr std::array all{&title,          &version,       &noVersion, &exported,    &noDate,
                          &unreadableDate, &records,       &type,      &typeInUnits, &otherTypes,

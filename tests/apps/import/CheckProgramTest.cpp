@@ -142,6 +142,10 @@ TEST_F(CheckProgram, EndsWithOneWhenTheCensusIsLost) {
   EXPECT_EQ(ending.status, 1);
   EXPECT_EQ(ending.errors,
             "larkspur-import: the census cannot be written: No space left on device\n");
+
+  const EnvironmentGuard chinese{{"LC_ALL", "zh_CN.UTF-8"}};
+  EXPECT_THAT(piped("exec \"$0\" --check ../exports/export.xml > /dev/full").errors,
+              StartsWith("larkspur-import: 清点的结果无法写入:"));
 }
 
 /// A check that is sent a signal while the export comes through a pipe, whose writer stays.

@@ -261,6 +261,8 @@ TEST_F(Check, TellsWhatWasReadOfACutExport) {
   EXPECT_THAT(censusText(outcome.census, SummaryLang::en),
               testing::EndsWith(
                   "Incomplete: the export cannot be read beyond this; standard error says why.\n"));
+  EXPECT_THAT(censusText(outcome.census, SummaryLang::zh),
+              testing::EndsWith("不完整:导出文件从这里起无法读取,原因见标准错误输出。\n"));
 }
 
 TEST_F(Check, EndsWhereverItIsInterrupted) {
