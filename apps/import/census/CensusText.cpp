@@ -42,11 +42,13 @@ constexpr Phrase complete{.zh = "导出文件可以完整读出。", .en = "The 
 constexpr Phrase incomplete{
     .zh = "不完整:导出文件从这里起无法读取,原因见标准错误输出。",
     .en = "Incomplete: the export cannot be read beyond this; standard error says why."};
-constexpr std::array all{&title,          &version,       &noVersion, &exported,    &noDate,
-                         &unreadableDate, &records,       &type,      &typeInUnits, &otherTypes,
-                         &countedUnit,    &convertedUnit, &noUnit,    &otherUnit,   &comma,
-                         &withoutNumber,  &workouts,      &days,      &sources,     &moreSources,
-                         &years,          &bytes,         &complete,  &incomplete};
+constexpr Phrase lookThrough{.zh = "转发之前,请先看一遍列出的类型。",
+                             .en = "Look through the types before you pass this on."};
+constexpr std::array all{&lookThrough, &title,          &version,       &noVersion, &exported,
+                         &noDate,      &unreadableDate, &records,       &type,      &typeInUnits,
+                         &otherTypes,  &countedUnit,    &convertedUnit, &noUnit,    &otherUnit,
+                         &comma,       &withoutNumber,  &workouts,      &days,      &sources,
+                         &moreSources, &years,          &bytes,         &complete,  &incomplete};
 static_assert(std::ranges::all_of(all,
                                   [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
 
@@ -70,6 +72,7 @@ public:
     page.add(phrases::bytes, {count(census.bytes)});
     page.addTime(census.seconds);
     page.add(census.complete ? phrases::complete : phrases::incomplete);
+    page.add(phrases::lookThrough);
     return page.text();
   }
 

@@ -72,7 +72,9 @@ TEST_F(CheckProgram, PrintsACensusAndMakesNothing) {
   EXPECT_EQ(ending.status, 0);
   EXPECT_THAT(ending.output, StartsWith("Census of an export"));
   EXPECT_THAT(ending.output, HasSubstr("\n    HeartRate: 300 (count/min)\n"));
-  EXPECT_THAT(ending.output, EndsWith("\nThe export can be read whole.\n"));
+  EXPECT_THAT(ending.output,
+              EndsWith("\nThe export can be read whole.\n"
+                       "Look through the types before you pass this on.\n"));
   EXPECT_EQ(ending.errors, "");
   EXPECT_EQ(everything(), before);
 }
@@ -99,7 +101,8 @@ TEST_F(CheckProgram, SpeaksTheMachinesLanguage) {
   const ChildProcess::Ending ending = run({"--check", exported(exportText(3))});
 
   EXPECT_THAT(ending.output, StartsWith("导出文件的清点"));
-  EXPECT_THAT(ending.output, EndsWith("\n导出文件可以完整读出。\n"));
+  EXPECT_THAT(ending.output,
+              EndsWith("\n导出文件可以完整读出。\n转发之前,请先看一遍列出的类型。\n"));
 }
 
 TEST_F(CheckProgram, TakesAPipe) {

@@ -260,9 +260,11 @@ TEST_F(Check, TellsWhatWasReadOfACutExport) {
   EXPECT_EQ(outcome.census.bytes, whole.find("<Workout"));
   EXPECT_THAT(censusText(outcome.census, SummaryLang::en),
               testing::EndsWith(
-                  "Incomplete: the export cannot be read beyond this; standard error says why.\n"));
+                  "Incomplete: the export cannot be read beyond this; standard error says why.\n"
+                  "Look through the types before you pass this on.\n"));
   EXPECT_THAT(censusText(outcome.census, SummaryLang::zh),
-              testing::EndsWith("不完整:导出文件从这里起无法读取,原因见标准错误输出。\n"));
+              testing::EndsWith("不完整:导出文件从这里起无法读取,原因见标准错误输出。\n"
+                                "转发之前,请先看一遍列出的类型。\n"));
 }
 
 TEST_F(Check, EndsWhereverItIsInterrupted) {
@@ -316,7 +318,8 @@ TEST_F(Check, TellsWhatTheExportLeavesOut) {
             "  years with records or workouts: 0\n"
             "  bytes of XML: 13\n"
             "  time: 2.0 s\n"
-            "The export can be read whole.\n");
+            "The export can be read whole.\n"
+            "Look through the types before you pass this on.\n");
   EXPECT_THAT(textOf(exportOf("<ExportDate value=\"yesterday\"/>")),
               HasSubstr("  exported: at a date that cannot be read\n"));
 }
