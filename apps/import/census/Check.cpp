@@ -3,6 +3,7 @@
 #include "import/export/ExportReader.h"
 #include "import/xml/ExportFile.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 #include <utility>
@@ -46,7 +47,8 @@ CheckOutcome outcomeOf(const CheckOrder& order, const CheckSurroundings& surroun
   census.irregularities = reader.irregularities();
   census.beside = source.contents();
   census.bytes = bytes;
-  census.seconds = surroundings.clock() - began;
+  // A clock that was set back says nothing about the time that passed.
+  census.seconds = std::max(surroundings.clock() - began, 0.0);
   census.complete = !failure;
   return {.census = std::move(census), .failure = std::move(failure)};
 }

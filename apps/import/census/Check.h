@@ -17,7 +17,7 @@ struct CheckSurroundings {
   std::ostream& progress;
   ImportProgress::Kind progressKind;
   SummaryLang lang;
-  Clock clock;
+  Clock clock;                                 ///< for how long it takes; may count from any moment
   Interrupted interrupted = neverInterrupted;  ///< whether the user or the system wants it to stop
 };
 

@@ -324,6 +324,20 @@ TEST_F(Check, TellsWhatTheExportLeavesOut) {
               HasSubstr("  exported: at a date that cannot be read\n"));
 }
 
+TEST_F(Check, TakesNoNegativeTimeWhenTheClockIsSetBack) {
+  const std::filesystem::path source = folder.write("export.xml", "<HealthData/>");
+  std::ostringstream unseen;
+  double moment = 1717300000;
+
+  const CheckOutcome outcome = runCheck({.source = source},
+                                        {.progress = unseen,
+                                         .progressKind = ImportProgress::Kind::log,
+                                         .lang = SummaryLang::en,
+                                         .clock = [&moment] { return moment -= 3600; }});
+
+  EXPECT_EQ(outcome.census.seconds, 0);
+}
+
 TEST_F(Check, CountsYearsByTheClocksOfTheExport) {
   const auto at = [](const std::string& stamp) {
     return "<Record type=\"a\" startDate=\"" + stamp + "\"/>\n";
