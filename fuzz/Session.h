@@ -1,7 +1,7 @@
 #pragma once
 // A server in this process, and what must be true of its replies whatever it was fed.
 
-#include "summary/SummaryLang.h"
+#include "platform/SummaryLang.h"
 
 #include <cstddef>
 #include <filesystem>

@@ -1,6 +1,6 @@
 #include "import/DatabaseFailure.h"
+#include "platform/Phrase.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <string_view>
@@ -9,23 +9,18 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase diskFull{.zh = "磁盘已满,这次导入已全部撤销;请腾出空间后再导入",
-                          .en =
-                              "the disk is full; the whole import was undone, make room and try "
-                              "again"};
+constexpr Phrase diskFull{"磁盘已满,这次导入已全部撤销;请腾出空间后再导入",
+                          "the disk is full; the whole import was undone, make room and try "
+                          "again"};
 constexpr Phrase fileFull{
-    .zh = "数据库文件不能再变大:文件系统或 ulimit -f 限制了文件的大小。这次导入已全部撤销",
-    .en =
-        "the database's file cannot grow: the file system or \"ulimit -f\" limits the size of a "
-        "file; the whole import was undone"};
-constexpr Phrase failed{.zh = "数据库无法写入,这次导入已全部撤销:{0}",
-                        .en = "the database cannot be written, the whole import was undone: {0}"};
-constexpr Phrase unopened{.zh = "数据库无法打开:{0}", .en = "the database cannot be opened: {0}"};
-constexpr Phrase noFile{.zh = "{0} 不是普通文件;请移走后再导入",
-                        .en = "{0} is no regular file; move it away and try again"};
-constexpr std::array all{&diskFull, &fileFull, &failed, &unopened, &noFile};
-static_assert(std::ranges::all_of(all,
-                                  [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
+    "数据库文件不能再变大:文件系统或 ulimit -f 限制了文件的大小。这次导入已全部撤销",
+    "the database's file cannot grow: the file system or \"ulimit -f\" limits the size of a "
+    "file; the whole import was undone"};
+constexpr Phrase failed{"数据库无法写入,这次导入已全部撤销:{0}",
+                        "the database cannot be written, the whole import was undone: {0}"};
+constexpr Phrase unopened{"数据库无法打开:{0}", "the database cannot be opened: {0}"};
+constexpr Phrase noFile{"{0} 不是普通文件;请移走后再导入",
+                        "{0} is no regular file; move it away and try again"};
 
 }  // namespace phrases
 

@@ -11,11 +11,11 @@
 #include "import/member/RosterDocument.h"
 #include "import/xml/ExportFile.h"
 #include "platform/AppleFormat.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
 #include "store/HealthStore.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -28,26 +28,22 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase folderMissing{.zh = "数据目录不可用(盘没挂载?):{0}",
-                               .en = "the data folder is not there (drive not mounted?): {0}"};
+constexpr Phrase folderMissing{"数据目录不可用(盘没挂载?):{0}",
+                               "the data folder is not there (drive not mounted?): {0}"};
 constexpr Phrase rootNotUTF8{
-    .zh = "数据根目录的路径不是有效的 UTF-8,无法写入名册:{0}",
-    .en = "the data root's path is not UTF-8, and the roster could not hold it: {0}"};
+    "数据根目录的路径不是有效的 UTF-8,无法写入名册:{0}",
+    "the data root's path is not UTF-8, and the roster could not hold it: {0}"};
 constexpr Phrase pathUnusable{
-    .zh = "名册里「{0}」的 dbPath 不是绝对路径,无法确定是哪个数据库:\"{1}\"",
-    .en = "the roster's dbPath for {0} is no absolute path, so it names no database: \"{1}\""};
+    "名册里「{0}」的 dbPath 不是绝对路径,无法确定是哪个数据库:\"{1}\"",
+    "the roster's dbPath for {0} is no absolute path, so it names no database: \"{1}\""};
 constexpr Phrase rosterUnwritten{
-    .zh = "数据已经写入数据库,但名册 {0} 无法写入:{1};排除原因后再导入一次即可完成",
-    .en =
-        "the data is in the database, but the roster {0} cannot be written: {1}; mend that and "
-        "import again to complete it"};
+    "数据已经写入数据库,但名册 {0} 无法写入:{1};排除原因后再导入一次即可完成",
+    "the data is in the database, but the roster {0} cannot be written: {1}; mend that and "
+    "import again to complete it"};
 constexpr Phrase rosterUnread{
-    .zh = "数据已经写入数据库,但名册 {0} 在导入期间变得无法读取;修复后再导入一次即可完成",
-    .en =
-        "the data is in the database, but the roster {0} became unreadable meanwhile; mend it and "
-        "import again to complete it"};
-constexpr std::array all{folderMissing, rootNotUTF8, pathUnusable, rosterUnwritten, rosterUnread};
-static_assert(std::ranges::all_of(all, inBothLanguages));
+    "数据已经写入数据库,但名册 {0} 在导入期间变得无法读取;修复后再导入一次即可完成",
+    "the data is in the database, but the roster {0} became unreadable meanwhile; mend it and "
+    "import again to complete it"};
 
 }  // namespace phrases
 

@@ -7,7 +7,7 @@
 #include "import/Interruption.h"
 #include "import/database/ImportWriter.h"
 #include "platform/Clock.h"
-#include "summary/SummaryLang.h"
+#include "platform/SummaryLang.h"
 
 #include <optional>
 #include <ostream>

@@ -1,8 +1,8 @@
 #include "import/ImportCommandLine.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <string_view>
 
@@ -11,7 +11,7 @@ namespace {
 namespace phrases {
 
 constexpr Phrase usage{
-    .zh = R"(larkspur-import —— 把 iPhone「健康」App 导出的数据导入 Larkspur
+    R"(larkspur-import —— 把 iPhone「健康」App 导出的数据导入 Larkspur
 
   larkspur-import [--data-root <dir>] --member <name> [--id <id>]
                   [--time-zone <zone>] <export>
@@ -29,7 +29,7 @@ constexpr Phrase usage{
 <export> 是导出得到的 .zip、其中的 export.xml,或解压后的文件夹。
 同一份导出文件再次导入不会有任何变化;较新的导出文件只补上新的数据。
 )",
-    .en = R"(larkspur-import: brings what the iPhone's Health app exports into Larkspur
+    R"(larkspur-import: brings what the iPhone's Health app exports into Larkspur
 
   larkspur-import [--data-root <dir>] --member <name> [--id <id>]
                   [--time-zone <zone>] <export>
@@ -48,39 +48,24 @@ constexpr Phrase usage{
 <export> is the .zip that was exported, the export.xml inside it, or the unpacked folder.
 Importing the same export again changes nothing; a newer one adds what is new.
 )"};
-constexpr Phrase unknownArgument{.zh = "不认识的参数:{0}", .en = "unknown argument: {0}"};
-constexpr Phrase valueMissing{.zh = "{0} 后面缺少值", .en = "{0} wants a value"};
-constexpr Phrase secondExport{.zh = "一次只能处理一份导出文件,多出的是:{0}",
-                              .en = "one export at a time, and this is a second: {0}"};
-constexpr Phrase exportMissing{.zh = "没有指定要导入的导出文件", .en = "the export is missing"};
-constexpr Phrase uncheckedExport{.zh = "没有指定要检查的导出文件", .en = "the export is missing"};
-constexpr Phrase notWithCheck{.zh = "--check 什么都不保存,不能与 {0} 一起使用",
-                              .en = "--check stores nothing, so {0} does not go with it"};
-constexpr Phrase memberMissing{.zh = "缺少 --member", .en = "--member is missing"};
+constexpr Phrase unknownArgument{"不认识的参数:{0}", "unknown argument: {0}"};
+constexpr Phrase valueMissing{"{0} 后面缺少值", "{0} wants a value"};
+constexpr Phrase secondExport{"一次只能处理一份导出文件,多出的是:{0}",
+                              "one export at a time, and this is a second: {0}"};
+constexpr Phrase exportMissing{"没有指定要导入的导出文件", "the export is missing"};
+constexpr Phrase uncheckedExport{"没有指定要检查的导出文件", "the export is missing"};
+constexpr Phrase notWithCheck{"--check 什么都不保存,不能与 {0} 一起使用",
+                              "--check stores nothing, so {0} does not go with it"};
+constexpr Phrase memberMissing{"缺少 --member", "--member is missing"};
 constexpr Phrase nameUnusable{
-    .zh = "--member 后面须是成员的名字:UTF-8 编码,不能为空,不含控制字符",
-    .en = "--member wants a name, in UTF-8, not empty and without control characters"};
-constexpr Phrase rootEmpty{.zh = "--data-root 后面须是一个文件夹",
-                           .en = "--data-root wants a folder"};
-constexpr Phrase zoneEmpty{.zh = "--time-zone 后面须是一个时区,如 Asia/Shanghai",
-                           .en = "--time-zone wants a zone, such as Asia/Shanghai"};
+    "--member 后面须是成员的名字:UTF-8 编码,不能为空,不含控制字符",
+    "--member wants a name, in UTF-8, not empty and without control characters"};
+constexpr Phrase rootEmpty{"--data-root 后面须是一个文件夹", "--data-root wants a folder"};
+constexpr Phrase zoneEmpty{"--time-zone 后面须是一个时区,如 Asia/Shanghai",
+                           "--time-zone wants a zone, such as Asia/Shanghai"};
 constexpr Phrase idUnusable{
-    .zh = "--id 只能由 1 到 64 个字母、数字、- 和 _ 组成",
-    .en = "--id wants 1 to 64 letters, digits, hyphens and underscores, nothing else"};
-constexpr std::array all{&usage,
-                         &unknownArgument,
-                         &valueMissing,
-                         &secondExport,
-                         &exportMissing,
-                         &uncheckedExport,
-                         &notWithCheck,
-                         &memberMissing,
-                         &nameUnusable,
-                         &rootEmpty,
-                         &zoneEmpty,
-                         &idUnusable};
-static_assert(std::ranges::all_of(all,
-                                  [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
+    "--id 只能由 1 到 64 个字母、数字、- 和 _ 组成",
+    "--id wants 1 to 64 letters, digits, hyphens and underscores, nothing else"};
 
 }  // namespace phrases
 

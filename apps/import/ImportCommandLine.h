@@ -1,7 +1,7 @@
 #pragma once
 // What the import program was started to do.
 
-#include "summary/SummaryLang.h"
+#include "platform/SummaryLang.h"
 
 #include <filesystem>
 #include <optional>

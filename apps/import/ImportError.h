@@ -1,7 +1,8 @@
 #pragma once
 // Why an import cannot go on, told in both languages.
 
-#include "summary/SummaryLang.h"
+#include "platform/Phrase.h"
+#include "platform/SummaryLang.h"
 
 #include <initializer_list>
 #include <stdexcept>
@@ -13,6 +14,9 @@ class ImportError : public std::runtime_error {
 public:
   /// `phrase` with its marks "{0}", "{1}", ... replaced by `values`.
   explicit ImportError(const Phrase& phrase, std::initializer_list<std::string_view> values = {});
+
+  /// A text that is made otherwise in each language.
+  ImportError(std::string chinese, std::string english);
 
   const std::string& text(SummaryLang lang) const noexcept;
 

@@ -1,8 +1,8 @@
 #include "import/ImportProgress.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <string_view>
@@ -12,14 +12,11 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase withTotal{.zh = "[{0}] {1}%,已读 {2} / {3} MB,{4} MB/秒,剩余 {5}",
-                           .en = "[{0}] {1}%, {2} of {3} MB, {4} MB/s, {5} left"};
-constexpr Phrase withoutTotal{.zh = "已读 {0} MB,{1} MB/秒", .en = "{0} MB, {1} MB/s"};
-constexpr Phrase finishing{.zh = "已全部读取,正在统计并写入磁盘…",
-                           .en = "all read; counting, and waiting for the disk …"};
-constexpr std::array all{&withTotal, &withoutTotal, &finishing};
-static_assert(std::ranges::all_of(all,
-                                  [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
+constexpr Phrase withTotal{"[{0}] {1}%,已读 {2} / {3} MB,{4} MB/秒,剩余 {5}",
+                           "[{0}] {1}%, {2} of {3} MB, {4} MB/s, {5} left"};
+constexpr Phrase withoutTotal{"已读 {0} MB,{1} MB/秒", "{0} MB, {1} MB/s"};
+constexpr Phrase finishing{"已全部读取,正在统计并写入磁盘…",
+                           "all read; counting, and waiting for the disk …"};
 
 }  // namespace phrases
 

@@ -2,7 +2,7 @@
 // How far an import has come: a bar on a terminal, a line a minute in a log.
 
 #include "platform/Clock.h"
-#include "summary/SummaryLang.h"
+#include "platform/SummaryLang.h"
 
 #include <cstdint>
 #include <optional>

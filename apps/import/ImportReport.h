@@ -4,7 +4,7 @@
 #include "import/database/ImportTally.h"
 #include "import/export/Irregularities.h"
 #include "import/xml/ExportFile.h"
-#include "summary/SummaryLang.h"
+#include "platform/SummaryLang.h"
 
 #include <optional>
 #include <string>

@@ -1,10 +1,9 @@
 #include "import/Interruption.h"
+#include "platform/Phrase.h"
 
 namespace {
 
-constexpr Phrase interruptedRun{.zh = "已中断:没有改动任何数据",
-                                .en = "interrupted: nothing was changed"};
-static_assert(inBothLanguages(interruptedRun));
+constexpr Phrase interruptedRun{"已中断:没有改动任何数据", "interrupted: nothing was changed"};
 
 }  // namespace
 

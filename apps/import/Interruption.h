@@ -2,6 +2,7 @@
 // An import or a check that was asked to stop.
 
 #include "import/ImportError.h"
+#include "platform/Phrase.h"
 
 #include <functional>
 

@@ -1,8 +1,7 @@
 #include "import/ReportPage.h"
 #include "import/export/SkipReasons.h"
+#include "platform/Phrase.h"
 
-#include <algorithm>
-#include <array>
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -11,50 +10,30 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase unreadable{.zh = "  无法读取时间的时间戳:{0}(原样保存)",
-                            .en = "  stamps without a readable time: {0} (kept as exported)"};
+constexpr Phrase unreadable{"  无法读取时间的时间戳:{0}(原样保存)",
+                            "  stamps without a readable time: {0} (kept as exported)"};
 constexpr Phrase repeated{
-    .zh = "  重复的属性:{0}(以第一个为准;缺少 endDate 时,第二个 startDate 当作 endDate)",
-    .en =
-        "  attributes that stand twice: {0} (the first counts; a second startDate is the end "
-        "where that is missing)"};
-constexpr Phrase converted{.zh = "  换算了单位:{0}", .en = "  converted units: {0}"};
-constexpr Phrase unknownUnits{.zh = "  无法识别的单位:{0}(记录原样保存,训练里的该项留空)",
-                              .en =
-                                  "  unknown units: {0} (records are kept as exported, a "
-                                  "workout's figure is left out)"};
-constexpr Phrase dropped{.zh = "  去掉的非法字符:{0}", .en = "  forbidden characters dropped: {0}"};
-constexpr Phrase replaced{.zh = "  替换为 U+FFFD 的非法 UTF-8:{0}",
-                          .en = "  invalid UTF-8 replaced by U+FFFD: {0}"};
-constexpr Phrase skipped{.zh = "  跳过 {0} 个:{1}(第一个在第 {2} 行)",
-                         .en = "  skipped {0}: {1} (the first in line {2})"};
-constexpr Phrase notStored{.zh = "  没有保存:{0}", .en = "  not stored: {0}"};
-constexpr Phrase oneKind{.zh = "{0} {1} 个", .en = "{0} {1}"};
-constexpr Phrase routeFiles{.zh = "路线文件", .en = "route files"};
-constexpr Phrase ecgFiles{.zh = "心电图文件", .en = "ECG files"};
-constexpr Phrase clinicalFiles{.zh = "临床记录文件", .en = "clinical record files"};
-constexpr Phrase otherFiles{.zh = "其他文件", .en = "other files"};
-constexpr Phrase otherElements{.zh = "其他元素", .en = "other elements"};
-constexpr Phrase comma{.zh = "、", .en = ", "};
-constexpr Phrase time{.zh = "  用时:{0} 秒", .en = "  time: {0} s"};
-constexpr std::array all{&unreadable,
-                         &repeated,
-                         &converted,
-                         &unknownUnits,
-                         &dropped,
-                         &replaced,
-                         &skipped,
-                         &notStored,
-                         &oneKind,
-                         &routeFiles,
-                         &ecgFiles,
-                         &clinicalFiles,
-                         &otherFiles,
-                         &otherElements,
-                         &comma,
-                         &time};
-static_assert(std::ranges::all_of(all,
-                                  [](const Phrase* phrase) { return inBothLanguages(*phrase); }));
+    "  重复的属性:{0}(以第一个为准;缺少 endDate 时,第二个 startDate 当作 endDate)",
+    "  attributes that stand twice: {0} (the first counts; a second startDate is the end "
+    "where that is missing)"};
+constexpr Phrase converted{"  换算了单位:{0}", "  converted units: {0}"};
+constexpr Phrase unknownUnits{"  无法识别的单位:{0}(记录原样保存,训练里的该项留空)",
+                              "  unknown units: {0} (records are kept as exported, a "
+                              "workout's figure is left out)"};
+constexpr Phrase dropped{"  去掉的非法字符:{0}", "  forbidden characters dropped: {0}"};
+constexpr Phrase replaced{"  替换为 U+FFFD 的非法 UTF-8:{0}",
+                          "  invalid UTF-8 replaced by U+FFFD: {0}"};
+constexpr Phrase skipped{"  跳过 {0} 个:{1}(第一个在第 {2} 行)",
+                         "  skipped {0}: {1} (the first in line {2})"};
+constexpr Phrase notStored{"  没有保存:{0}", "  not stored: {0}"};
+constexpr Phrase oneKind{"{0} {1} 个", "{0} {1}"};
+constexpr Phrase routeFiles{"路线文件", "route files"};
+constexpr Phrase ecgFiles{"心电图文件", "ECG files"};
+constexpr Phrase clinicalFiles{"临床记录文件", "clinical record files"};
+constexpr Phrase otherFiles{"其他文件", "other files"};
+constexpr Phrase otherElements{"其他元素", "other elements"};
+constexpr Phrase comma{"、", ", "};
+constexpr Phrase time{"  用时:{0} 秒", "  time: {0} s"};
 
 }  // namespace phrases
 

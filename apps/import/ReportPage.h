@@ -5,8 +5,9 @@
 #include "import/export/Irregularities.h"
 #include "import/xml/ExportFile.h"
 #include "platform/Locale.h"
+#include "platform/Phrase.h"
+#include "platform/SummaryLang.h"
 #include "platform/Text.h"
-#include "summary/SummaryLang.h"
 
 #include <cstdint>
 #include <initializer_list>

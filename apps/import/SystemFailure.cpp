@@ -1,17 +1,14 @@
 #include "import/SystemFailure.h"
+#include "platform/Phrase.h"
 
-#include <algorithm>
-#include <array>
 #include <filesystem>
 
 namespace {
 
 namespace phrases {
 
-constexpr Phrase unusable{.zh = "{0} 无法使用:{1}", .en = "{0} cannot be used: {1}"};
-constexpr Phrase refused{.zh = "系统报错:{0}", .en = "the system reports: {0}"};
-constexpr std::array all{unusable, refused};
-static_assert(std::ranges::all_of(all, inBothLanguages));
+constexpr Phrase unusable{"{0} 无法使用:{1}", "{0} cannot be used: {1}"};
+constexpr Phrase refused{"系统报错:{0}", "the system reports: {0}"};
 
 }  // namespace phrases
 

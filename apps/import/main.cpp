@@ -13,6 +13,7 @@
 #include "platform/Clock.h"
 #include "platform/ControlProtocol.h"
 #include "platform/Files.h"
+#include "platform/Phrase.h"
 #include "platform/System.h"
 
 #include <sys/stat.h>
@@ -31,12 +32,9 @@
 
 namespace {
 
-constexpr Phrase reportUnwritten{
-    .zh = "导入已经完成,但无法输出报告:{0}",
-    .en = "the import is complete, but its report cannot be written: {0}"};
-constexpr Phrase censusUnwritten{.zh = "清点的结果无法写入:{0}",
-                                 .en = "the census cannot be written: {0}"};
-static_assert(inBothLanguages(reportUnwritten) && inBothLanguages(censusUnwritten));
+constexpr Phrase reportUnwritten{"导入已经完成,但无法输出报告:{0}",
+                                 "the import is complete, but its report cannot be written: {0}"};
+constexpr Phrase censusUnwritten{"清点的结果无法写入:{0}", "the census cannot be written: {0}"};
 
 constexpr int succeeded = 0;
 constexpr int failed = 1;

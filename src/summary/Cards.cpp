@@ -1,11 +1,12 @@
 #include "summary/Cards.h"
 #include "platform/Locale.h"
 #include "platform/Text.h"
+#include "summary/ActivityNames.h"
+#include "summary/CalendarText.h"
 #include "summary/DailySeries.h"
 #include "summary/SummaryStrings.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdint>
 #include <initializer_list>

@@ -1,4 +1,5 @@
 #include "summary/Insights.h"
+#include "summary/CalendarText.h"
 #include "summary/SummaryStrings.h"
 
 #include <array>

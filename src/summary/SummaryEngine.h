@@ -2,9 +2,9 @@
 // One member's summary, computed from what a data source has to say.
 
 #include "platform/AppleFormat.h"
+#include "platform/SummaryLang.h"
 #include "roster/IngestPayload.h"
 #include "summary/SummaryDataSource.h"
-#include "summary/SummaryLang.h"
 #include "summary/SummaryModel.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 #pragma once
 // Every word of a summary, once in each language.
 
-#include "summary/SummaryLang.h"
+#include "platform/SummaryLang.h"
 
 #include <cstdint>
 #include <string>

@@ -1,6 +1,7 @@
 #include "summary/SummaryText.h"
 #include "platform/AppleFormat.h"
 #include "platform/Locale.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
 #include "summary/SummaryStrings.h"
 
@@ -89,9 +90,8 @@ std::string SummaryText::coverageBlock(const SummaryCoverage& coverage, SummaryL
 namespace {
 
 /// Stands in for a name that is empty. The English sentence it makes is wanted as it stands.
-constexpr Phrase nameless{.zh = "我", .en = "my"};
-constexpr Phrase sampleCount{.zh = "({0} 个样本)", .en = " ({0} samples)"};
-static_assert(inBothLanguages(nameless) && inBothLanguages(sampleCount));
+constexpr Phrase nameless{"我", "my"};
+constexpr Phrase sampleCount{"({0} 个样本)", " ({0} samples)"};
 
 constexpr std::string_view indent = "    ";
 

@@ -1,7 +1,7 @@
 #pragma once
 // A finished summary as plain text, the form in which a model reads it.
 
-#include "summary/SummaryLang.h"
+#include "platform/SummaryLang.h"
 #include "summary/SummaryModel.h"
 
 #include <string>

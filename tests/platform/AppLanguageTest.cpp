@@ -8,12 +8,10 @@
 
 namespace {
 
-using AppLanguage::Language;
-
 struct MatchCase {
   std::string name;
   std::string tag;
-  std::optional<Language> language;
+  std::optional<SummaryLang> language;
 };
 
 class Match : public testing::TestWithParam<MatchCase> {};
@@ -22,30 +20,29 @@ TEST_P(Match, FindsTheLanguageOfATag) {
   EXPECT_EQ(AppLanguage::match(GetParam().tag), GetParam().language);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, Match,
-                         testing::Values(MatchCase{"Chinese", "zh", Language::zh},
-                                         MatchCase{"ChineseOfAPlace", "zh-Hans-CN", Language::zh},
-                                         MatchCase{"ChineseLocale", "zh_CN.UTF-8", Language::zh},
-                                         MatchCase{"ChineseInCapitals", "ZH-HANT", Language::zh},
-                                         MatchCase{"English", "en", Language::en},
-                                         MatchCase{"EnglishInMixedCase", "EN_gb", Language::en},
-                                         MatchCase{"EnglishOfAPlace", "en-US", Language::en},
-                                         MatchCase{"French", "fr-FR", {}},
-                                         MatchCase{"LongerThanChinese", "zha", {}},
-                                         MatchCase{"LongerThanEnglish", "eng", {}},
-                                         MatchCase{"AnotherSeparator", "en.UTF-8", {}},
-                                         MatchCase{"ShorterThanALanguage", "e", {}},
-                                         MatchCase{"LeadingBlank", " en", {}},
-                                         MatchCase{"PlainCLocale", "C", {}},
-                                         MatchCase{"Empty", "", {}}),
-                         [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Cases, Match,
+    testing::Values(MatchCase{"Chinese", "zh", SummaryLang::zh},
+                    MatchCase{"ChineseOfAPlace", "zh-Hans-CN", SummaryLang::zh},
+                    MatchCase{"ChineseLocale", "zh_CN.UTF-8", SummaryLang::zh},
+                    MatchCase{"ChineseInCapitals", "ZH-HANT", SummaryLang::zh},
+                    MatchCase{"English", "en", SummaryLang::en},
+                    MatchCase{"EnglishInMixedCase", "EN_gb", SummaryLang::en},
+                    MatchCase{"EnglishOfAPlace", "en-US", SummaryLang::en},
+                    MatchCase{"French", "fr-FR", {}}, MatchCase{"LongerThanChinese", "zha", {}},
+                    MatchCase{"LongerThanEnglish", "eng", {}},
+                    MatchCase{"AnotherSeparator", "en.UTF-8", {}},
+                    MatchCase{"ShorterThanALanguage", "e", {}},
+                    MatchCase{"LeadingBlank", " en", {}}, MatchCase{"PlainCLocale", "C", {}},
+                    MatchCase{"Empty", "", {}}),
+    [](const auto& test) { return test.param.name; });
 
 struct ResolveCase {
   std::string name;
   std::vector<std::string> bundleLocalizations;
   std::vector<std::string> bundlePreferred;
   std::vector<std::string> system;
-  Language language;
+  SummaryLang language;
 };
 
 class Resolve : public testing::TestWithParam<ResolveCase> {};
@@ -57,25 +54,26 @@ TEST_P(Resolve, ChoosesTheLanguageToSpeak) {
 
 INSTANTIATE_TEST_SUITE_P(
     WithoutABundle, Resolve,
-    testing::Values(ResolveCase{"Chinese", {}, {}, {"zh-Hans-CN"}, Language::zh},
-                    ResolveCase{"English", {}, {}, {"EN_gb"}, Language::en},
-                    ResolveCase{"SecondChoice", {}, {}, {"fr-FR", "zh-Hant"}, Language::zh},
-                    ResolveCase{"FirstOfBothWins", {}, {}, {"fr", "en", "zh"}, Language::en},
-                    ResolveCase{"ChineseBeforeEnglish", {}, {}, {"zh", "en"}, Language::zh},
-                    ResolveCase{"NeitherIsEnglish", {}, {}, {"fr-FR"}, Language::en},
-                    ResolveCase{"NothingIsEnglish", {}, {}, {}, Language::en},
-                    ResolveCase{"PreferredWithoutLocalizations", {}, {"zh"}, {"en"}, Language::en}),
+    testing::Values(ResolveCase{"Chinese", {}, {}, {"zh-Hans-CN"}, SummaryLang::zh},
+                    ResolveCase{"English", {}, {}, {"EN_gb"}, SummaryLang::en},
+                    ResolveCase{"SecondChoice", {}, {}, {"fr-FR", "zh-Hant"}, SummaryLang::zh},
+                    ResolveCase{"FirstOfBothWins", {}, {}, {"fr", "en", "zh"}, SummaryLang::en},
+                    ResolveCase{"ChineseBeforeEnglish", {}, {}, {"zh", "en"}, SummaryLang::zh},
+                    ResolveCase{"NeitherIsEnglish", {}, {}, {"fr-FR"}, SummaryLang::en},
+                    ResolveCase{"NothingIsEnglish", {}, {}, {}, SummaryLang::en},
+                    ResolveCase{
+                        "PreferredWithoutLocalizations", {}, {"zh"}, {"en"}, SummaryLang::en}),
     [](const auto& test) { return test.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(
     WithABundle, Resolve,
     testing::Values(
-        ResolveCase{"BundleBeforeSystem", {"en", "zh-Hans"}, {"zh-Hans"}, {"en"}, Language::zh},
-        ResolveCase{"OneMatchIsEnough", {"fr", "en"}, {"zh"}, {"en"}, Language::zh},
-        ResolveCase{"TranslatedIntoNeither", {"fr", "de"}, {"zh"}, {"en"}, Language::en},
-        ResolveCase{"NothingPreferred", {"en", "zh"}, {}, {"zh"}, Language::zh},
+        ResolveCase{"BundleBeforeSystem", {"en", "zh-Hans"}, {"zh-Hans"}, {"en"}, SummaryLang::zh},
+        ResolveCase{"OneMatchIsEnough", {"fr", "en"}, {"zh"}, {"en"}, SummaryLang::zh},
+        ResolveCase{"TranslatedIntoNeither", {"fr", "de"}, {"zh"}, {"en"}, SummaryLang::en},
+        ResolveCase{"NothingPreferred", {"en", "zh"}, {}, {"zh"}, SummaryLang::zh},
         ResolveCase{
-            "OnlyTheFirstPreferredCounts", {"en", "zh"}, {"fr", "en"}, {"zh"}, Language::zh}),
+            "OnlyTheFirstPreferredCounts", {"en", "zh"}, {"fr", "en"}, {"zh"}, SummaryLang::zh}),
     [](const auto& test) { return test.param.name; });
 
 TEST(IsChinese, FollowsTheLanguagesOfTheUser) {

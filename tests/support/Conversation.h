@@ -1,7 +1,7 @@
 #pragma once
 // Whole conversations with a server in memory.
 
-#include "summary/SummaryLang.h"
+#include "platform/SummaryLang.h"
 #include "support/Household.h"
 #include "support/ToolCaller.h"
 

@@ -4,8 +4,8 @@
 #include "mcp/tools/MCPError.h"
 #include "mcp/tools/Tools.h"
 #include "platform/Logger.h"
+#include "platform/SummaryLang.h"
 #include "roster/Roster.h"
-#include "summary/SummaryLang.h"
 #include "support/Household.h"
 
 #include <nlohmann/json.hpp>

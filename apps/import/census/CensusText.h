@@ -2,7 +2,7 @@
 // A census in words.
 
 #include "import/census/Census.h"
-#include "summary/SummaryLang.h"
+#include "platform/SummaryLang.h"
 
 #include <string>
 

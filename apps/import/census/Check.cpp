@@ -2,6 +2,7 @@
 #include "import/census/FormatVersion.h"
 #include "import/export/ExportReader.h"
 #include "import/xml/ExportFile.h"
+#include "platform/Phrase.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -10,9 +11,8 @@
 
 namespace {
 
-constexpr Phrase interruptedCheck{.zh = "已中断:导出文件没有读完",
-                                  .en = "interrupted: the export was not read whole"};
-static_assert(inBothLanguages(interruptedCheck));
+constexpr Phrase interruptedCheck{"已中断:导出文件没有读完",
+                                  "interrupted: the export was not read whole"};
 
 CheckOutcome outcomeOf(const CheckOrder& order, const CheckSurroundings& surroundings) {
   const double began = surroundings.clock();

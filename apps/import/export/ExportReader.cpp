@@ -5,9 +5,8 @@
 #include "import/export/TypeNames.h"
 #include "import/export/Units.h"
 #include "platform/AppleFormat.h"
+#include "platform/Phrase.h"
 
-#include <algorithm>
-#include <array>
 #include <cstddef>
 #include <utility>
 
@@ -17,26 +16,19 @@ namespace {
 constexpr int deepestElement = 64;
 
 namespace phrases {
-constexpr Phrase noExport{
-    .zh = "没有 HealthData 元素:这不是「健康」App 的导出文件,或者文件缺少开头。",
-    .en =
-        "There is no HealthData element: this is no export of the Health "
-        "app, or one cut off at its beginning."};
+constexpr Phrase noExport{"没有 HealthData 元素:这不是「健康」App 的导出文件,或者文件缺少开头。",
+                          "There is no HealthData element: this is no export of the Health "
+                          "app, or one cut off at its beginning."};
 constexpr Phrase clinicalDocument{
-    .zh =
-        "这是导出文件中的临床文档(export_cda.xml),不含要导入的记录;需要的是同一文件夹里的 "
-        "export.xml。",
-    .en =
-        "This is the clinical document of an export (export_cda.xml), which holds none of the "
-        "records to import: the file wanted is the export.xml beside it."};
-constexpr Phrase tooDeep{.zh =
-                             "第 {0} 行第 {1} 列的元素嵌套太深,这不是「健康」App 的导出文件。"
-                             "没有保存任何数据。",
-                         .en =
-                             "The elements in line {0}, column {1} are nested too deeply; this is "
-                             "no export of the Health app. Nothing was stored."};
-constexpr std::array all{noExport, clinicalDocument, tooDeep};
-static_assert(std::ranges::all_of(all, inBothLanguages));
+    "这是导出文件中的临床文档(export_cda.xml),不含要导入的记录;需要的是同一文件夹里的 "
+    "export.xml。",
+    "This is the clinical document of an export (export_cda.xml), which holds none of the "
+    "records to import: the file wanted is the export.xml beside it."};
+constexpr Phrase tooDeep{
+    "第 {0} 行第 {1} 列的元素嵌套太深,这不是「健康」App 的导出文件。"
+    "没有保存任何数据。",
+    "The elements in line {0}, column {1} are nested too deeply; this is "
+    "no export of the Health app. Nothing was stored."};
 }  // namespace phrases
 
 }  // namespace
@@ -134,7 +126,8 @@ void ExportReader::startPart(std::string_view name, const Attributes& attributes
 bool ExportReader::hasDay(const LocalStamp& start) {
   if (start.day()) return true;
   const bool missing = start.text().empty();
-  sink.skipped((missing ? SkipReasons::noStart : SkipReasons::startIsNoDate).en, parser.line());
+  sink.skipped((missing ? SkipReasons::noStart : SkipReasons::startIsNoDate).in(SummaryLang::en),
+               parser.line());
   return false;
 }
 
@@ -164,7 +157,7 @@ bool ExportReader::addRecord(const Attributes& attributes) {
   ExportedRecord record;
   record.type = TypeNames::ofRecord(attributes.find("type").value_or(std::string_view()));
   if (record.type.empty()) {
-    sink.skipped(SkipReasons::noType.en, parser.line());
+    sink.skipped(SkipReasons::noType.in(SummaryLang::en), parser.line());
     return false;
   }
   const LocalStamp start = stamps.local(attributes.find("startDate").value_or(std::string_view()));
@@ -225,7 +218,8 @@ void ExportReader::addDay(const Attributes& attributes) {
   const std::string_view date = attributes.find("dateComponents").value_or(std::string_view());
   if (date.size() != 10 || !AppleFormat::dayParser.parse(date)) {
     const bool missing = date.empty();
-    sink.skipped((missing ? SkipReasons::noDay : SkipReasons::dayIsNoDate).en, parser.line());
+    sink.skipped((missing ? SkipReasons::noDay : SkipReasons::dayIsNoDate).in(SummaryLang::en),
+                 parser.line());
     return;
   }
   const auto number = [&attributes](std::string_view name) {

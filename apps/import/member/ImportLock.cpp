@@ -1,5 +1,6 @@
 #include "import/member/ImportLock.h"
 #include "import/ImportError.h"
+#include "platform/Phrase.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -12,9 +13,8 @@
 
 namespace {
 
-constexpr Phrase anotherImport{.zh = "另一个导入正在进行,等它结束后再试",
-                               .en = "another import is running; try again when it has ended"};
-static_assert(inBothLanguages(anotherImport));
+constexpr Phrase anotherImport{"另一个导入正在进行,等它结束后再试",
+                               "another import is running; try again when it has ended"};
 
 [[noreturn]] void fail(const std::filesystem::path& path, int error) {
   throw std::filesystem::filesystem_error(

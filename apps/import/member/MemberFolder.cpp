@@ -2,6 +2,7 @@
 #include "import/ImportError.h"
 #include "import/member/DurableFile.h"
 #include "platform/Files.h"
+#include "platform/Phrase.h"
 
 #include <sodium.h>
 
@@ -16,19 +17,14 @@ namespace {
 namespace phrases {
 
 constexpr Phrase occupied{
-    .zh = "{0} 里已经有一个数据库,名册里却没有这位成员;请把它移走,或换一个 --id",
-    .en =
-        "{0} holds a database already, but the roster names no such member; move it away, or "
-        "choose another --id"};
+    "{0} 里已经有一个数据库,名册里却没有这位成员;请把它移走,或换一个 --id",
+    "{0} holds a database already, but the roster names no such member; move it away, or "
+    "choose another --id"};
 constexpr Phrase otherPersons{
-    .zh =
-        "{0} 里有「{1}」的导入没有完成;请用这个名字再导入一次来完成,或给「{2}」换一个 --id,否则"
-        "两个人的数据会混在一起",
-    .en =
-        "{0} holds an unfinished import of {1}'s; complete it with an import under that name, or "
-        "choose another --id for {2}, or the data of two people would mix"};
-constexpr std::array all{occupied, otherPersons};
-static_assert(std::ranges::all_of(all, inBothLanguages));
+    "{0} 里有「{1}」的导入没有完成;请用这个名字再导入一次来完成,或给「{2}」换一个 --id,否则"
+    "两个人的数据会混在一起",
+    "{0} holds an unfinished import of {1}'s; complete it with an import under that name, or "
+    "choose another --id for {2}, or the data of two people would mix"};
 
 }  // namespace phrases
 

@@ -3,10 +3,10 @@
 #include "import/member/DurableFile.h"
 #include "platform/Files.h"
 #include "platform/JsonFields.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <fstream>
@@ -18,14 +18,12 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase unreadable{.zh = "名册 {0} 无法读取,未作改动:{1}",
-                            .en = "the roster {0} cannot be read and was left alone: {1}"};
-constexpr Phrase noFile{.zh = "名册 {0} 不是普通文件,未作改动",
-                        .en = "the roster {0} is no regular file and was left alone"};
-constexpr Phrase tooDeep{.zh = "名册 {0} 的嵌套超过 {1} 层,未作改动",
-                         .en = "the roster {0} is nested more than {1} deep and was left alone"};
-constexpr std::array all{unreadable, noFile, tooDeep};
-static_assert(std::ranges::all_of(all, inBothLanguages));
+constexpr Phrase unreadable{"名册 {0} 无法读取,未作改动:{1}",
+                            "the roster {0} cannot be read and was left alone: {1}"};
+constexpr Phrase noFile{"名册 {0} 不是普通文件,未作改动",
+                        "the roster {0} is no regular file and was left alone"};
+constexpr Phrase tooDeep{"名册 {0} 的嵌套超过 {1} 层,未作改动",
+                         "the roster {0} is nested more than {1} deep and was left alone"};
 
 }  // namespace phrases
 

@@ -2,6 +2,7 @@
 #include "import/ImportError.h"
 #include "import/xml/ZipArchive.h"
 #include "platform/Files.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
 
 #include <fcntl.h>
@@ -9,7 +10,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <functional>
 #include <optional>
@@ -21,31 +21,24 @@
 namespace {
 
 namespace phrases {
-constexpr Phrase missing{.zh = "没有这个文件或文件夹:{0}",
-                         .en = "There is no such file or folder: {0}"};
-constexpr Phrase unreadable{.zh = "无法读取:{0}", .en = "Cannot be read: {0}"};
-constexpr Phrase noXml{.zh = "{0} 里没有「健康」App 导出的 export.xml",
-                       .en = "There is no export.xml of the Health app in {0}"};
-constexpr Phrase noArchive{.zh = "{0} 不是 zip 文件", .en = "{0} is not a zip archive"};
+constexpr Phrase missing{"没有这个文件或文件夹:{0}", "There is no such file or folder: {0}"};
+constexpr Phrase unreadable{"无法读取:{0}", "Cannot be read: {0}"};
+constexpr Phrase noXml{"{0} 里没有「健康」App 导出的 export.xml",
+                       "There is no export.xml of the Health app in {0}"};
+constexpr Phrase noArchive{"{0} 不是 zip 文件", "{0} is not a zip archive"};
 constexpr Phrase noXmlAmongSome{
-    .zh = "{0} 里没有「健康」App 导出的 export.xml;其他 XML 文件只检查了前 {1} 个",
-    .en =
-        "There is no export.xml of the Health app in {0}; of its other XML files only the first "
-        "{1} "
-        "were looked into"};
+    "{0} 里没有「健康」App 导出的 export.xml;其他 XML 文件只检查了前 {1} 个",
+    "There is no export.xml of the Health app in {0}; of its other XML files only the first "
+    "{1} "
+    "were looked into"};
 constexpr Phrase notDownloaded{
-    .zh = "{0} 还没有从云盘下载到这台电脑;请先在文件管理器里下载,再试一次",
-    .en =
-        "{0} has not been downloaded yet from the cloud drive: download it in the file manager "
-        "first, then try again"};
+    "{0} 还没有从云盘下载到这台电脑;请先在文件管理器里下载,再试一次",
+    "{0} has not been downloaded yet from the cloud drive: download it in the file manager "
+    "first, then try again"};
 constexpr Phrase clinicalDocument{
-    .zh = "{0} 是导出文件中的临床文档,不含要导入的记录;需要的是同一文件夹里的 export.xml",
-    .en =
-        "{0} is the clinical document of an export, which holds none of the records to import: the "
-        "file wanted is the export.xml beside it"};
-constexpr std::array all{
-    missing, unreadable, noXml, noArchive, noXmlAmongSome, notDownloaded, clinicalDocument};
-static_assert(std::ranges::all_of(all, inBothLanguages));
+    "{0} 是导出文件中的临床文档,不含要导入的记录;需要的是同一文件夹里的 export.xml",
+    "{0} is the clinical document of an export, which holds none of the records to import: the "
+    "file wanted is the export.xml beside it"};
 }  // namespace phrases
 
 /// Enough to reach the name of the root, which the document type declaration gives at its start.

@@ -1,5 +1,6 @@
 #include "import/xml/XmlEncoding.h"
 #include "import/ImportError.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
 
 #include <algorithm>
@@ -10,17 +11,13 @@ namespace {
 namespace phrases {
 
 constexpr Phrase knownEncoding{
-    .zh =
-        "文件的编码是 {0},不是 UTF-8,可能被别的程序另存过;请用手机导出的原文件。没有保存任何数据。",
-    .en =
-        "The file is in {0} instead of UTF-8; another program may have saved it. Take the file as "
-        "the phone exported it. Nothing was stored."};
+    "文件的编码是 {0},不是 UTF-8,可能被别的程序另存过;请用手机导出的原文件。没有保存任何数据。",
+    "The file is in {0} instead of UTF-8; another program may have saved it. Take the file as "
+    "the phone exported it. Nothing was stored."};
 constexpr Phrase otherEncoding{
-    .zh = "文件的编码不是 UTF-8,可能被别的程序另存过;请用手机导出的原文件。没有保存任何数据。",
-    .en =
-        "The file is in another encoding instead of UTF-8; another program may have saved it. Take "
-        "the file as the phone exported it. Nothing was stored."};
-static_assert(inBothLanguages(knownEncoding) && inBothLanguages(otherEncoding));
+    "文件的编码不是 UTF-8,可能被别的程序另存过;请用手机导出的原文件。没有保存任何数据。",
+    "The file is in another encoding instead of UTF-8; another program may have saved it. Take "
+    "the file as the phone exported it. Nothing was stored."};
 
 }  // namespace phrases
 

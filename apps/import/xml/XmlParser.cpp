@@ -1,13 +1,13 @@
 #include "import/xml/XmlParser.h"
 #include "import/ImportError.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
 
 #include <expat.h>
 
-#include <algorithm>
-#include <array>
 #include <cstddef>
 #include <new>
+#include <optional>
 #include <string>
 
 namespace {
@@ -24,62 +24,39 @@ constexpr long long mostUnread = 2 * longestTag;
 constexpr std::size_t pieceSize = 128UL << 10;
 
 namespace phrases {
-constexpr Phrase broken{.zh = "XML 在第 {0} 行第 {1} 列有错误:{2}。没有保存任何数据。",
-                        .en =
-                            "The XML is broken in line {0}, column {1}: {2}. Nothing was "
-                            "stored."};
+constexpr Phrase broken{"XML 在第 {0} 行第 {1} 列有错误:{2}。没有保存任何数据。",
+                        "The XML is broken in line {0}, column {1}: {2}. Nothing was "
+                        "stored."};
 constexpr Phrase tooLong{
-    .zh =
-        "从第 {0} 行第 {1} 列开始的标签超过 128 KiB,这不是「健康」App 的导出文件。"
-        "没有保存任何数据。",
-    .en =
-        "What begins in line {0}, column {1} is longer than 128 KiB; this is "
-        "no export of the Health app. Nothing was stored."};
+    "从第 {0} 行第 {1} 列开始的标签超过 128 KiB,这不是「健康」App 的导出文件。"
+    "没有保存任何数据。",
+    "What begins in line {0}, column {1} is longer than 128 KiB; this is "
+    "no export of the Health app. Nothing was stored."};
 constexpr Phrase nameTooLong{
-    .zh =
-        "第 {0} 行第 {1} 列的标签里有超过 256 字节的名称,这不是「健康」App "
-        "的导出文件。没有保存任何数据。",
-    .en =
-        "A name in the tag in line {0}, column {1} is longer than 256 "
-        "bytes; this is no export of the Health app. Nothing was "
-        "stored."};
+    "第 {0} 行第 {1} 列的标签里有超过 256 字节的名称,这不是「健康」App "
+    "的导出文件。没有保存任何数据。",
+    "A name in the tag in line {0}, column {1} is longer than 256 "
+    "bytes; this is no export of the Health app. Nothing was "
+    "stored."};
 constexpr Phrase tooManyNames{
-    .zh =
-        "到第 {0} 行第 {1} 列,元素和属性的名称超过 1,000 种,这不是「健康」"
-        "App 的导出文件。没有保存任何数据。",
-    .en =
-        "Up to line {0}, column {1} the elements and attributes have "
-        "more than 1,000 names; this is no export of the Health app. "
-        "Nothing was stored."};
+    "到第 {0} 行第 {1} 列,元素和属性的名称超过 1,000 种,这不是「健康」"
+    "App 的导出文件。没有保存任何数据。",
+    "Up to line {0}, column {1} the elements and attributes have "
+    "more than 1,000 names; this is no export of the Health app. "
+    "Nothing was stored."};
 
-constexpr Phrase badCharacter{.zh = "写法不符合 XML", .en = "not well-formed"};
-constexpr Phrase endsInTag{.zh = "文件在标签中间中断", .en = "the file ends inside a tag"};
-constexpr Phrase endsEarly{.zh = "文件不完整", .en = "the file ends too early"};
-constexpr Phrase otherTag{.zh = "结束标签和开始标签不配对",
-                          .en = "an end tag does not match its start tag"};
-constexpr Phrase attributeTwice{.zh = "同一个属性写了两次", .en = "an attribute stands twice"};
-constexpr Phrase entity{.zh = "使用了未定义的实体", .en = "an entity is not defined"};
-constexpr Phrase noReference{.zh = "字符引用无效",
-                             .en = "a character reference names no character"};
-constexpr Phrase afterRoot{.zh = "根元素结束后还有内容",
-                           .en = "something follows the end of the root element"};
-constexpr std::array all{broken,
-                         tooLong,
-                         nameTooLong,
-                         tooManyNames,
-                         badCharacter,
-                         endsInTag,
-                         endsEarly,
-                         otherTag,
-                         attributeTwice,
-                         entity,
-                         noReference,
-                         afterRoot};
-static_assert(std::ranges::all_of(all, inBothLanguages));
+constexpr Phrase badCharacter{"写法不符合 XML", "not well-formed"};
+constexpr Phrase endsInTag{"文件在标签中间中断", "the file ends inside a tag"};
+constexpr Phrase endsEarly{"文件不完整", "the file ends too early"};
+constexpr Phrase otherTag{"结束标签和开始标签不配对", "an end tag does not match its start tag"};
+constexpr Phrase attributeTwice{"同一个属性写了两次", "an attribute stands twice"};
+constexpr Phrase entity{"使用了未定义的实体", "an entity is not defined"};
+constexpr Phrase noReference{"字符引用无效", "a character reference names no character"};
+constexpr Phrase afterRoot{"根元素结束后还有内容", "something follows the end of the root element"};
 }  // namespace phrases
 
-/// What is wrong, for what goes wrong with exports; the parser's own words for all else.
-Phrase reasonOf(XML_Error error) {
+/// What goes wrong with exports; absent for all else.
+std::optional<Phrase> reasonOf(XML_Error error) {
   switch (error) {
     case XML_ERROR_SYNTAX:
     case XML_ERROR_INVALID_TOKEN:
@@ -100,11 +77,8 @@ Phrase reasonOf(XML_Error error) {
       return phrases::noReference;
     case XML_ERROR_JUNK_AFTER_DOC_ELEMENT:
       return phrases::afterRoot;
-    default: {
-      const char* const words = XML_ErrorString(error);
-      const std::string_view text = words == nullptr ? "?" : words;
-      return {.zh = text, .en = text};
-    }
+    default:
+      return std::nullopt;
   }
 }
 
@@ -200,9 +174,14 @@ void XmlParser::refuse(const Phrase& phrase) const {
 }
 
 void XmlParser::fail() const {
-  const Phrase reason = reasonOf(XML_GetErrorCode(parser.get()));
-  // The reason depends on the language as the sentence around it does.
-  const std::string chinese = filled(phrases::broken.zh, {"{0}", "{1}", reason.zh});
-  const std::string english = filled(phrases::broken.en, {"{0}", "{1}", reason.en});
-  refuse({.zh = chinese, .en = english});
+  const XML_Error error = XML_GetErrorCode(parser.get());
+  const std::optional<Phrase> reason = reasonOf(error);
+  // The parser's own words, which are English.
+  const char* const words = XML_ErrorString(error);
+  const auto text = [&](SummaryLang lang) {
+    const std::string_view why = reason ? reason->in(lang) : words == nullptr ? "?" : words;
+    return filled(phrases::broken.in(lang),
+                  {std::to_string(line()), std::to_string(column()), why});
+  };
+  throw ImportError(text(SummaryLang::zh), text(SummaryLang::en));
 }

@@ -3,7 +3,8 @@
 
 #include "import/xml/Attributes.h"
 #include "import/xml/XmlNames.h"
-#include "summary/SummaryLang.h"
+#include "platform/Phrase.h"
+#include "platform/SummaryLang.h"
 
 #include <cstddef>
 #include <exception>

@@ -1,7 +1,8 @@
 #include "mcp/server/Instructions.h"
+#include "platform/Phrase.h"
 
 constinit const Phrase instructions{
-    .zh = R"(这里是本机上 Apple 健康数据的只读访问。数据存在用户自己的电脑上,不经过任何服务器。
+    R"(这里是本机上 Apple 健康数据的只读访问。数据存在用户自己的电脑上,不经过任何服务器。
 
 先调 get_overview 读「数据覆盖说明」,再决定问什么 —— 说明里会写清楚哪些类型
 没有采集、以及为什么没有。**缺失只代表未采集,不代表健康状况**。
@@ -14,7 +15,7 @@ constinit const Phrase instructions{
 
 本工具提供的是原始测量数据,不构成诊断。输出请写成「数据观察 + 建议向医生确认
 的问题」,不要下医学结论。)",
-    .en = R"(Read-only access to the Apple Health data on this Mac. The data lives on the
+    R"(Read-only access to the Apple Health data on this Mac. The data lives on the
 user's own computer and never passes through a server.
 
 Call get_overview first to read the data-coverage notice, then decide what to ask.

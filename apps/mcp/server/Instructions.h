@@ -1,7 +1,8 @@
 #pragma once
 // What a client's model is told about this server when it connects.
 
-#include "summary/SummaryLang.h"
+#include "platform/Phrase.h"
+#include "platform/SummaryLang.h"
 
 /// The "instructions" of the reply to "initialize".
 extern const Phrase instructions;

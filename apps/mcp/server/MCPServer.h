@@ -6,9 +6,9 @@
 #include "mcp/server/Methods.h"
 #include "platform/Clock.h"
 #include "platform/Logger.h"
+#include "platform/SummaryLang.h"
 #include "roster/Roster.h"
 #include "store/Database.h"
-#include "summary/SummaryLang.h"
 
 #include <nlohmann/json_fwd.hpp>
 

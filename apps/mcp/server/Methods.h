@@ -4,9 +4,9 @@
 #include "mcp/server/AccessLog.h"
 #include "platform/Clock.h"
 #include "platform/Logger.h"
+#include "platform/SummaryLang.h"
 #include "roster/Roster.h"
 #include "store/Database.h"
-#include "summary/SummaryLang.h"
 
 #include <nlohmann/json_fwd.hpp>
 

@@ -1,6 +1,7 @@
 #include "mcp/tools/AnswerText.h"
 #include "platform/AppleFormat.h"
 #include "platform/Locale.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
 #include "summary/SummaryText.h"
 
@@ -8,11 +9,9 @@
 
 namespace {
 
-constexpr Phrase memberHeader{.zh = "成员:{0}(person={1})", .en = "Member: {0} (person={1})"};
-constexpr Phrase metricHeader{.zh = "指标:{0}({1})· {2}", .en = "Metric: {0} ({1}) · {2}"};
-constexpr Phrase daysHeader{.zh = "区间:{0} ~ {1}", .en = "Range: {0} ~ {1}"};
-static_assert(inBothLanguages(memberHeader) && inBothLanguages(metricHeader) &&
-              inBothLanguages(daysHeader));
+constexpr Phrase memberHeader{"成员:{0}(person={1})", "Member: {0} (person={1})"};
+constexpr Phrase metricHeader{"指标:{0}({1})· {2}", "Metric: {0} ({1}) · {2}"};
+constexpr Phrase daysHeader{"区间:{0} ~ {1}", "Range: {0} ~ {1}"};
 
 }  // namespace
 
@@ -52,7 +51,7 @@ int Tools::daysBetween(std::string_view first, std::string_view last) {
 
 namespace {
 
-constexpr Phrase noUnit{.zh = "无单位", .en = ""};
+constexpr Phrase metricWithoutUnit{"指标:{0}(无单位)· {1}", "Metric: {0} () · {1}"};
 
 /// In Chinese in both languages.
 std::string_view aggregationNote(Aggregation aggregation) {
@@ -71,8 +70,9 @@ std::string_view aggregationNote(Aggregation aggregation) {
 
 std::string Tools::metricLine(HealthMetric metric, SummaryLang lang) {
   const MetricInfo& info = infoOf(metric);
-  const std::string_view unit = info.unit.empty() ? noUnit.in(lang) : info.unit;
-  return filled(metricHeader.in(lang), {info.rawValue, unit, aggregationNote(info.aggregation)});
+  const std::string_view note = aggregationNote(info.aggregation);
+  if (info.unit.empty()) return filled(metricWithoutUnit.in(lang), {info.rawValue, note});
+  return filled(metricHeader.in(lang), {info.rawValue, info.unit, note});
 }
 
 std::vector<DailyValue> Tools::shownSeries(const HealthStore& store, HealthMetric metric,

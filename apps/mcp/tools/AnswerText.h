@@ -2,10 +2,10 @@
 // What the texts of all tools share: heading, numbers, the metric's line, the coverage notice.
 
 #include "mcp/tools/Tools.h"
+#include "platform/SummaryLang.h"
 #include "roster/Roster.h"
 #include "store/HealthStore.h"
 #include "summary/Metrics.h"
-#include "summary/SummaryLang.h"
 
 #include <cstdint>
 #include <string>

@@ -2,6 +2,7 @@
 #include "mcp/tools/MCPError.h"
 #include "platform/ControlProtocol.h"
 #include "platform/JsonFields.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
 
 #include <nlohmann/json.hpp>
@@ -15,24 +16,18 @@
 namespace {
 
 constexpr Phrase noMembers{
-    .zh = "这台电脑上还没有任何成员 —— 用户需要先在 Larkspur 里配对 iPhone。",
-    .en = "No members on this Mac yet — the user has to pair an iPhone in Larkspur first."};
-constexpr Phrase unknownPerson{.zh = "没有叫「{0}」的成员。可选:{1}",
-                               .en = "No member named \"{0}\". Available: {1}"};
+    "这台电脑上还没有任何成员 —— 用户需要先在 Larkspur 里配对 iPhone。",
+    "No members on this Mac yet — the user has to pair an iPhone in Larkspur first."};
+constexpr Phrase unknownPerson{"没有叫「{0}」的成员。可选:{1}",
+                               "No member named \"{0}\". Available: {1}"};
 constexpr Phrase personRequired{
-    .zh =
-        "这台电脑上有 {0} 个成员,person 参数必填(不支持全部成员)。先调 list_persons "
-        "看清楚。可选:{1}",
-    .en =
-        "This Mac has {0} members, so person is required (there is no 'all members' option). "
-        "Call list_persons first. Available: {1}"};
-constexpr Phrase unknownMetric{.zh = "不认识的 metric「{0}」。可用:{1}",
-                               .en = "Unknown metric \"{0}\". One of: {1}"};
-constexpr Phrase metricRequired{.zh = "metric 必填。可用:{0}",
-                                .en = "metric is required. One of: {0}"};
-static_assert(inBothLanguages(noMembers) && inBothLanguages(unknownPerson) &&
-              inBothLanguages(personRequired) && inBothLanguages(unknownMetric) &&
-              inBothLanguages(metricRequired));
+    "这台电脑上有 {0} 个成员,person 参数必填(不支持全部成员)。先调 list_persons "
+    "看清楚。可选:{1}",
+    "This Mac has {0} members, so person is required (there is no 'all members' option). "
+    "Call list_persons first. Available: {1}"};
+constexpr Phrase unknownMetric{"不认识的 metric「{0}」。可用:{1}",
+                               "Unknown metric \"{0}\". One of: {1}"};
+constexpr Phrase metricRequired{"metric 必填。可用:{0}", "metric is required. One of: {0}"};
 
 /// In Chinese whatever the language, as the receiver application words it.
 constexpr std::string_view cannotOpen = "打不开 {0} 的数据:{1}";

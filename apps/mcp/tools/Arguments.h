@@ -3,6 +3,7 @@
 
 #include "mcp/tools/Tools.h"
 #include "platform/AppleFormat.h"
+#include "platform/Phrase.h"
 #include "roster/Roster.h"
 #include "store/HealthStore.h"
 #include "summary/Metrics.h"

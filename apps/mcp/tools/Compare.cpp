@@ -2,16 +2,16 @@
 #include "mcp/tools/Arguments.h"
 #include "mcp/tools/MCPError.h"
 #include "mcp/tools/Tools.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
 
 #include <cmath>
 
 namespace {
 
-constexpr Phrase meanOver{.zh = "日均 {0}({1} 天)", .en = "mean {0} over {1} days"};
-constexpr Phrase noData{.zh = "没有数据(不代表 0)", .en = "no data (not zero)"};
-constexpr Phrase difference{.zh = "A - B = {0}({1}%)", .en = "A - B = {0} ({1}%)"};
-static_assert(inBothLanguages(meanOver) && inBothLanguages(noData) && inBothLanguages(difference));
+constexpr Phrase meanOver{"日均 {0}({1} 天)", "mean {0} over {1} days"};
+constexpr Phrase noData{"没有数据(不代表 0)", "no data (not zero)"};
+constexpr Phrase difference{"A - B = {0}({1}%)", "A - B = {0} ({1}%)"};
 
 /// The required day under `key`, unchanged. The refusal is in Chinese in both languages.
 std::string need(const Tools::Call& call, const char* key) {

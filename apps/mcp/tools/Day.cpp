@@ -2,20 +2,17 @@
 #include "mcp/tools/Arguments.h"
 #include "mcp/tools/MCPError.h"
 #include "mcp/tools/Tools.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
+#include "summary/ActivityNames.h"
 
 namespace {
 
-constexpr Phrase dateMalformed{.zh = "date 要是 YYYY-MM-DD", .en = "date must be YYYY-MM-DD"};
-constexpr Phrase dateLine{.zh = "日期:{0}", .en = "Date: {0}"};
-constexpr Phrase nothingRecorded{.zh = "这一天没有任何记录。",
-                                 .en = "Nothing recorded on this day."};
-constexpr Phrase recordLine{.zh = "  {0}: {1} {2}({3} 个样本)",
-                            .en = "  {0}: {1} {2} ({3} samples)"};
-constexpr Phrase workoutsHeading{.zh = "训练:", .en = "Workouts:"};
-static_assert(inBothLanguages(dateMalformed) && inBothLanguages(dateLine) &&
-              inBothLanguages(nothingRecorded) && inBothLanguages(recordLine) &&
-              inBothLanguages(workoutsHeading));
+constexpr Phrase dateMalformed{"date 要是 YYYY-MM-DD", "date must be YYYY-MM-DD"};
+constexpr Phrase dateLine{"日期:{0}", "Date: {0}"};
+constexpr Phrase nothingRecorded{"这一天没有任何记录。", "Nothing recorded on this day."};
+constexpr Phrase recordLine{"  {0}: {1} {2}({3} 个样本)", "  {0}: {1} {2} ({3} samples)"};
+constexpr Phrase workoutsHeading{"训练:", "Workouts:"};
 
 /// The required day of the call, unchanged.
 std::string requiredDay(const Tools::Call& call) {

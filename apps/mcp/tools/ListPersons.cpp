@@ -2,6 +2,7 @@
 #include "mcp/tools/Arguments.h"
 #include "mcp/tools/Tools.h"
 #include "platform/AppleFormat.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
 #include "store/Patience.h"
 
@@ -9,16 +10,13 @@
 
 namespace {
 
-constexpr Phrase nobody{.zh = "这台电脑上还没有任何成员。", .en = "No members on this Mac yet."};
-constexpr Phrase dataPart{.zh = ":{0} 条记录,{1} ~ {2}", .en = ": {0} records, {1} ~ {2}"};
-constexpr Phrase lastSynced{.zh = ",最近同步 {0}", .en = ", last synced {0}"};
+constexpr Phrase nobody{"这台电脑上还没有任何成员。", "No members on this Mac yet."};
+constexpr Phrase dataPart{":{0} 条记录,{1} ~ {2}", ": {0} records, {1} ~ {2}"};
+constexpr Phrase lastSynced{",最近同步 {0}", ", last synced {0}"};
 constexpr Phrase severalMembers{
-    .zh = "🔴 有多个成员:后续每次查询都必须指定 person,不存在「全家合计」这种口径。",
-    .en =
-        "🔴 Multiple members: every later query must name a person. There is no "
-        "combined-household view."};
-static_assert(inBothLanguages(nobody) && inBothLanguages(dataPart) && inBothLanguages(lastSynced) &&
-              inBothLanguages(severalMembers));
+    "🔴 有多个成员:后续每次查询都必须指定 person,不存在「全家合计」这种口径。",
+    "🔴 Multiple members: every later query must name a person. There is no "
+    "combined-household view."};
 
 /// What the member's database holds; "" when it cannot be read, for the others are still to be
 /// listed.

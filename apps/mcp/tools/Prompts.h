@@ -1,7 +1,7 @@
 #pragma once
 // Ready-made questions that a client can offer its user.
 
-#include "summary/SummaryLang.h"
+#include "platform/SummaryLang.h"
 
 #include <nlohmann/json_fwd.hpp>
 

@@ -1,5 +1,6 @@
 #include "mcp/tools/Resources.h"
 #include "mcp/tools/MCPError.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
 
 #include <nlohmann/json.hpp>
@@ -13,11 +14,9 @@ namespace {
 constexpr std::string_view scheme = "larkspur://";
 constexpr std::string_view overviewPiece = "overview";
 
-constexpr Phrase resourceName{.zh = "{0} 的健康概览", .en = "{0}'s health overview"};
-constexpr Phrase resourceDescription{
-    .zh = "数据概览 + 数据覆盖说明。连上先读这个,再决定问什么。",
-    .en = "Overview plus the data-coverage notice. Read this first."};
-static_assert(inBothLanguages(resourceName) && inBothLanguages(resourceDescription));
+constexpr Phrase resourceName{"{0} 的健康概览", "{0}'s health overview"};
+constexpr Phrase resourceDescription{"数据概览 + 数据覆盖说明。连上先读这个,再决定问什么。",
+                                     "Overview plus the data-coverage notice. Read this first."};
 
 /// The pieces of `path` between slashes, empty ones left out.
 std::vector<std::string_view> piecesOf(std::string_view path) {

@@ -2,8 +2,8 @@
 // One resource a member: the overview as plain text.
 
 #include "mcp/tools/Tools.h"
+#include "platform/SummaryLang.h"
 #include "roster/Roster.h"
-#include "summary/SummaryLang.h"
 
 #include <nlohmann/json_fwd.hpp>
 

@@ -1,6 +1,7 @@
 #include "mcp/tools/AnswerText.h"
 #include "mcp/tools/Arguments.h"
 #include "mcp/tools/Tools.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
 
 #include <algorithm>
@@ -8,16 +9,13 @@
 namespace {
 
 constexpr Phrase noData{
-    .zh =
-        "这个区间内没有数据。**这不代表数值为 0** —— "
-        "可能是未授权、没有相应设备,或历史还没回填完。先看 get_overview 的数据覆盖说明。",
-    .en =
-        "No data in this range. **This does not mean zero** — it may be a missing permission, no "
-        "such device, or history not yet backfilled. See the coverage notice from get_overview."};
-constexpr Phrase statistics{.zh = "有数据的天数:{0},日均 {1},最低 {2},最高 {3}",
-                            .en = "Days with data: {0}, mean {1}, min {2}, max {3}"};
-constexpr Phrase daily{.zh = "逐日:", .en = "Daily:"};
-static_assert(inBothLanguages(noData) && inBothLanguages(statistics) && inBothLanguages(daily));
+    "这个区间内没有数据。**这不代表数值为 0** —— "
+    "可能是未授权、没有相应设备,或历史还没回填完。先看 get_overview 的数据覆盖说明。",
+    "No data in this range. **This does not mean zero** — it may be a missing permission, no "
+    "such device, or history not yet backfilled. See the coverage notice from get_overview."};
+constexpr Phrase statistics{"有数据的天数:{0},日均 {1},最低 {2},最高 {3}",
+                            "Days with data: {0}, mean {1}, min {2}, max {3}"};
+constexpr Phrase daily{"逐日:", "Daily:"};
 
 std::string statisticsLine(const std::vector<DailyValue>& series, SummaryLang lang) {
   const auto [lowest, highest] = std::ranges::minmax(series, {}, &DailyValue::value);

@@ -6,6 +6,7 @@
 #include "mcp/tools/Tools.h"
 #include "platform/ControlProtocol.h"
 #include "platform/JsonFields.h"
+#include "platform/Phrase.h"
 
 #include <nlohmann/json.hpp>
 
@@ -14,26 +15,22 @@
 namespace {
 
 /// In English in both languages.
-constexpr Phrase mustBeString{.zh = "{0} must be a string", .en = "{0} must be a string"};
-constexpr Phrase mustBeInteger{.zh = "{0} must be an integer in {1}...{2}",
-                               .en = "{0} must be an integer in {1}...{2}"};
+constexpr Phrase mustBeString{"{0} must be a string", "{0} must be a string"};
+constexpr Phrase mustBeInteger{"{0} must be an integer in {1}...{2}",
+                               "{0} must be an integer in {1}...{2}"};
 constexpr const char* noIdentifier = "workout_id must come from get_workouts";
 
 constexpr Phrase note{
-    .zh =
-        "保留库内采样精度与原时区。按采样起点匹配训练 [start,end)，不证明对象关联，不合并来源、"
-        "不插值或补零。sample_mean_bpm 是采样算术均值，不是时间加权值，不替代训练统计。segment "
-        "仅用于超过 60 秒缺口断线。汇总针对全部匹配采样，分页非快照；排除候选指所选来源中时间"
-        "/单位/数值无法解析的记录，不代表缺失时长。",
-    .en =
-        "Stored precision and original timezone retained. Sample-start matching in [start,end) "
-        "is not an object association. No source merging, interpolation or zero filling. "
-        "Sample mean is not time-weighted or the reported workout mean. segment only breaks "
-        "chart lines at gaps over 60 seconds. Summary covers all matches; pagination is not a "
-        "snapshot. Excluded candidates have unreadable time/unit/value, not a measured missing "
-        "duration."};
-static_assert(inBothLanguages(mustBeString) && inBothLanguages(mustBeInteger) &&
-              inBothLanguages(note));
+    "保留库内采样精度与原时区。按采样起点匹配训练 [start,end)，不证明对象关联，不合并来源、"
+    "不插值或补零。sample_mean_bpm 是采样算术均值，不是时间加权值，不替代训练统计。segment "
+    "仅用于超过 60 秒缺口断线。汇总针对全部匹配采样，分页非快照；排除候选指所选来源中时间"
+    "/单位/数值无法解析的记录，不代表缺失时长。",
+    "Stored precision and original timezone retained. Sample-start matching in [start,end) "
+    "is not an object association. No source merging, interpolation or zero filling. "
+    "Sample mean is not time-weighted or the reported workout mean. segment only breaks "
+    "chart lines at gaps over 60 seconds. Summary covers all matches; pagination is not a "
+    "snapshot. Excluded candidates have unreadable time/unit/value, not a measured missing "
+    "duration."};
 
 std::size_t characterCount(std::string_view text) {
   const auto beginsCharacter = [](char byte) {

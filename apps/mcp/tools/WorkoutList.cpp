@@ -3,18 +3,17 @@
 #include "mcp/tools/MCPError.h"
 #include "mcp/tools/WorkoutListJson.h"
 #include "mcp/tools/WorkoutListText.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
 
 namespace {
 
-constexpr Phrase mustBeString{.zh = "{0} 必须是字符串。", .en = "{0} must be a string."};
-constexpr Phrase mustBeInteger{.zh = "{0} 必须是 {1}...{2} 范围内的整数。",
-                               .en = "{0} must be an integer in {1}...{2}"};
-constexpr Phrase mustBeDate{.zh = "{0} 要是有效的 YYYY-MM-DD 日期。",
-                            .en = "{0} must be a valid YYYY-MM-DD date."};
-constexpr Phrase fromAfterTo{.zh = "from 不能晚于 to。", .en = "from must not be later than to."};
-static_assert(inBothLanguages(mustBeString) && inBothLanguages(mustBeInteger) &&
-              inBothLanguages(mustBeDate) && inBothLanguages(fromAfterTo));
+constexpr Phrase mustBeString{"{0} 必须是字符串。", "{0} must be a string."};
+constexpr Phrase mustBeInteger{"{0} 必须是 {1}...{2} 范围内的整数。",
+                               "{0} must be an integer in {1}...{2}"};
+constexpr Phrase mustBeDate{"{0} 要是有效的 YYYY-MM-DD 日期。",
+                            "{0} must be a valid YYYY-MM-DD date."};
+constexpr Phrase fromAfterTo{"from 不能晚于 to。", "from must not be later than to."};
 
 MCPError refusal(std::string_view message) {
   return {MCPError::invalidArguments, std::string(message)};
@@ -73,21 +72,19 @@ std::string_view WorkoutList::rawValue(WorkoutSelection::Order order) {
 }
 
 constinit const Phrase WorkoutList::closingNote{
-    .zh =
-        "汇总为筛选后全部训练记录的合计(不是本页),仅累加已记录值,未做跨来源重叠去重,不等于每日"
-        "活动总量。日期按原始开始日期,起止时间保留原时区;缺失不代表 0,环境缺失不推断为室外。温"
-        "湿度是训练环境元数据，不代表手表传感器连续测量。humidity_pct 仅对已识别的 Apple 来源提"
-        "供百分数；unverified_scale/legacy_unverified 表示尺度待核实，不是数据缺失或源记录异常"
-        "。原值与来源见 raw/encoding/source 字段，不按数值大小猜倍率。",
-    .en =
-        "Totals cover all filtered workout records (not this page), sum only recorded values, "
-        "do not deduplicate overlapping sources and are not daily activity totals. Dates use "
-        "original start day; timestamps retain their timezone. Missing is not zero; "
-        "unspecified environment is not outdoor. Temperature/humidity are workout environment "
-        "metadata, not continuous watch-sensor measurements. humidity_pct is provided only for "
-        "an identified Apple source. unverified_scale/legacy_unverified means the scale needs "
-        "verification, not missing or anomalous source data. See raw/encoding/source fields; "
-        "never infer a scale from the value."};
+    "汇总为筛选后全部训练记录的合计(不是本页),仅累加已记录值,未做跨来源重叠去重,不等于每日"
+    "活动总量。日期按原始开始日期,起止时间保留原时区;缺失不代表 0,环境缺失不推断为室外。温"
+    "湿度是训练环境元数据，不代表手表传感器连续测量。humidity_pct 仅对已识别的 Apple 来源提"
+    "供百分数；unverified_scale/legacy_unverified 表示尺度待核实，不是数据缺失或源记录异常"
+    "。原值与来源见 raw/encoding/source 字段，不按数值大小猜倍率。",
+    "Totals cover all filtered workout records (not this page), sum only recorded values, "
+    "do not deduplicate overlapping sources and are not daily activity totals. Dates use "
+    "original start day; timestamps retain their timezone. Missing is not zero; "
+    "unspecified environment is not outdoor. Temperature/humidity are workout environment "
+    "metadata, not continuous watch-sensor measurements. humidity_pct is provided only for "
+    "an identified Apple source. unverified_scale/legacy_unverified means the scale needs "
+    "verification, not missing or anomalous source data. See raw/encoding/source fields; "
+    "never infer a scale from the value."};
 
 std::string Tools::workouts(const Call& call) {
   WorkoutList::Query query;

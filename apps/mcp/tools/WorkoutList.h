@@ -4,6 +4,7 @@
 #include "mcp/tools/Arguments.h"
 #include "mcp/tools/Tools.h"
 #include "mcp/tools/WorkoutSelection.h"
+#include "platform/Phrase.h"
 
 #include <string>
 #include <string_view>

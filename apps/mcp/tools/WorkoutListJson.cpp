@@ -1,6 +1,7 @@
 #include "mcp/tools/WorkoutListJson.h"
 #include "mcp/tools/JsonText.h"
 #include "platform/JsonFields.h"
+#include "summary/ActivityNames.h"
 
 #include <nlohmann/json.hpp>
 

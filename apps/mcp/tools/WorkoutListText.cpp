@@ -1,6 +1,8 @@
 #include "mcp/tools/WorkoutListText.h"
 #include "mcp/tools/AnswerText.h"
+#include "platform/Phrase.h"
 #include "platform/Text.h"
+#include "summary/ActivityNames.h"
 
 #include <array>
 #include <charconv>
@@ -8,25 +10,19 @@
 
 namespace {
 
-constexpr Phrase countLine{.zh = "全部匹配记录汇总: {0} 次",
-                           .en = "All matching records: {0} workouts"};
-constexpr Phrase totalLine{.zh = "  {0}: {1} {2},{3}/{4} 次有记录",
-                           .en = "  {0}: {1} {2}, recorded in {3}/{4} workouts"};
-constexpr Phrase notRecordedLine{.zh = "  {0}: 未记录", .en = "  {0}: not recorded"};
-constexpr Phrase byActivity{.zh = "按运动类型: ", .en = "By activity: "};
-constexpr Phrase indoorWord{.zh = "室内", .en = "indoor"};
-constexpr Phrase outdoorWord{.zh = "室外", .en = "outdoor"};
-constexpr Phrase unverifiedScale{.zh = "尺度待核实", .en = "scale needs verification"};
-constexpr Phrase invalidReading{.zh = "数值或单位异常", .en = "invalid value or representation"};
-constexpr Phrase nothingMatches{.zh = "这个区间与筛选条件下没有训练记录。",
-                                .en = "No workouts match this range and filters."};
-constexpr Phrase emptyPage{.zh = "此页没有记录,请减小 offset。",
-                           .en = "No records on this page; use a smaller offset."};
-static_assert(inBothLanguages(countLine) && inBothLanguages(totalLine) &&
-              inBothLanguages(notRecordedLine) && inBothLanguages(byActivity) &&
-              inBothLanguages(indoorWord) && inBothLanguages(outdoorWord) &&
-              inBothLanguages(unverifiedScale) && inBothLanguages(invalidReading) &&
-              inBothLanguages(nothingMatches) && inBothLanguages(emptyPage));
+constexpr Phrase countLine{"全部匹配记录汇总: {0} 次", "All matching records: {0} workouts"};
+constexpr Phrase totalLine{"  {0}: {1} {2},{3}/{4} 次有记录",
+                           "  {0}: {1} {2}, recorded in {3}/{4} workouts"};
+constexpr Phrase notRecordedLine{"  {0}: 未记录", "  {0}: not recorded"};
+constexpr Phrase byActivity{"按运动类型: ", "By activity: "};
+constexpr Phrase indoorWord{"室内", "indoor"};
+constexpr Phrase outdoorWord{"室外", "outdoor"};
+constexpr Phrase unverifiedScale{"尺度待核实", "scale needs verification"};
+constexpr Phrase invalidReading{"数值或单位异常", "invalid value or representation"};
+constexpr Phrase nothingMatches{"这个区间与筛选条件下没有训练记录。",
+                                "No workouts match this range and filters."};
+constexpr Phrase emptyPage{"此页没有记录,请减小 offset。",
+                           "No records on this page; use a smaller offset."};
 
 using WorkoutList::Query;
 using WorkoutSelection::Selection;

@@ -3,7 +3,7 @@
 
 #include "mcp/tools/WorkoutList.h"
 #include "mcp/tools/WorkoutSelection.h"
-#include "summary/SummaryLang.h"
+#include "platform/SummaryLang.h"
 
 #include <string>
 

@@ -1,5 +1,6 @@
 #include "mcp/tools/WorkoutSelection.h"
 #include "platform/Text.h"
+#include "summary/ActivityNames.h"
 
 #include <algorithm>
 #include <functional>
@@ -17,36 +18,24 @@ std::optional<double> humidityOf(const WorkoutEntry& workout) { return workout.h
 using WorkoutSelection::Measure;
 
 constexpr std::array<Measure, 11> table{{
-    {"duration_min", {.zh = "时长", .en = "Duration"}, "min", fieldOf<&WorkoutEntry::duration_min>},
-    {"distance_km", {.zh = "距离", .en = "Distance"}, "km", fieldOf<&WorkoutEntry::distance_km>},
+    {"duration_min", {"时长", "Duration"}, "min", fieldOf<&WorkoutEntry::duration_min>},
+    {"distance_km", {"距离", "Distance"}, "km", fieldOf<&WorkoutEntry::distance_km>},
     {"active_energy_kcal",
-     {.zh = "活动能量", .en = "Active energy"},
+     {"活动能量", "Active energy"},
      "kcal",
      fieldOf<&WorkoutEntry::active_energy_kcal>},
     {"basal_energy_kcal",
-     {.zh = "基础能量", .en = "Basal energy"},
+     {"基础能量", "Basal energy"},
      "kcal",
      fieldOf<&WorkoutEntry::basal_energy_kcal>},
-    {"hr_avg",
-     {.zh = "平均心率", .en = "Average heart rate"},
-     "count/min",
-     fieldOf<&WorkoutEntry::hr_avg>},
-    {"hr_min",
-     {.zh = "最低心率", .en = "Minimum heart rate"},
-     "count/min",
-     fieldOf<&WorkoutEntry::hr_min>},
-    {"hr_max",
-     {.zh = "最高心率", .en = "Maximum heart rate"},
-     "count/min",
-     fieldOf<&WorkoutEntry::hr_max>},
-    {"elevation_m", {.zh = "爬升", .en = "Elevation"}, "m", fieldOf<&WorkoutEntry::elevation_m>},
-    {"avg_mets", {.zh = "平均 MET", .en = "Average MET"}, "MET", fieldOf<&WorkoutEntry::avg_mets>},
-    {"temp_c", {.zh = "温度", .en = "Temperature"}, "°C", fieldOf<&WorkoutEntry::temp_c>},
-    {"humidity_pct", {.zh = "湿度", .en = "Humidity"}, "%", humidityOf},
+    {"hr_avg", {"平均心率", "Average heart rate"}, "count/min", fieldOf<&WorkoutEntry::hr_avg>},
+    {"hr_min", {"最低心率", "Minimum heart rate"}, "count/min", fieldOf<&WorkoutEntry::hr_min>},
+    {"hr_max", {"最高心率", "Maximum heart rate"}, "count/min", fieldOf<&WorkoutEntry::hr_max>},
+    {"elevation_m", {"爬升", "Elevation"}, "m", fieldOf<&WorkoutEntry::elevation_m>},
+    {"avg_mets", {"平均 MET", "Average MET"}, "MET", fieldOf<&WorkoutEntry::avg_mets>},
+    {"temp_c", {"温度", "Temperature"}, "°C", fieldOf<&WorkoutEntry::temp_c>},
+    {"humidity_pct", {"湿度", "Humidity"}, "%", humidityOf},
 }};
-static_assert(std::ranges::all_of(table, [](const Measure& measure) {
-  return inBothLanguages(measure.label);
-}));
 
 }  // namespace
 

@@ -2,7 +2,8 @@
 // Choosing among workouts: filters, order, page, totals. Pure: knows neither the store nor the
 // wording.
 
-#include "summary/SummaryLang.h"
+#include "platform/Phrase.h"
+#include "platform/SummaryLang.h"
 #include "workouts/Workouts.h"
 
 #include <array>

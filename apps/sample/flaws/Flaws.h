@@ -1,7 +1,8 @@
 #pragma once
 // What is wrong with exports as phones, other programs and cloud drives leave them.
 
-#include "summary/SummaryLang.h"
+#include "platform/Phrase.h"
+#include "platform/SummaryLang.h"
 
 #include <optional>
 #include <set>

@@ -1,10 +1,11 @@
 #include "import/ImportError.h"
+#include "platform/Phrase.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-constexpr Phrase broken{.zh = "{1} 行的 {0} 坏了", .en = "{0} is broken in line {1}"};
+constexpr Phrase broken{"{1} 行的 {0} 坏了", "{0} is broken in line {1}"};
 
 TEST(ImportError, TellsItsReasonInBothLanguages) {
   const ImportError error(broken, {"export.xml", "7"});

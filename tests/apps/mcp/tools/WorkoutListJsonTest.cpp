@@ -105,7 +105,7 @@ TEST(WorkoutListJson, HasAllItsParts) {
   })");
   Json withTexts = expected;
   withTexts["available_sources"] = {"Ann\u2019s Apple\u00A0Watch", "iPhone"};
-  withTexts["note"] = WorkoutList::closingNote.en;
+  withTexts["note"] = WorkoutList::closingNote.in(SummaryLang::en);
   withTexts["coverage"] = document.at("coverage");
   EXPECT_EQ(document, withTexts);
 }
@@ -262,7 +262,7 @@ TEST(WorkoutListJson, SpeaksTheLanguageOfTheProcess) {
 
   EXPECT_EQ(document.at("workouts").at(0).at("label"), "瑜伽");
   EXPECT_EQ(document.at("available_activities").at(0).at("label"), "跑步");
-  EXPECT_EQ(document.at("note"), WorkoutList::closingNote.zh);
+  EXPECT_EQ(document.at("note"), WorkoutList::closingNote.in(SummaryLang::zh));
   EXPECT_EQ(document.at("boundary"), "本工具提供原始测量数据,不构成诊断;缺失仅代表未采集。");
 }
 
