@@ -7,47 +7,64 @@
 #include <string>
 #include <string_view>
 
-/// The product's web address, which ends the signature.
-inline constexpr std::string_view webAddress = "larkspur.example";
+/// Words in one language. They have no default and are never empty, so a language without them does
+/// not compile.
+class Words {
+public:
+  consteval Words(const char* text)  // NOLINT(google-explicit-constructor): a table of texts
+      : text(*text == 0 ? throw "words are missing" : text) {}
+
+  /// A unit that the language does not write.
+  static consteval Words unwritten() { return {}; }
+
+  constexpr operator std::string_view() const {
+    return text;
+  }  // NOLINT(google-explicit-constructor)
+
+private:
+  consteval Words() = default;
+
+  std::string_view text;
+};
 
 /// A sentence with a place for each argument.
 struct OpeningTemplate {
-  std::string_view pattern;
+  Words pattern;
   std::string operator()(std::string_view name) const;
 };
 struct WeekdayTemplate {
-  std::string_view pattern;
+  Words pattern;
   std::string operator()(std::string_view most, std::string_view least) const;
 };
 struct RestingHRTemplate {
-  std::string_view lowerPattern;
-  std::string_view higherPattern;
+  Words lowerPattern;
+  Words higherPattern;
   /// `delta` in beats a minute, its sign ignored.
   std::string operator()(double delta, bool lower) const;
 };
 struct BestMonthTemplate {
-  std::string_view pattern;
+  Words pattern;
   std::string operator()(std::string_view month) const;
 };
 
-/// The words of one language. Units carry their leading blank; "" is a unit that is not written.
+/// The words of one language. Units carry their leading blank.
 struct SummaryStrings {
-  std::string_view cardOverview, cardActivity, cardHeart, cardSleep, cardWorkouts, cardBody;
-  std::string_view records, span, typeCount, devices;
-  std::string_view steps30, steps90, stepsLastYear;
-  std::string_view restingHR90, restingHRLastYear, restingHRDelta;
-  std::string_view sleepDuration, bedtime, wakeTime;
-  std::string_view workoutCount, workoutMinutes, workoutTypes;
-  std::string_view weight, bmi;
-  std::string_view unitRecords, unitSteps, unitBPM, unitHours, unitTimes, unitMinutes, unitKg;
-  std::string_view needsWatch, notCollected, maybeUnauthorized, backfilling, noSamePeriod;
-  std::string_view noWorkouts, noBody;
+  Words cardOverview, cardActivity, cardHeart, cardSleep, cardWorkouts, cardBody;
+  Words records, span, typeCount, devices;
+  Words steps30, steps90, stepsLastYear;
+  Words restingHR90, restingHRLastYear, restingHRDelta;
+  Words sleepDuration, bedtime, wakeTime;
+  Words workoutCount, workoutMinutes, workoutTypes;
+  Words weight, bmi;
+  Words unitRecords, unitSteps, unitBPM, unitHours, unitTimes, unitMinutes, unitKg;
+  Words needsWatch, notCollected, maybeUnauthorized, backfilling, noSamePeriod;
+  Words noWorkouts, noBody;
   OpeningTemplate opening;
-  std::string_view coverageTitle, dataTitle, insightTitle;
-  std::string_view covRange, covLastSync, covCollected, covAbsent, covSuspicious, covNone;
-  std::string_view covBackfilling, covWarning, covComplete, covCompleteSuffix, covCompleteAll;
-  std::string_view covReached, covYearly, covStale;
-  std::string_view signature;
+  Words coverageTitle, dataTitle, insightTitle;
+  Words covRange, covLastSync, covCollected, covAbsent, covSuspicious, covNone;
+  Words covBackfilling, covWarning, covComplete, covCompleteSuffix, covCompleteAll;
+  Words covReached, covYearly, covStale;
+  Words signature;
   WeekdayTemplate insightWeekday;
   RestingHRTemplate insightRestingHR;
   BestMonthTemplate insightBestMonth;
