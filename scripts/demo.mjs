@@ -24,7 +24,7 @@ if (!programs || !folder) {
 }
 const hour = 3_600_000;
 
-/** The sample household. Its days follow the present: the server takes today as it is. */
+/** The sample household. Its last day is today, because the server goes by the real clock. */
 const sample = {
   dataRoot: resolve(folder, 'household'),
   // Ann's home, so that her nights read as nights. It is eight hours ahead of UTC all year.
@@ -32,11 +32,11 @@ const sample = {
   person: 'Ann',
   id: 'ann-01',
   others: [
-    call('And Ben, in New York?', '在纽约的 Ben 呢?', 'get_overview', { person: 'Ben' }),
-    call('And 小美?', '小美呢?', 'get_overview', { person: '小美' }),
+    call('And Ben, in New York?', '在纽约的 Ben 呢？', 'get_overview', { person: 'Ben' }),
+    call('And 小美?', '小美呢？', 'get_overview', { person: '小美' }),
   ],
 
-  /** Makes the data root; the last day that there is something to say about. */
+  /** Makes the data root and returns the last day with data. */
   make() {
     const today = new Date(Date.now() + 8 * hour).toISOString().slice(0, 10);
     const size = ['--members', '3', '--years', '2', '--records', '200000', '--seed', '1'];
@@ -48,8 +48,8 @@ const sample = {
 };
 
 /**
- * Whoever exported. The days are those before the export, which may be an old one. The server tells
- * nights in the zone in which the days are, which is the machine's where none is named.
+ * The member of an imported export. The days end with the export, which may be old. The server
+ * tells nights in the zone of the import: the named one, else the machine's.
  */
 const imported = {
   dataRoot: resolve(folder, 'imported'),
@@ -88,9 +88,9 @@ const languages = [
 ];
 
 /**
- * The conversation, one step after the other: what a person wants to know, the request, how to show
- * the result. The lists of workouts name what the questions after them take up; where there are
- * none, those questions are left out. `today` is the last day that there is something to say about.
+ * The conversation, step by step: a person's question, the request, and how to show the result.
+ * The later questions about workouts need names from the earlier answers. Without workouts they are
+ * left out. `today` is the last day with data.
  */
 function conversation(today) {
   const day = (daysAgo) =>
@@ -101,21 +101,21 @@ function conversation(today) {
   const trend = (metric) => ({ person, metric, ...fortnight });
 
   return [
-    ask('Who are you?', '你是谁?', 'initialize', handshake(), introduction),
-    ask('What can you do?', '你会什么?', 'tools/list', {}, toolList),
-    call('Who lives here?', '家里有谁?', 'list_persons', {}),
-    call(`How is ${person}?`, `${person} 怎么样?`, 'get_overview', { person }),
+    ask('Who are you?', '你是谁？', 'initialize', handshake(), introduction),
+    ask('What can you do?', '你会什么？', 'tools/list', {}, toolList),
+    call('Who lives here?', '家里有谁？', 'list_persons', {}),
+    call(`How is ${person}?`, `${person} 怎么样？`, 'get_overview', { person }),
     ...household.others,
     call(`${person}: steps`, `${person} 的步数`, 'get_trend', trend('steps')),
     call(`${person}: sleep`, `${person} 的睡眠`, 'get_trend', trend('sleep')),
     call(`${person}: yesterday`, `${person} 的昨天`, 'get_day', { person, date: day(1) }),
-    call('More steps than before?', '比之前走得多吗?', 'compare_periods', {
+    call('More steps than before?', '比之前走得多吗？', 'compare_periods', {
       person,
       metric: 'steps',
       ...periods,
     }),
-    call('Which workouts?', '练了什么?', 'get_workouts', { person, ...month, limit: 2 }),
-    call('The favourite, oldest first', '最常练的,从最早的开始', 'get_workouts', ({ activity }) =>
+    call('Which workouts?', '练了什么？', 'get_workouts', { person, ...month, limit: 2 }),
+    call('The favourite, oldest first', '最常练的，从最早的开始', 'get_workouts', ({ activity }) =>
       activity && { person, ...month, activity_type: activity, order: 'asc', limit: 1 },
     ),
     call(
@@ -125,7 +125,7 @@ function conversation(today) {
       ({ workoutId }) => workoutId && { person, workout_id: workoutId, limit: 5 },
       outline,
     ),
-    ask('What is there to read?', '有什么可读的?', 'resources/list', {}, resourceList),
+    ask('What is there to read?', '有什么可读的？', 'resources/list', {}, resourceList),
     ask(
       'Read one',
       '读一份',
@@ -133,9 +133,9 @@ function conversation(today) {
       { uri: `larkspur://${household.id}/overview` },
       beginning,
     ),
-    ask('What should I ask?', '我该问什么?', 'prompts/list', {}, promptList),
+    ask('What should I ask?', '我该问什么？', 'prompts/list', {}, promptList),
     ask('Ask the first', '就问第一个', 'prompts/get', { name: 'how_am_i' }, promptText),
-    { ...call('How is Zoe?', 'Zoe 怎么样?', 'get_overview', { person: 'Zoe' }), refusal: -32602 },
+    { ...call('How is Zoe?', 'Zoe 怎么样？', 'get_overview', { person: 'Zoe' }), refusal: -32602 },
   ];
 }
 
@@ -144,8 +144,8 @@ function ask(en, zh, method, params, show) {
 }
 
 /**
- * A tool call. `args` may be a function of what earlier answers named, see `remember`; it returns
- * nothing where they did not name it, and the call is left out.
+ * A tool call. `args` may be a function of the names from earlier answers, see `remember`. If it
+ * returns nothing, the call is left out.
  */
 function call(en, zh, name, args, show = (text) => text) {
   const argsFrom = typeof args === 'function' ? args : () => args;
@@ -195,13 +195,13 @@ function promptText({ messages }) {
   return messages.map(({ role, content }) => `${role}: ${content.text}`).join('\n');
 }
 
-/** The first lines of a resource: it reads like get_overview, which was shown already. */
+/** The first lines of a resource. Its text is that of get_overview, which was shown already. */
 function beginning({ contents: [{ text }] }) {
   const lines = text.split('\n');
   return [...lines.slice(0, 4), `… (+${lines.length - 4})`].join('\n');
 }
 
-/** The heart rate of a workout: one key a line, and of every sample what a chart would need. */
+/** The heart rate of a workout: one key a line, and what a chart needs of every sample. */
 function outline(json) {
   const { samples, ...rest } = JSON.parse(json);
   const lines = Object.entries(rest).map(([key, value]) => `${key}: ${JSON.stringify(value)}`);
@@ -212,7 +212,7 @@ function outline(json) {
   return [...lines, 'samples:', ...rows].join('\n');
 }
 
-/** Keeps what later steps ask for: the most frequent activity; a workout, best with a heart rate. */
+/** Keeps names for later steps: the most frequent activity; a workout, if possible with heart rate. */
 function remember(known, text) {
   const withHeartRate = /^ {4}(?:Average heart rate|平均心率)[^·]*workout_id=(\w+)$/m;
   known.activity ??= /^(?:By activity|按运动类型): (.+?)×/m.exec(text)?.[1];
@@ -227,8 +227,8 @@ const indented = (text) => text.replace(/^(?=.)/gm, '    ');
 const shortened = (text) => text.replace(new RegExp(`^(.{${longest}}).+$`, 'gmu'), '$1 …');
 
 /**
- * Makes the household anew and returns the last day that there is something to say about. That of the
- * demo before makes place, and comes back when there is no new one.
+ * Makes the household anew and returns the last day with data. The household of the previous demo
+ * is set aside, and comes back if making a new one fails.
  */
 function makeHousehold() {
   const before = `${dataRoot}.before`;
@@ -296,7 +296,7 @@ try {
   const steps = conversation(makeHousehold());
   for (const language of languages) await converse(steps, language);
 } catch (error) {
-  // A program that was run to its end has said itself why it failed.
+  // A program that ended by itself has printed its own reason.
   if (error.status == null) console.error(`demo: ${error.message}`);
   process.exit(1);
 }
