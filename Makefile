@@ -15,9 +15,9 @@ RECORDS ?= 3000000
 help:  ## lists these commands
 	@sed -n 's/^\([a-z-]*\):.* ## \(.*\)/  make \1\t\2/p' Makefile | expand -t 20
 
-# The export of an iPhone's Health app that `make demo EXPORT=path` talks about, and the time zone
-# of whoever exported: `ZONE=Area/City`. They go by way of the environment, as they were typed, so
-# that no character of a name means anything.
+# `make demo EXPORT=path` talks about the export of an iPhone's Health app; `ZONE=Area/City` is the
+# time zone of its owner. Both pass through the environment unchanged, so that no character of a
+# name has a meaning to make or the shell.
 override EXPORT := $(value EXPORT)
 export EXPORT
 override ZONE := $(value ZONE)
@@ -45,7 +45,7 @@ lint:  ## formatting, the second compiler, clang-tidy
 	@scripts/setup all
 	@scripts/lint
 
-bench: bench-programs  ## measures what we promise about speed, on RECORDS=3000000 records
+bench: bench-programs  ## measures every tool beside its baseline, on RECORDS=3000000 records
 	@scripts/bench $(RECORDS)
 
 bench-growth: bench-programs  ## the tools on a history of 1, 8 and 27 years, side by side
@@ -56,16 +56,16 @@ bench-programs:
 	@cmake --preset release --log-level=WARNING -D LARKSPUR_TESTS=OFF -D LARKSPUR_BENCH=ON
 	@cmake --build --preset release --target larkspur-sample larkspur_bench larkspur_process_bench
 
-bench-clean:  ## removes the databases that were measured on, not the results
+bench-clean:  ## removes the databases of the benchmarks, not the results
 	rm -rf build/bench/*/
 
-fuzz:  ## hostile input for every door, SECONDS=60 each
+fuzz:  ## fuzzes every kind of input, SECONDS=60 each
 	@scripts/setup all
 	@cmake --preset asan --log-level=WARNING
 	@cmake --build --preset asan --target larkspur_fuzz
 	@scripts/fuzz $(SECONDS)
 
-soak:  ## asks the server for a minute beside a writer that never rests and is killed again and again
+soak:  ## calls the server for a minute beside a busy writer that is killed repeatedly
 	@scripts/setup test
 	@cmake --preset dev --log-level=WARNING
 	@cmake --build --preset dev --target larkspur_withstand_tests

@@ -1,22 +1,22 @@
-// Makes tables of what the benchmarks measured.
+// Makes tables of the benchmarks' measurements.
 //
 //   node scripts/bench-report.mjs table <result to write> <records> <measurements>...
 //   node scripts/bench-report.mjs growth <result>...
 //
 // `table` joins files of measurements, either Google Benchmark's own output or an array of rows
 // { what, ours, floor, target, unit, elapsed? }, to one result and prints it. `growth` prints the
-// results of several sizes side by side. Both print Markdown and end with status 0 whatever was
-// measured: they report, they do not judge a build.
+// results of several sizes side by side. Both print Markdown. A missed target is reported; it does not
+// change the status, which is 0.
 
 import { readFileSync, writeFileSync } from 'node:fs';
 
 const read = (path) => JSON.parse(readFileSync(path, 'utf8'));
 
 /**
- * The rows that Google Benchmark's medians of "<what>/ours" and "<what>/floor", the baseline, make,
- * in the order in which they are registered. A call has one thread and reads what the system has in memory, so it
- * waits for nothing but a processor, and the processor's time is what it takes, however busy the
- * machine is with others. What passed on the wall clock is kept beside it as `elapsed`.
+ * The rows of Google Benchmark's medians of "<what>/ours" and "<what>/floor" (the baseline), in the
+ * order of registration. A call has one thread and reads cached pages, so it waits only for a
+ * processor. Processor time therefore measures it, however busy the machine is. Wall-clock time is
+ * kept beside it as `elapsed`.
  */
 function rowsOfBenchmarks(benchmarks) {
   const medians = benchmarks
@@ -39,7 +39,7 @@ function rowsOf(document) {
   return Array.isArray(document) ? document : rowsOfBenchmarks(document.benchmarks);
 }
 
-/** On what and when it was measured, as far as Google Benchmark tells. */
+/** The machine and the time of the measurement, as far as Google Benchmark reports them. */
 function circumstances(documents) {
   const context = documents.find((document) => document.context)?.context ?? {};
   const { date, num_cpus, mhz_per_cpu, load_avg } = context;
@@ -102,7 +102,7 @@ function table(resultPath, records, paths) {
   console.log(`\n${within.length} of ${judged.length} within their targets (${resultPath})`);
   if (result.records !== recordsOfTargets) {
     const size = recordsOfTargets.toLocaleString('en');
-    console.log(`The targets are those for ${size} records: with fewer, what every call costs weighs more.`);
+    console.log(`The targets are for ${size} records. With fewer records, the fixed cost of a call weighs more.`);
   }
 }
 
@@ -120,8 +120,8 @@ function riseOf(values) {
 }
 
 /**
- * A call about a range of days takes as long however much lies around it. Any other is held against
- * its baseline, which grows with the history as well.
+ * A call about a range of days must not take longer in a longer history. Any other call is compared
+ * with its baseline, which grows with the history as well.
  */
 function growth(paths) {
   const results = paths.map(read).sort((left, right) => left.records - right.records);
