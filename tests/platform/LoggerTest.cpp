@@ -1,5 +1,6 @@
 #include "platform/Files.h"
 #include "platform/Logger.h"
+#include "support/FileSizeGuard.h"
 #include "support/TemporaryFolder.h"
 #include "support/ZoneGuard.h"
 
@@ -7,9 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <poll.h>
-#include <signal.h>
 #include <stdlib.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <termios.h>
@@ -431,26 +430,6 @@ TEST(LoggerInAFile, LeavesARecordAloneThatIsJustShortEnough) {
   EXPECT_EQ(contents.size(), Logger::longestRecord);
   EXPECT_TRUE(contents.ends_with("] i " + message + "\n"));
 }
-
-/// How long a file may become, for as long as a test needs it.
-class FileSizeGuard {
-public:
-  explicit FileSizeGuard(rlim_t size) : handler(signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit limit{size, before.rlim_max};
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-  }
-  ~FileSizeGuard() {
-    setrlimit(RLIMIT_FSIZE, &before);
-    signal(SIGXFSZ, handler);
-  }
-  FileSizeGuard(const FileSizeGuard&) = delete;
-  FileSizeGuard& operator=(const FileSizeGuard&) = delete;
-
-private:
-  void (*handler)(int);
-  rlimit before{};
-};
 
 TEST(LoggerInAFile, BeginsALineOfItsOwnAfterARecordThatDidNotFit) {
   const TemporaryFolder folder;

@@ -2,14 +2,13 @@
 #include "platform/ControlProtocol.h"
 #include "platform/Files.h"
 #include "sample/export/ExportOutput.h"
+#include "support/FileSizeGuard.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <chrono>
-#include <csignal>
 #include <filesystem>
 #include <iterator>
 #include <ostream>
@@ -112,32 +111,11 @@ TEST_P(EveryExportOutput, LeavesNothingBehindWhenTheTextFails) {
   EXPECT_EQ(filesIn(folder), 0U);
 }
 
-/// No file grows beyond `size` bytes while this lives, as on a disk that is full.
-class FullDisk {
-public:
-  explicit FullDisk(rlim_t size) : handler(std::signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &before);
-    rlimit limited = before;
-    limited.rlim_cur = size;
-    setrlimit(RLIMIT_FSIZE, &limited);
-  }
-  ~FullDisk() {
-    setrlimit(RLIMIT_FSIZE, &before);
-    static_cast<void>(std::signal(SIGXFSZ, handler));
-  }
-  FullDisk(const FullDisk&) = delete;
-  FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-  void (*handler)(int);
-  rlimit before{};
-};
-
 TEST_P(EveryExportOutput, LeavesNothingBehindOnAFullDisk) {
   const TemporaryFolder folder;
   std::error_code failure;
   {
-    const FullDisk disk(512);
+    const FileSizeGuard full(512);
     try {
       GetParam().write(folder / "e", piecesOf(300));
     } catch (const std::system_error& error) {
