@@ -134,19 +134,23 @@ void Archive::addDescriptor() {
   const std::size_t extra = localSize + number(local, 26, 2);
   local = read(localAt, extra + number(local, 28, 2));
   set(local, 6, 2, number(local, 6, 2) | descriptorFlag);
-  set(local, 14, 4, 0);
-  set(local, 18, 4, all32);
-  set(local, 22, 4, all32);
   const std::size_t sizes = sizesAmong(local, extra, local.size());
-  set(local, sizes + 4, 8, 0);
-  set(local, sizes + 12, 8, 0);
+  const bool isLong = sizes < local.size();
+  set(local, 14, 4, 0);
+  set(local, 18, 4, isLong ? all32 : 0);
+  set(local, 22, 4, isLong ? all32 : 0);
+  if (isLong) {
+    set(local, sizes + 4, 8, 0);
+    set(local, sizes + 12, 8, 0);
+  }
   file.seekp(static_cast<std::streamoff>(localAt));
   file.write(local.data(), static_cast<std::streamsize>(local.size()));
 
+  const std::size_t width = isLong ? 8 : 4;
   between = "PK\x07\x08";
   append(between, 4, checksum);
-  append(between, 8, packed);
-  append(between, 8, unpacked);
+  append(between, width, packed);
+  append(between, width, unpacked);
 }
 
 void Archive::widen() {

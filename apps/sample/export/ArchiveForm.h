@@ -11,8 +11,8 @@ struct ArchiveForm {
   bool operator==(const ArchiveForm&) const = default;
 };
 
-/// Brings the archive at `path` into `form`. The archive has no comment, and the local header of
-/// its last entry has the 64-bit form: an archive written entry after entry without knowing sizes
-/// beforehand. Only what follows the data is written again. Throws std::system_error when it cannot
-/// be read or written; the archive is then of no use.
+/// Brings the archive at `path`, which has no comment, into `form`. A data descriptor has 64-bit
+/// sizes where the local header of the last entry has them, else 32-bit ones. Beside that header,
+/// only what follows the data is written again. Throws std::system_error when it cannot be read or
+/// written; the archive is then of no use.
 void reshapeArchive(const std::filesystem::path& path, ArchiveForm form);

@@ -4,8 +4,6 @@
 #include <zip.h>
 
 #include <cerrno>
-#include <cstdint>
-#include <exception>
 #include <fstream>
 #include <memory>
 #include <system_error>
@@ -23,89 +21,48 @@ namespace {
                       " --export another name");
 }
 
-/// A file that goes away again unless it is kept.
+/// A new file that is written under a longer name, and goes away again unless it is kept.
 class Unfinished {
 public:
-  explicit Unfinished(std::filesystem::path path) : path(std::move(path)) {}
+  Unfinished(std::filesystem::path name, const char* suffix) : name(std::move(name)) {
+    if (std::filesystem::exists(this->name)) refuseExisting(this->name);
+    place = this->name;
+    place += suffix;
+  }
   ~Unfinished() {
     std::error_code ignored;
-    if (!path.empty()) std::filesystem::remove(path, ignored);
+    std::filesystem::remove(place, ignored);
   }
   Unfinished(const Unfinished&) = delete;
   Unfinished& operator=(const Unfinished&) = delete;
 
-  void keepAs(const std::filesystem::path& name) {
-    std::filesystem::rename(path, name);
-    path.clear();
+  void write(const ExportOutput::Pieces& pieces) const {
+    errno = 0;
+    std::ofstream file(place, std::ios::binary | std::ios::trunc);
+    while (file) {
+      const std::string_view piece = pieces();
+      if (piece.empty()) break;
+      file.write(piece.data(), static_cast<std::streamsize>(piece.size()));
+    }
+    file.close();
+    if (!file) fail(name, errno == 0 ? EIO : errno);
   }
 
-private:
-  std::filesystem::path path;
+  void keep() const { std::filesystem::rename(place, name); }
+
+  std::filesystem::path name;
+  std::filesystem::path place;  ///< where it is until it is kept
 };
 
 }  // namespace
 
 void ExportOutput::writeFile(const std::filesystem::path& path, const Pieces& pieces) {
-  if (std::filesystem::exists(path)) refuseExisting(path);
-  std::filesystem::path place = path;
-  place += ".new";
-  Unfinished unfinished(place);
-  errno = 0;
-  std::ofstream file(place, std::ios::binary | std::ios::trunc);
-  while (file) {
-    const std::string_view piece = pieces();
-    if (piece.empty()) break;
-    file.write(piece.data(), static_cast<std::streamsize>(piece.size()));
-  }
-  file.close();
-  if (!file) fail(path, errno == 0 ? EIO : errno);
-  unfinished.keepAs(path);
+  const Unfinished file(path, ".new");
+  file.write(pieces);
+  file.keep();
 }
 
 namespace {
-
-/// The pieces as libzip reads them. An exception must not pass through its C code: it is kept.
-struct PiecesSource {
-  const ExportOutput::Pieces& pieces;
-  std::string_view rest = {};
-  std::exception_ptr failure = {};
-  zip_error_t error = {};
-
-  zip_int64_t read(char* place, std::size_t size) {
-    try {
-      if (rest.empty()) rest = pieces();
-    } catch (...) {
-      failure = std::current_exception();
-      zip_error_set(&error, ZIP_ER_INTERNAL, 0);
-      return -1;
-    }
-    const std::size_t count = rest.copy(place, size);
-    rest.remove_prefix(count);
-    return static_cast<zip_int64_t>(count);
-  }
-};
-
-zip_int64_t answer(void* state, void* data, zip_uint64_t size, zip_source_cmd_t command) {
-  auto& source = *static_cast<PiecesSource*>(state);
-  switch (command) {
-    case ZIP_SOURCE_SUPPORTS:
-      return ZIP_SOURCE_SUPPORTS_READABLE;
-    case ZIP_SOURCE_OPEN:
-    case ZIP_SOURCE_CLOSE:
-    case ZIP_SOURCE_FREE:
-      return 0;
-    case ZIP_SOURCE_READ:
-      return source.read(static_cast<char*>(data), size);
-    case ZIP_SOURCE_STAT:
-      zip_stat_init(static_cast<zip_stat_t*>(data));
-      return sizeof(zip_stat_t);
-    case ZIP_SOURCE_ERROR:
-      return zip_error_to_data(&source.error, data, size);
-    default:
-      zip_error_set(&source.error, ZIP_ER_OPNOTSUPP, 0);
-      return -1;
-  }
-}
 
 [[noreturn]] void fail(const std::filesystem::path& path, zip_error_t* error) {
   if (zip_error_system_type(error) == ZIP_ET_SYS) fail(path, zip_error_code_system(error));
@@ -118,14 +75,14 @@ struct Discard {
 };
 using Handle = std::unique_ptr<zip_t, Discard>;
 
-Handle newHandle(const std::filesystem::path& path) {
+Handle newHandle(const Unfinished& file) {
   int code = 0;
-  Handle archive(zip_open(path.c_str(), ZIP_CREATE | ZIP_EXCL, &code));
+  // Truncated is what an interrupted run left.
+  Handle archive(zip_open(file.place.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code));
   if (archive) return archive;
-  if (code == ZIP_ER_EXISTS) refuseExisting(path);
   zip_error_t error;
   zip_error_init_with_code(&error, code);
-  fail(path, &error);
+  fail(file.name, &error);
 }
 
 /// Seven in the morning of `day`, or of the nearest day that an archive can name.
@@ -140,27 +97,26 @@ std::pair<zip_uint16_t, zip_uint16_t> timeAndDate(CivilDay day) {
 /// An archive under construction.
 class NewArchive {
 public:
-  NewArchive(const std::filesystem::path& path, CivilDay day)
-      : path(path), time(timeAndDate(day)), handle(newHandle(path)) {}
+  /// `file` outlives the archive.
+  NewArchive(const Unfinished& file, CivilDay day)
+      : file(file), time(timeAndDate(day)), handle(newHandle(file)) {}
 
   /// `contents` stay until `close`.
   void add(const std::string& name, const std::string& contents) {
     add(name, zip_source_buffer(handle.get(), contents.data(), contents.size(), 0), false);
   }
 
-  /// `state` stays until `close`.
-  void add(const std::string& name, PiecesSource& state, bool isStored) {
-    add(name, zip_source_function(handle.get(), answer, &state), isStored);
+  /// The file at `text` stays until `close`.
+  void add(const std::string& name, const std::filesystem::path& text, bool isStored) {
+    constexpr zip_int64_t toItsEnd = -1;
+    add(name, zip_source_file(handle.get(), text.c_str(), 0, toItsEnd), isStored);
   }
 
-  /// Writes a temporary file, which then gets the archive's name. False when that fails.
-  bool close() {
-    if (zip_close(handle.get()) != 0) return false;
+  /// Nothing is read or written before.
+  void close() {
+    if (zip_close(handle.get()) != 0) fail();
     static_cast<void>(handle.release());
-    return true;
   }
-
-  [[noreturn]] void fail() const { ::fail(path, zip_get_error(handle.get())); }
 
 private:
   void add(const std::string& name, zip_source_t* source, bool isStored) {
@@ -180,7 +136,9 @@ private:
     }
   }
 
-  std::filesystem::path path;
+  [[noreturn]] void fail() const { ::fail(file.name, zip_get_error(handle.get())); }
+
+  const Unfinished& file;
   std::pair<zip_uint16_t, zip_uint16_t> time;
   Handle handle;
 };
@@ -189,18 +147,14 @@ private:
 
 void ExportOutput::writeZip(const std::filesystem::path& path, const Archive& contents,
                             CivilDay day, const Pieces& pieces) {
-  PiecesSource state{.pieces = pieces};
-  zip_error_init(&state.error);
-  NewArchive archive(path, day);
-  for (const auto& [name, text] : contents.before) archive.add(name, text);
-  archive.add(contents.name, state, contents.isStored);
+  const Unfinished text(path, ".xml.new");
+  text.write(pieces);
 
-  // Nothing was read until now.
-  if (!archive.close()) {
-    if (state.failure) std::rethrow_exception(state.failure);
-    archive.fail();
-  }
-  Unfinished unfinished(path);
-  reshapeArchive(path, contents.form);
-  unfinished.keepAs(path);
+  const Unfinished file(path, ".new");
+  NewArchive archive(file, day);
+  for (const auto& [name, other] : contents.before) archive.add(name, other);
+  archive.add(contents.name, text.place, contents.isStored);
+  archive.close();
+  reshapeArchive(file.place, contents.form);
+  file.keep();
 }

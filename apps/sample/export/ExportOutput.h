@@ -30,8 +30,8 @@ struct Archive {
 };
 
 /// The same as an entry of a new zip archive, all of whose entries are dated the morning of `day`.
-/// No size is known beforehand, so the entry has the 64-bit form. Holds no more than a piece in
-/// memory.
+/// Memory holds no more than a piece: the whole text lies in a file beside the archive until that
+/// is written.
 void writeZip(const std::filesystem::path& path, const Archive& archive, CivilDay day,
               const Pieces& pieces);
 

@@ -4,11 +4,16 @@
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
+#include <zip.h>
 
 #include <chrono>
+#include <cstddef>
+#include <cstdio>
 #include <filesystem>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -29,7 +34,7 @@ void PrintTo(const FormCase& value, std::ostream* out) { *out << value.name; }
 
 class EveryArchiveForm : public testing::TestWithParam<FormCase> {};
 
-/// An archive with the entries "a" and "b", the last of which was written without its size.
+/// An archive with the entries "a" and "b".
 void write(const std::filesystem::path& path, ArchiveForm form, bool isStored) {
   ExportOutput::Archive archive{.name = "folder/b"};
   archive.before.emplace_back("folder/a", "first");
@@ -75,6 +80,38 @@ TEST(ArchiveForm, MayBeGivenLater) {
 
   EXPECT_EQ(entriesOf(path), before);
   EXPECT_NE(fileContents(path).value().find("PK\x07\x08"), std::string::npos);
+}
+
+/// An archive with the one entry "a", whose size was not known when its header was written.
+void writeUnsized(const std::filesystem::path& path, std::string_view text) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  ASSERT_TRUE(writeAll(ends[1], text));
+  close(ends[1]);
+  zip_t* const archive = zip_open(path.c_str(), ZIP_CREATE, nullptr);
+  constexpr zip_int64_t toItsEnd = -1;
+  zip_source_t* const source = zip_source_filep(archive, fdopen(ends[0], "rb"), 0, toItsEnd);
+  ASSERT_EQ(zip_file_add(archive, "a", source, 0), 0);
+  ASSERT_EQ(zip_close(archive), 0);
+}
+
+/// How many bytes the descriptor has that follows the last data of the archive at `path`.
+std::size_t descriptorLength(const std::filesystem::path& path) {
+  const std::string bytes = fileContents(path).value();
+  return bytes.find("PK\x01\x02") - bytes.find("PK\x07\x08");
+}
+
+TEST(ArchiveForm, DescribesTheDataWithSizesAsLongAsThoseOfItsHeader) {
+  const TemporaryFolder folder;
+  writeUnsized(folder / "long.zip", "text text ");
+  write(folder / "short.zip", {.dataDescriptor = true}, false);
+
+  reshapeArchive(folder / "long.zip", {.dataDescriptor = true});
+
+  EXPECT_EQ(descriptorLength(folder / "short.zip"), 16U);
+  EXPECT_EQ(descriptorLength(folder / "long.zip"), 24U);
+  const std::vector<std::pair<std::string, std::string>> expected{{"a", "text text "}};
+  EXPECT_EQ(entriesOf(folder / "long.zip"), expected);
 }
 
 TEST(ArchiveForm, IsNotGivenToWhatCannotBeRead) {

@@ -127,6 +127,35 @@ TEST_P(EveryExportOutput, LeavesNothingBehindOnAFullDisk) {
   EXPECT_EQ(filesIn(folder), 0U);
 }
 
+TEST(ExportOutput, LeavesNothingBehindWhenTheDiskHasRoomForTheTextAlone) {
+  const TemporaryFolder folder;
+  std::error_code failure;
+  {
+    const FileSizeGuard full(3000);
+    try {
+      const ExportOutput::Archive archive{.name = "export.xml", .isStored = true};
+      ExportOutput::writeZip(folder / "e.zip", archive, day, piecesOf(3));
+    } catch (const std::system_error& error) {
+      failure = error.code();
+    }
+  }
+
+  EXPECT_EQ(failure, std::errc::file_too_large);
+  EXPECT_EQ(filesIn(folder), 0U);
+}
+
+TEST(ExportOutput, WritesOverWhatAnInterruptedRunLeft) {
+  const TemporaryFolder folder;
+  folder.write("e.zip.new", "half an archive");
+  folder.write("e.zip.xml.new", "a text that is longer than the one to come");
+
+  ExportOutput::writeZip(folder / "e.zip", {.name = "export.xml"}, day, piecesOf(1));
+
+  EXPECT_THAT(entriesOf(folder / "e.zip"),
+              testing::ElementsAre(testing::Pair("export.xml", textOf(piecesOf(1)))));
+  EXPECT_EQ(filesIn(folder), 1U);
+}
+
 TEST_P(EveryExportOutput, NamesThePlaceWhereItCannotWrite) {
   const TemporaryFolder folder;
 
