@@ -29,7 +29,7 @@ constinit const std::string_view usage =
     "  --flaw NAME         what is wrong with the export, once for each flaw: \"list\" tells "
     "their\n"
     "                      names, \"all\" stands for those that leave the export readable\n"
-    "  --members N         how many people, 1 to 99 (default 3)\n"
+    "  --members N         how many people, 1 to 12 (default 3)\n"
     "  --years Y           how long Ann's history is, 1 to 30 (default 3)\n"
     "  --records N         about how many records Ann, or who exports, has, 1000 to 100000000\n"
     "                      (default: as many as a life leaves behind); no device writes a\n"

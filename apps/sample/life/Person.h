@@ -42,7 +42,7 @@ struct Person {
   bool phoneNoticesSleep = true;  ///< false for who leaves the nights to the watch alone
 };
 
-constexpr int largestHousehold = 99;
+constexpr int largestHousehold = 12;
 
 /// The first `count` members of the household: Ann with watch and phone, Ben with a phone, 小美 who
 /// was paired a moment ago, then others of the first two kinds by turns. Names and identifiers are

@@ -204,7 +204,7 @@ INSTANTIATE_TEST_SUITE_P(
         RejectedCase{"MissingValue", {"--out", "d", "--seed"}, "--seed wants a value"},
         RejectedCase{"NoMembers",
                      {"--out", "d", "--members", "0"},
-                     "--members wants a whole number from 1 to 99"},
+                     "--members wants a whole number from 1 to 12"},
         RejectedCase{"FractionOfAYear",
                      {"--out", "d", "--years", "1.5"},
                      "--years wants a whole number from 1 to 30"},
