@@ -87,10 +87,14 @@ const Source* Day::source(DeviceOf device) const {
   return &*owned;
 }
 
+namespace {
+
 Zone zoneOn(const Person& person, CivilDay date) {
   const bool away = monthAndDay(date) >= departure && monthAndDay(date) < homecoming;
   return away ? person.journeys.value_or(person.home) : person.home;
 }
+
+}  // namespace
 
 Day dayOf(const Person& person, const HistoryContext& context, CivilDay date, int sessionsBefore) {
   const Random random = randomOf(person, context, date);

@@ -55,6 +55,3 @@ struct HistoryContext {
 
 /// How the person spends `date`. The same for the same arguments, whichever days were asked before.
 Day dayOf(const Person& person, const HistoryContext& context, CivilDay date, int sessionsBefore);
-
-/// The zone in which the person is on `date`.
-Zone zoneOn(const Person& person, CivilDay date);
