@@ -1,6 +1,6 @@
 #include "import/member/MemberFolder.h"
 #include "import/ImportError.h"
-#include "import/member/DurableFile.h"
+#include "platform/DurableFile.h"
 #include "platform/Files.h"
 #include "platform/Phrase.h"
 

@@ -1,6 +1,6 @@
 #include "import/member/RosterDocument.h"
 #include "import/ImportError.h"
-#include "import/member/DurableFile.h"
+#include "platform/DurableFile.h"
 #include "platform/Files.h"
 #include "platform/JsonFields.h"
 #include "platform/Phrase.h"

@@ -1,4 +1,4 @@
-#include "import/member/DurableFile.h"
+#include "platform/DurableFile.h"
 #include "platform/Files.h"
 
 #include <fcntl.h>
