@@ -12,7 +12,7 @@ namespace {
 
 [[noreturn]] void fail(const std::filesystem::path& path) {
   throw std::filesystem::filesystem_error(
-      "durable file", path, std::error_code(errno, std::generic_category()));
+      "cannot write", path, std::error_code(errno, std::generic_category()));
 }
 
 /// What `call` returns when no signal comes in between. What is written here is written to its end.

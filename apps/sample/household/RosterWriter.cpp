@@ -1,18 +1,14 @@
 #include "sample/household/RosterWriter.h"
 #include "platform/AppleFormat.h"
-#include "platform/Files.h"
+#include "platform/DurableFile.h"
 #include "sample/life/Random.h"
 
-#include <fcntl.h>
 #include <nlohmann/json.hpp>
-#include <unistd.h>
 
-#include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <optional>
 #include <string>
-#include <system_error>
 
 std::filesystem::path databasePath(const std::filesystem::path& dataRoot, const Person& person) {
   return dataRoot / "members" / person.id / "health.db";
@@ -146,35 +142,6 @@ Member importedMemberOf(const Person& person, const HistoryRequest& request,
               .frontier = firstDay, .earliest = firstDay, .done = true, .completeFrom = firstDay}};
 }
 
-namespace {
-
-/// A file descriptor, closed by the destructor.
-class NewFile {
-public:
-  explicit NewFile(const std::filesystem::path& path)
-      : descriptor(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600)) {
-    if (descriptor < 0) throw std::system_error(errno, std::generic_category(), path.string());
-  }
-  ~NewFile() { close(descriptor); }
-  NewFile(const NewFile&) = delete;
-  NewFile& operator=(const NewFile&) = delete;
-
-  void write(std::string_view bytes) const {
-    if (!writeAll(descriptor, bytes) || fsync(descriptor) != 0) {
-      throw std::system_error(errno, std::generic_category(), "write");
-    }
-  }
-
-private:
-  int descriptor;
-};
-
-}  // namespace
-
 void writeRoster(const std::filesystem::path& path, const Roster::File& file) {
-  std::filesystem::path unfinished = path;
-  unfinished += ".new";
-  std::filesystem::remove(unfinished);  // what an interrupted run left
-  NewFile(unfinished).write(nlohmann::ordered_json(file).dump(2) + "\n");
-  std::filesystem::rename(unfinished, path);
+  replaceDurably(path, nlohmann::ordered_json(file).dump(2) + "\n");
 }

@@ -24,5 +24,5 @@ Member importedMemberOf(const Person& person, const HistoryRequest& request,
                         const std::optional<std::string>& firstDay);
 
 /// Writes the roster to `path`, readable by the owner alone, and complete or not at all. Fails with
-/// std::system_error or std::filesystem::filesystem_error.
+/// std::filesystem::filesystem_error.
 void writeRoster(const std::filesystem::path& path, const Roster::File& file);
