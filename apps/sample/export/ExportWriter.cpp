@@ -12,6 +12,7 @@
 namespace {
 
 using Markup::appendAttribute;
+using Markup::appendEntry;
 
 constexpr int hour = 3600;
 
@@ -86,13 +87,6 @@ void ExportWriter::add(const Sample& sample) {
 }
 
 namespace {
-
-void appendEntry(std::string& text, std::string_view key, std::string_view value) {
-  text += "  <MetadataEntry";
-  appendAttribute(text, "key", key);
-  appendAttribute(text, "value", value);
-  text += "/>\n";
-}
 
 /// Where the person was, which the offset of a stamp of the life gives away.
 Zone zoneOf(Stamp stamp) { return stamp.offset == 8 * hour ? Zone::shanghai : Zone::newYork; }

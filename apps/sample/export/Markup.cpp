@@ -49,3 +49,10 @@ void Markup::appendAttribute(std::string& text, std::string_view name, Stamp sta
   text += StampText(stamp).text();
   text += '"';
 }
+
+void Markup::appendEntry(std::string& text, std::string_view key, std::string_view value) {
+  text += "  <MetadataEntry";
+  appendAttribute(text, "key", key);
+  appendAttribute(text, "value", value);
+  text += "/>\n";
+}

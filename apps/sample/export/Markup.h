@@ -14,4 +14,7 @@ void appendAttribute(std::string& text, std::string_view name, std::string_view 
 /// The same for a stamp, which needs no escapes.
 void appendAttribute(std::string& text, std::string_view name, Stamp stamp);
 
+/// Appends a record's or a workout's line of metadata, a whole element.
+void appendEntry(std::string& text, std::string_view key, std::string_view value);
+
 }  // namespace Markup

@@ -9,18 +9,12 @@ namespace {
 using ExportUnits::Quantity;
 using ExportUnits::worded;
 using Markup::appendAttribute;
+using Markup::appendEntry;
 
 /// Lives are told with no more than two decimals.
 Decimal told(double value) { return Decimal::nearest(value, 2); }
 
 std::string textOf(double value) { return told(value).text(); }
-
-void appendEntry(std::string& text, std::string_view key, const std::string& value) {
-  text += "  <MetadataEntry";
-  appendAttribute(text, "key", key);
-  appendAttribute(text, "value", value);
-  text += "/>\n";
-}
 
 void appendEntries(std::string& text, const WorkoutEntry& entry, UnitSystem units) {
   if (entry.indoor) appendEntry(text, "HKIndoorWorkout", *entry.indoor ? "1" : "0");
