@@ -60,9 +60,9 @@ std::vector<BareQuery> withDays(Subject& subject, std::vector<BareQuery> own) {
 std::vector<BareQuery> heartRateRows(Subject& subject, const WorkoutEntry& workout) {
   const CivilDay day = AppleFormat::dayParser.parse(workout.start.substr(0, 10)).value();
   const auto shifted = [day](int count) {
-    return AppleFormat::dayParser.text(AppleFormat::daysBefore(day, count));
+    return AppleFormat::dayText(AppleFormat::daysAfter(day, count));
   };
-  return withDays(subject, {Floor::workoutKeys(), Floor::heartRates(shifted(2), shifted(-2))});
+  return withDays(subject, {Floor::workoutKeys(), Floor::heartRates(shifted(-2), shifted(2))});
 }
 
 Comparison ninetyDays(Subject& subject, const std::string& metric, BareQuery rows) {

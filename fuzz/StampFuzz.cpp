@@ -10,6 +10,7 @@
 namespace {
 
 using AppleFormat::dayParser;
+using AppleFormat::dayText;
 using AppleFormat::stampParser;
 
 /// The number that the last bytes of the input spell; 0 when there are too few.
@@ -27,7 +28,7 @@ void checkDay(std::string_view text, std::int16_t count) {
     return;
   }
   require(day->ok() && static_cast<int>(day->year()) >= 1, "a day is one of the calendar");
-  const std::string written = dayParser.text(*day);
+  const std::string written = dayText(*day);
   require(written.size() == 10, "a written day has ten characters");
   require(dayParser.parse(written) == day, "a day that is written reads back the same");
   const CivilDay earlier = AppleFormat::daysBefore(*day, count);

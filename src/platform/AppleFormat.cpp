@@ -138,7 +138,7 @@ std::optional<CivilDay> AppleFormat::DayParser::parse(std::string_view text) con
   return cursor.atEnd() ? day : std::nullopt;
 }
 
-std::string AppleFormat::DayParser::text(CivilDay day) const {
+std::string AppleFormat::dayText(CivilDay day) {
   char text[32];
   const int length = std::snprintf(text,
                                    sizeof text,
@@ -193,7 +193,7 @@ std::string AppleFormat::secondText(double moment) {
   const LocalTime time = localTime(moment);
   char clock[16];
   std::snprintf(clock, sizeof clock, " %02d:%02d:%02d", time.hour, time.minute, time.second);
-  return dayParser.text(time.day) + clock;
+  return dayText(time.day) + clock;
 }
 
 int AppleFormat::daysBetween(CivilDay first, CivilDay last) {
@@ -208,6 +208,10 @@ int AppleFormat::daysBetween(std::string_view first, std::string_view last) {
 
 CivilDay AppleFormat::daysBefore(CivilDay day, int count) {
   return CivilDay{std::chrono::sys_days{day} - std::chrono::days{count}};
+}
+
+CivilDay AppleFormat::daysAfter(CivilDay day, int count) {
+  return CivilDay{std::chrono::sys_days{day} + std::chrono::days{count}};
 }
 
 CivilDay AppleFormat::yearBefore(CivilDay day) {

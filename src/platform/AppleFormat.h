@@ -30,9 +30,6 @@ struct DayParser {
   /// or two of day, joined by "-", nothing around them. `nullopt` for all else, 30 February
   /// included.
   std::optional<CivilDay> parse(std::string_view text) const;
-
-  /// "2024-02-03": four digits of year, two of month and day.
-  std::string text(CivilDay day) const;
 };
 
 /// Stamps with their own zone, "yyyy-MM-dd HH:mm:ss Z".
@@ -48,6 +45,9 @@ struct StampParser {
 
 inline constexpr DayParser dayParser;
 inline constexpr StampParser stampParser;
+
+/// "2024-02-03": four digits of year, two of month and day.
+std::string dayText(CivilDay day);
 
 /// `moment` (seconds since 1970 UTC) in the machine's time zone. Moments outside the years 1 to
 /// 9999 count as the nearest moment inside. Throws std::system_error when the system cannot convert
@@ -69,6 +69,9 @@ int daysBetween(std::string_view first, std::string_view last);
 
 /// The day `count` days before `day`.
 CivilDay daysBefore(CivilDay day, int count);
+
+/// The day `count` days after `day`.
+CivilDay daysAfter(CivilDay day, int count);
 
 /// The same day one calendar year earlier; 29 February becomes 28 February.
 CivilDay yearBefore(CivilDay day);

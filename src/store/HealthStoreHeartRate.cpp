@@ -36,9 +36,9 @@ TimeWindow windowOf(const WorkoutEntry& workout) {
 std::string dayInUTC(std::int64_t moment, int days) {
   const auto day =
       std::chrono::floor<std::chrono::days>(std::chrono::sys_seconds(std::chrono::seconds(moment)));
-  const CivilDay wanted(day + std::chrono::days(days));
+  const CivilDay wanted = AppleFormat::daysAfter(day, days);
   if (wanted.year() > std::chrono::year(9999)) return "9999-12-31";
-  return AppleFormat::dayParser.text(wanted);
+  return AppleFormat::dayText(wanted);
 }
 
 /// What the order, the segments and the summary need of a sample. A workout may have 200000 of

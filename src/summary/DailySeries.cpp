@@ -19,8 +19,7 @@ namespace {
 /// The day on which the night of a sleep that starts at `start` begins.
 std::string nightOf(std::int64_t start) {
   constexpr std::int64_t halfADay = 43200;
-  return AppleFormat::dayParser.text(
-      AppleFormat::localTime(static_cast<double>(start - halfADay)).day);
+  return AppleFormat::dayText(AppleFormat::localTime(static_cast<double>(start - halfADay)).day);
 }
 
 }  // namespace

@@ -87,14 +87,14 @@ HealthSummary SummaryEngine::build(std::string_view personID, std::string_view p
 
 DayRange SummaryEngine::lastDays(int daysBack) const {
   const CivilDay last = AppleFormat::localTime(today).day;
-  return {.from = AppleFormat::dayParser.text(AppleFormat::daysBefore(last, daysBack)),
-          .to = AppleFormat::dayParser.text(last)};
+  return {.from = AppleFormat::dayText(AppleFormat::daysBefore(last, daysBack)),
+          .to = AppleFormat::dayText(last)};
 }
 
 DayRange SummaryEngine::lastYearWindow(int days) const {
   const CivilDay last = AppleFormat::yearBefore(AppleFormat::localTime(today).day);
-  return {.from = AppleFormat::dayParser.text(AppleFormat::daysBefore(last, days)),
-          .to = AppleFormat::dayParser.text(last)};
+  return {.from = AppleFormat::dayText(AppleFormat::daysBefore(last, days)),
+          .to = AppleFormat::dayText(last)};
 }
 
 std::optional<Figure> SummaryEngine::averageDaily(std::string_view type,

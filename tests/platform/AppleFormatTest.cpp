@@ -13,6 +13,7 @@ namespace {
 
 using namespace std::string_literals;
 using AppleFormat::dayParser;
+using AppleFormat::dayText;
 using AppleFormat::stampParser;
 
 CivilDay dayOf(int year, unsigned month, unsigned day) {
@@ -67,15 +68,15 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& test) { return test.param.name; });
 
 TEST(DayText, HasFourDigitsOfYearAndTwoOfMonthAndDay) {
-  EXPECT_EQ(dayParser.text(dayOf(2024, 2, 3)), "2024-02-03");
-  EXPECT_EQ(dayParser.text(dayOf(7, 12, 31)), "0007-12-31");
-  EXPECT_EQ(dayParser.text(dayOf(9999, 10, 10)), "9999-10-10");
+  EXPECT_EQ(dayText(dayOf(2024, 2, 3)), "2024-02-03");
+  EXPECT_EQ(dayText(dayOf(7, 12, 31)), "0007-12-31");
+  EXPECT_EQ(dayText(dayOf(9999, 10, 10)), "9999-10-10");
 }
 
 TEST(DayText, IsReadBackForEveryDayOfFourCenturies) {
   const std::chrono::sys_days last{dayOf(2400, 1, 1)};
   for (std::chrono::sys_days day{dayOf(2000, 1, 1)}; day < last; day += std::chrono::days{1}) {
-    ASSERT_EQ(dayParser.parse(dayParser.text(CivilDay{day})), CivilDay{day});
+    ASSERT_EQ(dayParser.parse(dayText(CivilDay{day})), CivilDay{day});
   }
 }
 
@@ -316,7 +317,13 @@ TEST(DaysBefore, CrossesMonthsAndYears) {
   EXPECT_EQ(AppleFormat::daysBefore(dayOf(2024, 1, 1), 1), dayOf(2023, 12, 31));
   EXPECT_EQ(AppleFormat::daysBefore(dayOf(2024, 3, 1), 366), dayOf(2023, 3, 1));
   EXPECT_EQ(AppleFormat::daysBefore(dayOf(2024, 3, 1), 0), dayOf(2024, 3, 1));
-  EXPECT_EQ(AppleFormat::daysBefore(dayOf(2024, 2, 28), -2), dayOf(2024, 3, 1));
+}
+
+TEST(DaysAfter, CrossesMonthsAndYears) {
+  EXPECT_EQ(AppleFormat::daysAfter(dayOf(2024, 2, 28), 2), dayOf(2024, 3, 1));
+  EXPECT_EQ(AppleFormat::daysAfter(dayOf(2023, 12, 31), 1), dayOf(2024, 1, 1));
+  EXPECT_EQ(AppleFormat::daysAfter(dayOf(2023, 3, 1), 366), dayOf(2024, 3, 1));
+  EXPECT_EQ(AppleFormat::daysAfter(dayOf(2024, 3, 1), 0), dayOf(2024, 3, 1));
 }
 
 TEST(YearBefore, IsTheSameDayOneYearEarlier) {

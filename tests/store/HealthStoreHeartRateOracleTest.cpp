@@ -34,7 +34,7 @@ using Source = std::optional<std::string>;
 std::string dayOf(std::int64_t moment, int days) {
   const std::chrono::sys_days day =
       std::chrono::floor<std::chrono::days>(std::chrono::sys_seconds(std::chrono::seconds(moment)));
-  return AppleFormat::dayParser.text(AppleFormat::daysBefore(day, -days));
+  return AppleFormat::dayText(AppleFormat::daysAfter(day, days));
 }
 
 struct Ask {

@@ -113,7 +113,7 @@ std::vector<std::string> daysFrom(std::string_view first, int count) {
   const CivilDay start = AppleFormat::dayParser.parse(first).value();
   std::vector<std::string> days;
   for (int day = 0; day < count; ++day) {
-    days.push_back(AppleFormat::dayParser.text(AppleFormat::daysBefore(start, -day)));
+    days.push_back(AppleFormat::dayText(AppleFormat::daysAfter(start, day)));
   }
   return days;
 }

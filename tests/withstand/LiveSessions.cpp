@@ -29,8 +29,7 @@ constexpr int lastSecond = 59;
 
 std::string LiveSessions::dayOf(std::int64_t number) {
   static const CivilDay first = AppleFormat::dayParser.parse(firstDay).value();
-  return AppleFormat::dayParser.text(
-      AppleFormat::daysBefore(first, -static_cast<int>(number % days)));
+  return AppleFormat::dayText(AppleFormat::daysAfter(first, static_cast<int>(number % days)));
 }
 
 LiveSessions::Writer::Writer(const std::string& path)

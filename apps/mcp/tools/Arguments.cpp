@@ -115,8 +115,8 @@ DayRange Tools::range(const Call& call) {
   constexpr int defaultDays = 90;
   const CivilDay now = today(call);
   const CivilDay start = AppleFormat::daysBefore(now, defaultDays);
-  return {.from = dayArgument(call, "from").value_or(AppleFormat::dayParser.text(start)),
-          .to = dayArgument(call, "to").value_or(AppleFormat::dayParser.text(now))};
+  return {.from = dayArgument(call, "from").value_or(AppleFormat::dayText(start)),
+          .to = dayArgument(call, "to").value_or(AppleFormat::dayText(now))};
 }
 
 HealthMetric Tools::metricArg(const Call& call) {

@@ -28,7 +28,7 @@ void requireExactDay(const Tools::Call& call, const char* key) {
   const std::optional<std::string> text = Tools::stringArgument(call, key, mustBeString);
   if (!text) return;
   const std::optional<CivilDay> day = AppleFormat::dayParser.parse(*text);
-  if (!day || AppleFormat::dayParser.text(*day) != *text) {
+  if (!day || AppleFormat::dayText(*day) != *text) {
     throw refusal(filled(mustBeDate.in(call.lang), {key}));
   }
 }

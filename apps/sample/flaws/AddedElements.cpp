@@ -219,7 +219,7 @@ void Writer::workouts() {
 
 void Writer::rings() {
   text += " <ActivitySummary";
-  appendAttribute(text, "dateComponents", AppleFormat::dayParser.text(firstDay));
+  appendAttribute(text, "dateComponents", AppleFormat::dayText(firstDay));
   text +=
       " activeEnergyBurned=\"1255.2\" activeEnergyBurnedGoal=\"2092\""
       " activeEnergyBurnedUnit=\"kJ\" appleMoveMinutes=\"35\" appleMoveMinutesGoal=\"30\""
@@ -229,8 +229,8 @@ void Writer::rings() {
 
 /// A pulse in the afternoon and the night after it.
 void Writer::twelveHours() {
-  const std::string first = AppleFormat::dayParser.text(firstDay);
-  const std::string second = AppleFormat::dayParser.text(AppleFormat::daysBefore(firstDay, -1));
+  const std::string first = AppleFormat::dayText(firstDay);
+  const std::string second = AppleFormat::dayText(AppleFormat::daysAfter(firstDay, 1));
   const std::string zone(StampText(midnight).text().substr(19));
   const auto record = [&](std::string_view type,
                           std::string_view rest,

@@ -30,7 +30,7 @@ std::string tokenOf(const Person& person, std::uint64_t seed, std::string_view d
   return digits;
 }
 
-std::string dayText(CivilDay day) { return AppleFormat::dayParser.text(day); }
+using AppleFormat::dayText;
 
 /// A phone with everything known about it, and the one it replaced, of which little is.
 std::vector<PairedDevice> phonesOf(const Person& person, const HistoryRequest& request,
@@ -75,7 +75,7 @@ BackfillState backfillWithWatch(const Person& person, std::size_t position,
   return {.frontier = dayText(first),
           .earliest = dayText(AppleFormat::daysBefore(first, 900)),
           .done = false,
-          .completeFrom = dayText(AppleFormat::daysBefore(first, -30))};
+          .completeFrom = dayText(AppleFormat::daysAfter(first, 30))};
 }
 
 /// Ben's phone came before backfills were kept track of; later phones have finished theirs.

@@ -98,7 +98,7 @@ Zone zoneOn(const Person& person, CivilDay date) {
 
 Day dayOf(const Person& person, const HistoryContext& context, CivilDay date, int sessionsBefore) {
   const Random random = randomOf(person, context, date);
-  const CivilDay tomorrow = AppleFormat::daysBefore(date, -1);
+  const CivilDay tomorrow = AppleFormat::daysAfter(date, 1);
   const Zone zone = zoneOn(person, date);
   const bool inFlight = isFlightHome(person, date);
   const double span = std::max(1, AppleFormat::daysBetween(context.first, context.last));

@@ -55,7 +55,7 @@ void tellDay(const Person& person, const HistoryContext& context, CivilDay date,
 /// A weight that was typed in with a date nine days ahead.
 void tellMisdated(const Person& person, CivilDay today, RecordSink& sink) {
   if (!person.devices.byHand) return;
-  const Stamp moment = midnight(person.home, AppleFormat::daysBefore(today, -9)).after(8 * hour);
+  const Stamp moment = midnight(person.home, AppleFormat::daysAfter(today, 9)).after(8 * hour);
   sink.add(Sample{.type = "BodyMass",
                   .source = &*person.devices.byHand,
                   .unit = "kg",
@@ -70,7 +70,7 @@ std::int64_t samplesAt(double density, const Person& person, HistoryContext cont
   UntilSync untilSync(counter, sync);
   int sessions = 0;
   for (CivilDay date = context.first; date <= context.last;
-       date = AppleFormat::daysBefore(date, -1)) {
+       date = AppleFormat::daysAfter(date, 1)) {
     tellDay(person, context, date, sessions, untilSync);
   }
   return counter.samples;
@@ -121,7 +121,7 @@ bool History::tellNextDay(RecordSink& sink) {
   tellDay(person, context, date, sessions, untilSync);
   ended = date == context.last;
   if (ended) tellMisdated(person, context.last, sink);
-  date = AppleFormat::daysBefore(date, -1);
+  date = AppleFormat::daysAfter(date, 1);
   return true;
 }
 

@@ -16,7 +16,7 @@ inline std::string stampAfter(int seconds) {
                 seconds / 3600 % 24,
                 seconds / 60 % 60,
                 seconds % 60);
-  return AppleFormat::dayParser.text(CivilDay{first + std::chrono::days{seconds / 86400}}) + clock;
+  return AppleFormat::dayText(CivilDay{first + std::chrono::days{seconds / 86400}}) + clock;
 }
 
 /// A run that begins `seconds` after the first of them, with statistics, humidity and the rest.
