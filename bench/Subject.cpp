@@ -17,5 +17,5 @@ Subject::Subject(const std::filesystem::path& dataRoot)
 }
 
 Tools::Call Subject::call(const nlohmann::json& arguments) {
-  return {arguments, roster, log, SummaryLang::en, clock};
+  return {arguments, roster, log, SummaryLang::en, clock, grouping};
 }

@@ -20,6 +20,7 @@ struct Subject {
   Tools::Call call(const nlohmann::json& arguments);
 
   Clock clock;
+  DigitGrouping grouping;
   Logger log;
   Roster roster;
   Member member;

@@ -37,6 +37,7 @@ int serve(const CommandLine::Serve& order) {
       order.dataRoot,
       {.lang = AppLanguage::isChinese() ? SummaryLang::zh : SummaryLang::en,
        .clock = systemTime,
+       .grouping = System::digitGrouping(),
        .input = [](char* buffer, std::size_t size) { return readSome(STDIN_FILENO, buffer, size); },
        .output = writeLine});
   server.confine();

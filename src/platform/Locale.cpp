@@ -1,5 +1,4 @@
 #include "platform/Locale.h"
-#include "platform/System.h"
 #include "platform/Text.h"
 
 #include <climits>
@@ -22,14 +21,9 @@ std::string grouped(std::int64_t number, const DigitGrouping& grouping) {
   return digits;
 }
 
-std::string grouped(std::int64_t number) {
-  static const DigitGrouping ofTheUser = System::digitGrouping();
-  return grouped(number, ofTheUser);
-}
-
-std::string groupedWhole(double value) {
+std::string groupedWhole(double value, const DigitGrouping& grouping) {
   if (std::isnan(value)) return "nan";
   constexpr double firstBeyondInt64 = 0x1p63;
   if (std::abs(value) >= firstBeyondInt64) return fixedDecimals(value, 0);
-  return grouped(static_cast<std::int64_t>(std::llround(value)));
+  return grouped(static_cast<std::int64_t>(std::llround(value)), grouping);
 }

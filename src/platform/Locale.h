@@ -18,9 +18,6 @@ struct DigitGrouping {
 /// `number` in decimal with its digits grouped: "-1,234,567".
 std::string grouped(std::int64_t number, const DigitGrouping& grouping);
 
-/// The same with the grouping of the user's locale, which is read on first use.
-std::string grouped(std::int64_t number);
-
 /// `value` rounded to a whole number, halves away from zero, and grouped so. Beyond the range of
 /// int64 plain digits; "inf", "-inf" or "nan" when it is not finite.
-std::string groupedWhole(double value);
+std::string groupedWhole(double value, const DigitGrouping& grouping);

@@ -101,26 +101,25 @@ SummaryCard overviewCard(const Context& context) {
                            std::to_string(coverage.typeCount),
                            "");
   if (coverage.typeCount < 1) types.state = DataState::absentSuspicious;
-  return card(
-      Cards::overviewKey,
-      strings.cardOverview,
-      {figureRow(
-           strings.records, static_cast<double>(coverage.records), grouped(coverage.records), ""),
-       row(strings.span, span, DataState::present),
-       types,
-       row(strings.devices, deviceNames(coverage.devices), DataState::present)});
+  return card(Cards::overviewKey,
+              strings.cardOverview,
+              {figureRow(strings.records,
+                         static_cast<double>(coverage.records),
+                         grouped(coverage.records, context.engine.digitGrouping()),
+                         ""),
+               row(strings.span, span, DataState::present),
+               types,
+               row(strings.devices, deviceNames(coverage.devices), DataState::present)});
 }
-
-/// How a figure is written, without its unit.
-using Writer = std::string (*)(double);
 
 std::string whole(double value) { return fixedDecimals(value, 0); }
 std::string oneDecimal(double value) { return fixedDecimals(value, 1); }
 
 /// A figure of the same period one year ago. Without one there is nothing to compare with, or not
-/// yet.
+/// yet. `written` makes the text of a figure, without its unit.
+template <typename Written>
 Metric lastYearRow(const Context& context, std::string_view label,
-                   const std::optional<Figure>& figure, Writer written, std::string_view unit) {
+                   const std::optional<Figure>& figure, Written written, std::string_view unit) {
   const SummaryStrings& strings = stringsOf(context);
   if (figure) return figureRow(label, figure->value, written(figure->value), unit, figure->samples);
   if (context.coverage.backfilling) {
@@ -137,12 +136,19 @@ DataState missingStepsState(const Context& context) {
   return context.coverage.backfilling ? DataState::backfilling : DataState::absentSuspicious;
 }
 
+std::string stepsText(const Context& context, double steps) {
+  return groupedWhole(steps, context.engine.digitGrouping());
+}
+
 Metric stepsRow(const Context& context, std::string_view label, int daysBack) {
   const SummaryStrings& strings = stringsOf(context);
   const auto average = context.engine.averageDaily("StepCount", context.engine.lastDays(daysBack));
   if (average) {
-    return figureRow(
-        label, average->value, groupedWhole(average->value), strings.unitSteps, average->samples);
+    return figureRow(label,
+                     average->value,
+                     stepsText(context, average->value),
+                     strings.unitSteps,
+                     average->samples);
   }
   const DataState state = missingStepsState(context);
   return row(label, Cards::stateText(state, false, context.engine.language()), state);
@@ -151,12 +157,12 @@ Metric stepsRow(const Context& context, std::string_view label, int daysBack) {
 SummaryCard activityCard(const Context& context) {
   const SummaryStrings& strings = stringsOf(context);
   const auto lastYear = context.engine.averageDaily("StepCount", context.engine.lastYearWindow(30));
-  return card(
-      "activity",
-      strings.cardActivity,
-      {stepsRow(context, strings.steps30, 30),
-       stepsRow(context, strings.steps90, 90),
-       lastYearRow(context, strings.stepsLastYear, lastYear, groupedWhole, strings.unitSteps)});
+  const auto written = [&](double steps) { return stepsText(context, steps); };
+  return card("activity",
+              strings.cardActivity,
+              {stepsRow(context, strings.steps30, 30),
+               stepsRow(context, strings.steps90, 90),
+               lastYearRow(context, strings.stepsLastYear, lastYear, written, strings.unitSteps)});
 }
 
 /// Why a figure is missing that a watch records. `types` prove, when one was ever stored, that
@@ -195,13 +201,14 @@ SummaryCard heartCard(const Context& context) {
   return watchCard("heart", strings.cardHeart, {nowRow, beforeRow, deltaRow}, strings);
 }
 
-std::string hoursAndMinutes(double minutes, SummaryLang lang) {
+std::string hoursAndMinutes(const Context& context, double minutes) {
   constexpr double firstBeyondInt64 = 0x1p63;
   if (!(minutes >= 0 && minutes < firstBeyondInt64)) {
-    return groupedWhole(minutes) + std::string(SummaryStrings::in(lang).unitMinutes);
+    return groupedWhole(minutes, context.engine.digitGrouping()) +
+           std::string(stringsOf(context).unitMinutes);
   }
   const std::int64_t wholeMinutes = std::llround(minutes);
-  return hoursMinutes(wholeMinutes / 60, wholeMinutes % 60, lang);
+  return hoursMinutes(wholeMinutes / 60, wholeMinutes % 60, context.engine.language());
 }
 
 double medianOf(const std::vector<Night>& nights, double Night::*field) {
@@ -229,7 +236,7 @@ SummaryCard sleepCard(const Context& context) {
   const double bed = medianOf(nights, &Night::bedMinutes);
   const double wake = medianOf(nights, &Night::wakeMinutes);
   const auto count = static_cast<std::int64_t>(nights.size());
-  const std::string length = hoursAndMinutes(mean, context.engine.language());
+  const std::string length = hoursAndMinutes(context, mean);
   return watchCard("sleep",
                    strings.cardSleep,
                    {figureRow(strings.sleepDuration, mean, length, "", count),
@@ -262,7 +269,6 @@ SummaryCard workoutsCard(const Context& context) {
          row(strings.workoutMinutes, "", state),
          row(strings.workoutTypes, stats ? strings.noWorkouts : strings.maybeUnauthorized, state)});
   }
-  const SummaryLang lang = context.engine.language();
   return card(
       "workouts",
       strings.cardWorkouts,
@@ -270,8 +276,11 @@ SummaryCard workoutsCard(const Context& context) {
                  static_cast<double>(stats->count),
                  std::to_string(stats->count),
                  strings.unitTimes),
-       figureRow(strings.workoutMinutes, stats->minutes, hoursAndMinutes(stats->minutes, lang), ""),
-       row(strings.workoutTypes, mainActivities(*stats, lang), DataState::present)});
+       figureRow(
+           strings.workoutMinutes, stats->minutes, hoursAndMinutes(context, stats->minutes), ""),
+       row(strings.workoutTypes,
+           mainActivities(*stats, context.engine.language()),
+           DataState::present)});
 }
 
 SummaryCard bodyCard(const Context& context) {

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdio>
 #include <set>
+#include <utility>
 
 std::int64_t RecordCounts::total() const {
   std::int64_t total = withoutYear;
@@ -15,8 +16,9 @@ std::int64_t RecordCounts::total() const {
   return total;
 }
 
-SummaryEngine::SummaryEngine(const SummaryDataSource& source, double today, SummaryLang lang)
-    : source(source), today(today), lang(lang) {}
+SummaryEngine::SummaryEngine(const SummaryDataSource& source, double today, SummaryLang lang,
+                             DigitGrouping grouping)
+    : source(source), today(today), lang(lang), grouping(std::move(grouping)) {}
 
 namespace {
 

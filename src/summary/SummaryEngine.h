@@ -2,6 +2,7 @@
 // One member's summary, computed from what a data source has to say.
 
 #include "platform/AppleFormat.h"
+#include "platform/Locale.h"
 #include "platform/SummaryLang.h"
 #include "roster/IngestPayload.h"
 #include "summary/SummaryDataSource.h"
@@ -38,7 +39,8 @@ class SummaryEngine {
 public:
   /// `today` (seconds since 1970) counts as the present of every period. `source` outlives the
   /// engine.
-  SummaryEngine(const SummaryDataSource& source, double today, SummaryLang lang);
+  SummaryEngine(const SummaryDataSource& source, double today, SummaryLang lang,
+                DigitGrouping grouping);
 
   /// The whole summary. `lastSyncAt` is in seconds since 1970. Throws what the source throws when
   /// even its coverage or its types cannot be read.
@@ -47,6 +49,7 @@ public:
                       const std::optional<BackfillState>& backfill) const;
 
   SummaryLang language() const { return lang; }
+  const DigitGrouping& digitGrouping() const { return grouping; }
   const SummaryDataSource& data() const { return source; }
 
   /// Today and the day `daysBack` days before.
@@ -74,6 +77,7 @@ private:
   const SummaryDataSource& source;
   double today;
   SummaryLang lang;
+  DigitGrouping grouping;
 };
 
 /// What `read` returns, absent when it throws: one figure that cannot be read must not cost the

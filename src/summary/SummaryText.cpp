@@ -1,6 +1,5 @@
 #include "summary/SummaryText.h"
 #include "platform/AppleFormat.h"
-#include "platform/Locale.h"
 #include "platform/Phrase.h"
 #include "platform/Text.h"
 #include "summary/SummaryStrings.h"
@@ -44,10 +43,13 @@ void addBackfill(Lines& lines, const SummaryCoverage& coverage, const SummaryStr
   }
 }
 
-void addYears(Lines& lines, const SummaryCoverage& coverage, const SummaryStrings& strings) {
+void addYears(Lines& lines, const SummaryCoverage& coverage, const SummaryStrings& strings,
+              const DigitGrouping& grouping) {
   if (coverage.yearly.size() < 2) return;
   std::vector<std::string> years;
-  for (const auto& [year, count] : coverage.yearly) years.push_back(year + ":" + grouped(count));
+  for (const auto& [year, count] : coverage.yearly) {
+    years.push_back(year + ":" + grouped(count, grouping));
+  }
   lines.add(strings.covYearly, ":", joined(years, " / "));
 }
 
@@ -74,13 +76,13 @@ void addKinds(Lines& lines, const SummaryCoverage& coverage, const SummaryString
 }  // namespace
 
 std::string SummaryText::coverageBlock(const SummaryCoverage& coverage, SummaryLang lang,
-                                       double now) {
+                                       double now, const DigitGrouping& grouping) {
   const SummaryStrings& strings = SummaryStrings::in(lang);
   Lines lines;
   addRange(lines, coverage, strings);
   addCompleteness(lines, coverage, strings);
   addBackfill(lines, coverage, strings);
-  addYears(lines, coverage, strings);
+  addYears(lines, coverage, strings, grouping);
   addLastSync(lines, coverage, strings, now);
   addKinds(lines, coverage, strings);
   lines.add(strings.covWarning);
@@ -114,7 +116,7 @@ void addCard(Lines& lines, const SummaryCard& card, SummaryLang lang) {
 }  // namespace
 
 std::string SummaryText::render(const HealthSummary& summary, SummaryLang lang, Frame frame,
-                                double now) {
+                                double now, const DigitGrouping& grouping) {
   const SummaryStrings& strings = SummaryStrings::in(lang);
   Lines lines;
   if (frame.includeOpening) {
@@ -122,7 +124,7 @@ std::string SummaryText::render(const HealthSummary& summary, SummaryLang lang, 
     lines.add("");
   }
   lines.add(strings.coverageTitle);
-  lines.add(coverageBlock(summary.coverage, lang, now));
+  lines.add(coverageBlock(summary.coverage, lang, now, grouping));
   lines.add("");
   lines.add(strings.dataTitle);
   for (const SummaryCard& card : summary.cards) addCard(lines, card, lang);

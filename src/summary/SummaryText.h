@@ -1,6 +1,7 @@
 #pragma once
 // A finished summary as plain text, the form in which a model reads it.
 
+#include "platform/Locale.h"
 #include "platform/SummaryLang.h"
 #include "summary/SummaryModel.h"
 
@@ -16,9 +17,11 @@ struct Frame {
 
 /// The summary, lines joined by "\n", none at the end: coverage notice, cards, observations. Rows
 /// without a text are left out. `now` (seconds since 1970) tells how old the last sync is.
-std::string render(const HealthSummary& summary, SummaryLang lang, Frame frame, double now);
+std::string render(const HealthSummary& summary, SummaryLang lang, Frame frame, double now,
+                   const DigitGrouping& grouping);
 
 /// The coverage notice alone: what exists, what is missing and why, and that a gap is no finding.
-std::string coverageBlock(const SummaryCoverage& coverage, SummaryLang lang, double now);
+std::string coverageBlock(const SummaryCoverage& coverage, SummaryLang lang, double now,
+                          const DigitGrouping& grouping);
 
 }  // namespace SummaryText

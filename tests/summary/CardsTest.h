@@ -42,7 +42,7 @@ protected:
   }
 
   SummaryCard card(const std::string& key, SummaryLang lang = SummaryLang::en) const {
-    const SummaryEngine engine(source, moment("2024-03-17 12:00:00 +0000"), lang);
+    const SummaryEngine engine(source, moment("2024-03-17 12:00:00 +0000"), lang, {});
     for (const SummaryCard& card : Cards::all({engine, source.covered, source.types, hasWatch})) {
       if (card.key == key) return card;
     }

@@ -21,7 +21,7 @@ using testing::IsEmpty;
 
 /// The insights at noon of 17 March 2024, a Sunday, whose last 90 days begin on 18 December 2023.
 std::vector<Insight> insightsOf(const MemorySource& source, SummaryLang lang = SummaryLang::en) {
-  return Insights::all(SummaryEngine(source, moment("2024-03-17 12:00:00 +0000"), lang));
+  return Insights::all(SummaryEngine(source, moment("2024-03-17 12:00:00 +0000"), lang, {}));
 }
 
 // --- weekday
@@ -120,7 +120,7 @@ TEST_P(WeekdayInZone, IsThatOfTheStoredDay) {
   const std::vector<std::string> days = daysFrom(GetParam().firstDay, 14);
   source.totals["StepCount"][days[0]] = 20000;
 
-  const SummaryEngine engine(source, moment(GetParam().now), SummaryLang::en);
+  const SummaryEngine engine(source, moment(GetParam().now), SummaryLang::en, {});
   const std::vector<Insight> insights = Insights::all(engine);
 
   EXPECT_THAT(insights,

@@ -30,7 +30,7 @@ TEST(AverageDaily, IsTheMeanOfTheDaysThatHaveData) {
   MemorySource source;
   source.totals["StepCount"] = {{"2024-03-14", 1000}, {"2024-03-15", 2000}, {"2024-03-17", 6000}};
 
-  const SummaryEngine engine(source, noon, SummaryLang::en);
+  const SummaryEngine engine(source, noon, SummaryLang::en, {});
 
   EXPECT_EQ(engine.averageDaily("StepCount", {"2024-03-15", "2024-03-17"}), (Figure{4000, 2}));
 }
@@ -38,7 +38,7 @@ TEST(AverageDaily, IsTheMeanOfTheDaysThatHaveData) {
 TEST(AverageDaily, IsAbsentWithoutData) {
   const MemorySource source;
 
-  const SummaryEngine engine(source, noon, SummaryLang::en);
+  const SummaryEngine engine(source, noon, SummaryLang::en, {});
 
   EXPECT_EQ(engine.averageDaily("StepCount", engine.lastDays(30)), std::nullopt);
 }
@@ -48,7 +48,7 @@ TEST(AverageDaily, IsAbsentWhenTheTotalsCannotBeRead) {
   source.totals["StepCount"] = {{"2024-03-17", 6000}};
   source.failing = {Operation::dailyTotals};
 
-  const SummaryEngine engine(source, noon, SummaryLang::en);
+  const SummaryEngine engine(source, noon, SummaryLang::en, {});
 
   EXPECT_EQ(engine.averageDaily("StepCount", engine.lastDays(30)), std::nullopt);
 }
@@ -61,7 +61,7 @@ TEST(MedianValue, CountsTheValuesItRestsOn) {
   source.samples.push_back({"RestingHeartRate", "2024-03-18", 100});
   source.samples.push_back({"HeartRate", "2024-03-17", 100});
 
-  const SummaryEngine engine(source, noon, SummaryLang::en);
+  const SummaryEngine engine(source, noon, SummaryLang::en, {});
 
   EXPECT_EQ(engine.medianValue("RestingHeartRate", engine.lastDays(90)), (Figure{2.5, 4}));
 }
@@ -69,7 +69,7 @@ TEST(MedianValue, CountsTheValuesItRestsOn) {
 TEST(MedianValue, IsAbsentWithoutValues) {
   const MemorySource source;
 
-  const SummaryEngine engine(source, noon, SummaryLang::en);
+  const SummaryEngine engine(source, noon, SummaryLang::en, {});
 
   EXPECT_EQ(engine.medianValue("RestingHeartRate", engine.lastDays(90)), std::nullopt);
 }
@@ -79,7 +79,7 @@ TEST(MedianValue, IsAbsentWhenTheValuesCannotBeRead) {
   source.addSamples("RestingHeartRate", "2024-03-17", 1, 60);
   source.failing = {Operation::values};
 
-  const SummaryEngine engine(source, noon, SummaryLang::en);
+  const SummaryEngine engine(source, noon, SummaryLang::en, {});
 
   EXPECT_EQ(engine.medianValue("RestingHeartRate", engine.lastDays(90)), std::nullopt);
 }
@@ -88,7 +88,7 @@ TEST(LatestValue, ComesWithItsDay) {
   MemorySource source;
   source.addSamples("BodyMass", "2019-05-01", 2, 70);
 
-  const SummaryEngine engine(source, noon, SummaryLang::en);
+  const SummaryEngine engine(source, noon, SummaryLang::en, {});
 
   EXPECT_EQ(engine.latestValue("BodyMass"), (DailyValue{"2019-05-02", 70}));
   EXPECT_EQ(engine.latestValue("BodyMassIndex"), std::nullopt);
@@ -99,7 +99,7 @@ TEST(LatestValue, IsAbsentWhenItCannotBeRead) {
   source.addSamples("BodyMass", "2019-05-01", 1, 70);
   source.failing = {Operation::latestValue};
 
-  const SummaryEngine engine(source, noon, SummaryLang::en);
+  const SummaryEngine engine(source, noon, SummaryLang::en, {});
 
   EXPECT_EQ(engine.latestValue("BodyMass"), std::nullopt);
 }
@@ -107,7 +107,7 @@ TEST(LatestValue, IsAbsentWhenItCannotBeRead) {
 TEST(WorkoutStats, AreThereEvenWithoutWorkouts) {
   const MemorySource source;
 
-  const SummaryEngine engine(source, noon, SummaryLang::en);
+  const SummaryEngine engine(source, noon, SummaryLang::en, {});
 
   EXPECT_EQ(engine.workoutStats(engine.lastDays(90)), WorkoutStats());
 }
@@ -116,7 +116,7 @@ TEST(WorkoutStats, AreAbsentOnlyWhenTheyCannotBeRead) {
   MemorySource source;
   source.failing = {Operation::workoutStats};
 
-  const SummaryEngine engine(source, noon, SummaryLang::en);
+  const SummaryEngine engine(source, noon, SummaryLang::en, {});
 
   EXPECT_EQ(engine.workoutStats(engine.lastDays(90)), std::nullopt);
 }
@@ -156,7 +156,7 @@ TEST(Summary, SaysWhoseItIsAndWhenItWasMade) {
   const MemorySource source = sourceOf(1, "2024-03-17", "2024-03-17");
 
   const HealthSummary summary =
-      SummaryEngine(source, noon + 0.25, SummaryLang::en).build("p1", "Ann", 1710000000.5, {});
+      SummaryEngine(source, noon + 0.25, SummaryLang::en, {}).build("p1", "Ann", 1710000000.5, {});
 
   EXPECT_EQ(summary.personID, "p1");
   EXPECT_EQ(summary.person, "Ann");
@@ -194,11 +194,22 @@ TEST(Summary, HasSixCardsInOrderInBothLanguages) {
                     {"body", "身体数据"}}));
 }
 
+TEST(Summary, GroupsDigitsAsItIsTold) {
+  MemorySource source = sourceOf(1234567, "2024-03-01", "2024-03-14");
+  source.addTotals("StepCount", "2024-03-01", 14, 5000);
+
+  const SummaryEngine engine(source, noon, SummaryLang::en, {.separator = ".", .sizes = "\3"});
+  const HealthSummary summary = engine.build("p1", "Ann", std::nullopt, std::nullopt);
+
+  EXPECT_EQ(summary.cards.at(0).metrics.at(0).text, "1.234.567");
+  EXPECT_EQ(summary.cards.at(1).metrics.at(0).text, "5.000");
+}
+
 TEST(Summary, EndsWithTheInsights) {
   MemorySource source = sourceOf(14, "2024-03-01", "2024-03-14");
   source.addTotals("StepCount", "2024-03-01", 14, 5000);
 
-  const SummaryEngine engine(source, noon, SummaryLang::zh);
+  const SummaryEngine engine(source, noon, SummaryLang::zh, {});
   const HealthSummary summary = engine.build("p1", "Ann", std::nullopt, std::nullopt);
 
   EXPECT_EQ(summary.insights.size(), 1u);

@@ -28,7 +28,7 @@ std::vector<Night> nightsOf(const std::vector<SleepSegment>& segments,
                             double now = moment("2024-03-17 12:00:00 +0000")) {
   MemorySource source;
   source.sleep = segments;
-  return SummaryEngine(source, now, SummaryLang::en).nights(90);
+  return SummaryEngine(source, now, SummaryLang::en, {}).nights(90);
 }
 
 TEST(Nights, ReachFromTheFirstSleepToTheLastWaking) {
@@ -86,7 +86,7 @@ TEST(Nights, AreNoneWhenTheSleepCannotBeRead) {
   source.sleep = {asleep("2024-03-15 23:00:00 +0000", "2024-03-16 07:00:00 +0000")};
   source.failing = {Operation::sleepSegments};
 
-  EXPECT_THAT(SummaryEngine(source, noon, SummaryLang::en).nights(90), IsEmpty());
+  EXPECT_THAT(SummaryEngine(source, noon, SummaryLang::en, {}).nights(90), IsEmpty());
 }
 
 struct NightCase {

@@ -25,5 +25,5 @@ inline MemorySource sourceOf(std::int64_t records, const std::string& firstDay,
 inline HealthSummary summaryOf(const MemorySource& source,
                                const std::optional<BackfillState>& backfill = std::nullopt,
                                SummaryLang lang = SummaryLang::en) {
-  return SummaryEngine(source, noon, lang).build("p1", "Ann", std::nullopt, backfill);
+  return SummaryEngine(source, noon, lang, {}).build("p1", "Ann", std::nullopt, backfill);
 }

@@ -29,7 +29,7 @@ TEST_P(LastDays, EndTodayAndBeginThatManyCalendarDaysBefore) {
   const ZoneGuard zone(GetParam().zone);
   const MemorySource source;
 
-  const SummaryEngine engine(source, moment(GetParam().now), SummaryLang::en);
+  const SummaryEngine engine(source, moment(GetParam().now), SummaryLang::en, {});
 
   EXPECT_EQ(engine.lastDays(GetParam().days), GetParam().expected);
 }
@@ -92,7 +92,7 @@ TEST_P(LastYearWindow, EndsOneCalendarYearBeforeToday) {
   const ZoneGuard zone(GetParam().zone);
   const MemorySource source;
 
-  const SummaryEngine engine(source, moment(GetParam().now), SummaryLang::en);
+  const SummaryEngine engine(source, moment(GetParam().now), SummaryLang::en, {});
 
   EXPECT_EQ(engine.lastYearWindow(GetParam().days), GetParam().expected);
 }

@@ -78,7 +78,8 @@ TEST(Render, ShowsAWholeSummaryInEnglish) {
   EXPECT_EQ(SummaryText::render(fullSummary(),
                                 SummaryLang::en,
                                 {.includeOpening = true, .includeSignature = true},
-                                syncMoment),
+                                syncMoment,
+                                {}),
             "Here is Ann's health summary (compiled by Larkspur from Apple Health).\n"
             "Please tell me what stands out, and what questions are worth asking my doctor.\n"
             "\n"
@@ -110,7 +111,8 @@ TEST(Render, ShowsAWholeSummaryInChinese) {
   EXPECT_EQ(SummaryText::render(fullSummary(),
                                 SummaryLang::zh,
                                 {.includeOpening = true, .includeSignature = true},
-                                syncMoment),
+                                syncMoment,
+                                {}),
             "这是Ann的健康数据摘要(由 Larkspur 从 Apple 健康整理)。\n"
             "请帮我看看有什么值得注意的,以及有哪些问题值得我去问医生。\n"
             "\n"
@@ -142,7 +144,7 @@ TEST(Render, StartsWithTheCoverageWhenNothingGoesAround) {
   summary.cards.resize(1);
   summary.insights.clear();
 
-  EXPECT_EQ(SummaryText::render(summary, SummaryLang::en, {}, syncMoment),
+  EXPECT_EQ(SummaryText::render(summary, SummaryLang::en, {}, syncMoment, {}),
             "[Data coverage]\n"
             "Range:2022-01-01 ~ 2024-03-01\n"
             "Note: do not infer anything about health from a missing item — missing only means not "
@@ -155,13 +157,13 @@ TEST(Render, StartsWithTheCoverageWhenNothingGoesAround) {
 }
 
 TEST(Render, ShowsAMemberWithoutData) {
-  EXPECT_EQ(SummaryText::render({}, SummaryLang::zh, {}, syncMoment),
+  EXPECT_EQ(SummaryText::render({}, SummaryLang::zh, {}, syncMoment, {}),
             "【数据覆盖说明】\n"
             "覆盖区间:无\n"
             "提示:请勿因某项缺失而推断健康状况,缺失仅代表未采集。\n"
             "\n"
             "【数据】");
-  EXPECT_EQ(SummaryText::render({}, SummaryLang::en, {.includeSignature = true}, syncMoment),
+  EXPECT_EQ(SummaryText::render({}, SummaryLang::en, {.includeSignature = true}, syncMoment, {}),
             "[Data coverage]\n"
             "Range:none\n"
             "Note: do not infer anything about health from a missing item — missing only means not "
@@ -175,9 +177,9 @@ TEST(Render, ShowsAMemberWithoutData) {
 TEST(Render, SpeaksOfTheReaderWhenThePersonHasNoName) {
   const SummaryText::Frame opening{.includeOpening = true};
 
-  EXPECT_EQ(SummaryText::render({}, SummaryLang::zh, opening, syncMoment).substr(0, 12),
+  EXPECT_EQ(SummaryText::render({}, SummaryLang::zh, opening, syncMoment, {}).substr(0, 12),
             "这是我的");
-  EXPECT_EQ(SummaryText::render({}, SummaryLang::en, opening, syncMoment).substr(0, 27),
+  EXPECT_EQ(SummaryText::render({}, SummaryLang::en, opening, syncMoment, {}).substr(0, 27),
             "Here is my's health summary");
 }
 
@@ -196,8 +198,8 @@ class CoverageNotice : public testing::TestWithParam<NoticeCase> {};
 
 TEST_P(CoverageNotice, SaysWhatThereIsAndEndsWithTheWarning) {
   const auto& [name, coverage, zh, en, now] = GetParam();
-  EXPECT_EQ(SummaryText::coverageBlock(coverage, SummaryLang::zh, now), zh + "\n" + zhWarning);
-  EXPECT_EQ(SummaryText::coverageBlock(coverage, SummaryLang::en, now), en + "\n" + enWarning);
+  EXPECT_EQ(SummaryText::coverageBlock(coverage, SummaryLang::zh, now, {}), zh + "\n" + zhWarning);
+  EXPECT_EQ(SummaryText::coverageBlock(coverage, SummaryLang::en, now, {}), en + "\n" + enWarning);
 }
 
 /// A case of the coverage of `rangeCoverage` with a change to it; `zh` and `en` follow the range.
@@ -367,12 +369,21 @@ INSTANTIATE_TEST_SUITE_P(
                         "\n已采集:无\n状态存疑:A", "\nCollected:none\nUncertain:A")),
     named);
 
+TEST(CoverageNoticeYears, GroupDigitsAsTheyAreTold) {
+  SummaryCoverage coverage;
+  coverage.yearly = {{"2023", 1234}, {"2024", 12}};
+
+  EXPECT_EQ(SummaryText::coverageBlock(
+                coverage, SummaryLang::en, syncMoment, {.separator = ".", .sizes = "\3"}),
+            std::string("Range:none\nRecords per year:2023:1.234 / 2024:12\n") + enWarning);
+}
+
 TEST(CoverageNoticeSync, TellsTheSyncInTheTimeZoneOfTheMachine) {
   const ZoneGuard zone("Asia/Shanghai");
   SummaryCoverage coverage;
   coverage.lastSyncAt = syncMoment;
 
-  EXPECT_EQ(SummaryText::coverageBlock(coverage, SummaryLang::en, syncMoment),
+  EXPECT_EQ(SummaryText::coverageBlock(coverage, SummaryLang::en, syncMoment, {}),
             std::string("Range:none\nLast synced:2024-03-01 06:54\n") + enWarning);
 }
 

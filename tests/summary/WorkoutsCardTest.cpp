@@ -96,7 +96,7 @@ TEST_F(WorkoutsCard, KeepsTheOrderThatTheDataSourceGives) {
     }
   };
   const Unsorted unsorted;
-  const SummaryEngine engine(unsorted, 0, SummaryLang::en);
+  const SummaryEngine engine(unsorted, 0, SummaryLang::en, {});
 
   const SummaryCard workouts = Cards::all({engine, {}, {}, false})[4];
 

@@ -45,7 +45,7 @@ public:
   /// What `function` makes of the call with these arguments.
   template <typename Function>
   auto of(const nlohmann::json& arguments, Function function) {
-    return function(Tools::Call{arguments, roster, log, lang, clock});
+    return function(Tools::Call{arguments, roster, log, lang, clock, grouping});
   }
 
   /// The MCPError that leaves `function`; `nullopt` when none does.
@@ -62,6 +62,7 @@ public:
 private:
   Logger log;
   Clock clock;
+  DigitGrouping grouping;
   Roster roster;
   SummaryLang lang;
 };

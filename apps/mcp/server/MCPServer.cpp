@@ -30,6 +30,7 @@ MCPServer::MCPServer(const std::filesystem::path& dataRoot, Surroundings surroun
       methods(roster, log, accessLog,
               {.lang = surroundings.lang,
                .clock = surroundings.clock,
+               .grouping = surroundings.grouping,
                .patienceMilliseconds = surroundings.patienceMilliseconds}),
       input(std::move(surroundings.input)),
       output(std::move(surroundings.output)) {

@@ -5,6 +5,7 @@
 #include "mcp/server/LineReader.h"
 #include "mcp/server/Methods.h"
 #include "platform/Clock.h"
+#include "platform/Locale.h"
 #include "platform/Logger.h"
 #include "platform/SummaryLang.h"
 #include "roster/Roster.h"
@@ -28,6 +29,7 @@ public:
   struct Surroundings {
     SummaryLang lang;
     Clock clock;
+    DigitGrouping grouping = {};  ///< of the user's locale
     ByteSource input;
     LineSink output;
     int patienceMilliseconds = usualPatienceMilliseconds;  ///< with a database that is locked

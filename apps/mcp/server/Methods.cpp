@@ -49,6 +49,16 @@ Methods::Json Methods::dispatch(std::string_view method, const nlohmann::json& p
   return (this->*found->answer)(params);
 }
 
+Tools::Call Methods::callWith(const nlohmann::json& arguments) const {
+  return {.arguments = arguments,
+          .roster = roster,
+          .log = log,
+          .lang = options.lang,
+          .clock = options.clock,
+          .grouping = options.grouping,
+          .patienceMilliseconds = options.patienceMilliseconds};
+}
+
 Methods::Json Methods::initialize(const nlohmann::json& params) {
   const nlohmann::json& client = Wire::objectOf(params, "clientInfo");
   const auto name = client.find("name");
@@ -84,8 +94,7 @@ std::optional<Member> memberNamed(const Tools::Call& call) {
 Methods::Json Methods::callTool(const nlohmann::json& params) {
   const std::string tool = Wire::textOf(params, "name");
   const nlohmann::json& arguments = Wire::objectOf(params, "arguments");
-  const Tools::Call call{
-      arguments, roster, log, options.lang, options.clock, options.patienceMilliseconds};
+  const Tools::Call call = callWith(arguments);
 
   const std::optional<Member> member = tool == "list_persons" ? std::nullopt : memberNamed(call);
   accessLog.called(tool, member, arguments);
@@ -100,8 +109,7 @@ Methods::Json Methods::listResources(const nlohmann::json&) {
 Methods::Json Methods::readResource(const nlohmann::json& params) {
   const std::string uri = Wire::textOf(params, "uri");
   const nlohmann::json none = nlohmann::json::object();
-  const std::string text = Tools::readResource(
-      uri, {none, roster, log, options.lang, options.clock, options.patienceMilliseconds});
+  const std::string text = Tools::readResource(uri, callWith(none));
 
   const std::vector<Member> members = roster.members();
   const auto member = std::ranges::find_if(members, [&uri](const Member& candidate) {

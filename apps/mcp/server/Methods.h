@@ -2,7 +2,9 @@
 // The methods of the protocol: parameters in, result out.
 
 #include "mcp/server/AccessLog.h"
+#include "mcp/tools/Tools.h"
 #include "platform/Clock.h"
+#include "platform/Locale.h"
 #include "platform/Logger.h"
 #include "platform/SummaryLang.h"
 #include "roster/Roster.h"
@@ -20,6 +22,7 @@ public:
   struct Options {
     SummaryLang lang;
     Clock clock;
+    DigitGrouping grouping = {};                           ///< of the user's locale
     int patienceMilliseconds = usualPatienceMilliseconds;  ///< with a database that is locked
   };
 
@@ -31,6 +34,9 @@ public:
   Json dispatch(std::string_view method, const nlohmann::json& params);
 
 private:
+  /// A call of a tool. `arguments` outlive it.
+  Tools::Call callWith(const nlohmann::json& arguments) const;
+
   Json initialize(const nlohmann::json& params);
   Json ping(const nlohmann::json& params);
   Json listTools(const nlohmann::json& params);

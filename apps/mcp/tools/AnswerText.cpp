@@ -1,6 +1,5 @@
 #include "mcp/tools/AnswerText.h"
 #include "platform/AppleFormat.h"
-#include "platform/Locale.h"
 #include "platform/Phrase.h"
 #include "platform/Text.h"
 #include "summary/SummaryText.h"
@@ -34,16 +33,14 @@ void dropTrailingZeros(std::string& text) {
 
 }  // namespace
 
-std::string Tools::fmt(double value) {
+std::string Tools::fmt(double value, const DigitGrouping& grouping) {
   const double magnitude = std::abs(value);
-  if (!(magnitude < 1000)) return groupedWhole(value);
+  if (!(magnitude < 1000)) return groupedWhole(value, grouping);
   const int decimals = magnitude >= 100 ? 1 : magnitude >= 1 ? 2 : 3;
   std::string text = fixedDecimals(value, decimals);
   dropTrailingZeros(text);
   return text == "-0" ? "0" : text;
 }
-
-std::string Tools::grouped(std::int64_t number) { return ::grouped(number); }
 
 int Tools::daysBetween(std::string_view first, std::string_view last) {
   return AppleFormat::daysBetween(first, last);
@@ -96,5 +93,5 @@ std::string Tools::coverageOf(const HealthStore& store, const Call& call) {
   coverage.firstDay = days.first;
   coverage.lastDay = days.last;
   coverage.backfilling = days.typeCount > 0 && spansTooFewDays(days.first, days.last);
-  return SummaryText::coverageBlock(coverage, call.lang, call.clock());
+  return SummaryText::coverageBlock(coverage, call.lang, call.clock(), call.grouping);
 }

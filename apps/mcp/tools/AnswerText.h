@@ -2,12 +2,12 @@
 // What the texts of all tools share: heading, numbers, the metric's line, the coverage notice.
 
 #include "mcp/tools/Tools.h"
+#include "platform/Locale.h"
 #include "platform/SummaryLang.h"
 #include "roster/Roster.h"
 #include "store/HealthStore.h"
 #include "summary/Metrics.h"
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,10 +23,7 @@ std::string rangeLine(std::string_view from, std::string_view to, SummaryLang la
 /// A number as every tool shows it: from 1000 on a grouped whole number, below with as many
 /// decimals as matter (one from 100 on, two from 1 on, else three), without zeros at the end.
 /// "inf", "-inf" or "nan" when it is not finite.
-std::string fmt(double value);
-
-/// `number` with its digits grouped as the user's locale wants it.
-std::string grouped(std::int64_t number);
+std::string fmt(double value, const DigitGrouping& grouping);
 
 /// Whole days from `first` to `last`, "yyyy-MM-dd" both; 0 when one is no day.
 int daysBetween(std::string_view first, std::string_view last);

@@ -19,10 +19,10 @@ std::string need(const Tools::Call& call, const char* key) {
   throw MCPError(MCPError::invalidArguments, std::string(key) + " 要是 YYYY-MM-DD");
 }
 
-std::string statistic(const std::vector<DailyValue>& series, SummaryLang lang) {
-  if (series.empty()) return std::string(noData.in(lang));
-  return filled(meanOver.in(lang),
-                {Tools::fmt(Tools::mean(series)), std::to_string(series.size())});
+std::string statistic(const std::vector<DailyValue>& series, const Tools::Call& call) {
+  if (series.empty()) return std::string(noData.in(call.lang));
+  return filled(meanOver.in(call.lang),
+                {Tools::fmt(Tools::mean(series), call.grouping), std::to_string(series.size())});
 }
 
 /// How much `value` lies above `base`, in percent of it, always with its sign; +0.0 of a base of
@@ -49,11 +49,11 @@ std::string Tools::compare(const Call& call) {
   Lines lines;
   lines.add(header(member, call.lang));
   lines.add(metricLine(metric, call.lang));
-  lines.add("A  ", aFrom, " ~ ", aTo, ":", statistic(a, call.lang));
-  lines.add("B  ", bFrom, " ~ ", bTo, ":", statistic(b, call.lang));
+  lines.add("A  ", aFrom, " ~ ", aTo, ":", statistic(a, call));
+  lines.add("B  ", bFrom, " ~ ", bTo, ":", statistic(b, call));
   if (!a.empty() && !b.empty()) {
-    lines.add(
-        filled(difference.in(call.lang), {fmt(mean(a) - mean(b)), percentAbove(mean(a), mean(b))}));
+    lines.add(filled(difference.in(call.lang),
+                     {fmt(mean(a) - mean(b), call.grouping), percentAbove(mean(a), mean(b))}));
   }
   lines.add("");
   lines.add(coverageOf(store, call));

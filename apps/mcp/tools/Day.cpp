@@ -20,18 +20,19 @@ std::string requiredDay(const Tools::Call& call) {
   throw MCPError(MCPError::invalidArguments, std::string(dateMalformed.in(call.lang)));
 }
 
-std::string dayLine(const DayRow& row, SummaryLang lang) {
+std::string dayLine(const DayRow& row, const Tools::Call& call) {
   // Percentages are stored as fractions.
   const double value = row.unit == "%" ? row.value * 100 : row.value;
-  return filled(recordLine.in(lang),
-                {row.type, Tools::fmt(value), row.unit, std::to_string(row.samples)});
+  return filled(
+      recordLine.in(call.lang),
+      {row.type, Tools::fmt(value, call.grouping), row.unit, std::to_string(row.samples)});
 }
 
-std::string workoutLine(const DayWorkout& workout, SummaryLang lang) {
-  std::string line =
-      "  " + activityName(workout.type, lang) + " " + Tools::fmt(workout.minutes) + " min";
-  if (workout.km) line += ", " + Tools::fmt(*workout.km) + " km";
-  if (workout.kcal) line += ", " + Tools::fmt(*workout.kcal) + " kcal";
+std::string workoutLine(const DayWorkout& workout, const Tools::Call& call) {
+  std::string line = "  " + activityName(workout.type, call.lang) + " " +
+                     Tools::fmt(workout.minutes, call.grouping) + " min";
+  if (workout.km) line += ", " + Tools::fmt(*workout.km, call.grouping) + " km";
+  if (workout.kcal) line += ", " + Tools::fmt(*workout.kcal, call.grouping) + " kcal";
   return line;
 }
 
@@ -49,9 +50,9 @@ std::string Tools::day(const Call& call) {
   lines.add(header(member, call.lang));
   lines.add(filled(dateLine.in(call.lang), {date}));
   if (rows.empty()) lines.add(nothingRecorded.in(call.lang));
-  for (const DayRow& row : rows) lines.add(dayLine(row, call.lang));
+  for (const DayRow& row : rows) lines.add(dayLine(row, call));
   if (!workouts.empty()) lines.add(workoutsHeading.in(call.lang));
-  for (const DayWorkout& workout : workouts) lines.add(workoutLine(workout, call.lang));
+  for (const DayWorkout& workout : workouts) lines.add(workoutLine(workout, call));
   lines.add("");
   lines.add(coverageOf(store, call));
   return lines.joined();

@@ -25,7 +25,7 @@ std::string dataOf(const Member& member, const Tools::Call& call) {
     const HealthStore store = Tools::open(member, call);
     const RecordedDays days = store.recordedDays();
     return filled(dataPart.in(call.lang),
-                  {Tools::grouped(store.recordCount()), days.first, days.last});
+                  {grouped(store.recordCount(), call.grouping), days.first, days.last});
   } catch (const std::exception&) {
     return "";
   }

@@ -8,8 +8,8 @@ std::string Tools::overview(const Call& call) { return overviewOf(resolve(call),
 std::string Tools::overviewOf(const Member& member, const Call& call) {
   const HealthStore store = open(member, call);
   const double now = call.clock();
-  const SummaryEngine engine(store, now, call.lang);
+  const SummaryEngine engine(store, now, call.lang, call.grouping);
   const HealthSummary summary =
       engine.build(member.id, member.name, member.lastSyncAt, member.backfill);
-  return SummaryText::render(summary, call.lang, SummaryText::Frame{}, now);
+  return SummaryText::render(summary, call.lang, SummaryText::Frame{}, now, call.grouping);
 }

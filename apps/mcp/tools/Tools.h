@@ -2,6 +2,7 @@
 // The tools that a client can call: their catalogue, and one function a tool.
 
 #include "platform/Clock.h"
+#include "platform/Locale.h"
 #include "platform/Logger.h"
 #include "platform/SummaryLang.h"
 #include "roster/Roster.h"
@@ -21,6 +22,7 @@ struct Call {
   Logger& log;  ///< for diagnostics
   SummaryLang lang;
   const Clock& clock;
+  const DigitGrouping& grouping;                         ///< of the user's locale
   int patienceMilliseconds = usualPatienceMilliseconds;  ///< with a database that is locked
   Patience* sharedPatience = nullptr;  ///< with all locked databases together, instead
 };

@@ -17,13 +17,13 @@ constexpr Phrase statistics{"有数据的天数:{0},日均 {1},最低 {2},最高
                             "Days with data: {0}, mean {1}, min {2}, max {3}"};
 constexpr Phrase daily{"逐日:", "Daily:"};
 
-std::string statisticsLine(const std::vector<DailyValue>& series, SummaryLang lang) {
+std::string statisticsLine(const std::vector<DailyValue>& series, const Tools::Call& call) {
   const auto [lowest, highest] = std::ranges::minmax(series, {}, &DailyValue::value);
-  return filled(statistics.in(lang),
+  return filled(statistics.in(call.lang),
                 {std::to_string(series.size()),
-                 Tools::fmt(Tools::mean(series)),
-                 Tools::fmt(lowest.value),
-                 Tools::fmt(highest.value)});
+                 Tools::fmt(Tools::mean(series), call.grouping),
+                 Tools::fmt(lowest.value, call.grouping),
+                 Tools::fmt(highest.value, call.grouping)});
 }
 
 }  // namespace
@@ -43,10 +43,10 @@ std::string Tools::trend(const Call& call) {
   if (series.empty()) {
     lines.add(noData.in(call.lang));
   } else {
-    lines.add(statisticsLine(series, call.lang));
+    lines.add(statisticsLine(series, call));
     lines.add("");
     lines.add(daily.in(call.lang));
-    for (const DailyValue& day : series) lines.add(day.day, "  ", fmt(day.value));
+    for (const DailyValue& day : series) lines.add(day.day, "  ", fmt(day.value, call.grouping));
   }
   lines.add("");
   lines.add(coverageOf(store, call));

@@ -56,7 +56,7 @@ WorkoutSelection::Order orderArgument(const Tools::Call& call) {
 
 /// How an answer is written.
 using Form = std::string (*)(const WorkoutList::Query&, const WorkoutSelection::Selection&,
-                             const std::string& coverage, SummaryLang);
+                             const std::string& coverage, const Tools::Call&);
 
 Form formArgument(const Tools::Call& call) {
   const std::string format = textOr(call, "format", "text");
@@ -109,5 +109,5 @@ std::string Tools::workouts(const Call& call) {
   WorkoutSelection::Selection selection = selector.selected(query.order, query.page);
   selection.page = store.workoutsAt(selection.pageRows);
 
-  return form(query, selection, coverageOf(store, call), call.lang);
+  return form(query, selection, coverageOf(store, call), call);
 }

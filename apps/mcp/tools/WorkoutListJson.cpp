@@ -92,21 +92,21 @@ Json workoutOf(const WorkoutEntry& workout, SummaryLang lang) {
 }  // namespace
 
 std::string WorkoutListJson::json(const Query& query, const Selection& selection,
-                                  const std::string& coverage, SummaryLang lang) {
+                                  const std::string& coverage, const Tools::Call& call) {
   Json document{{"person_id", query.member.id},
                 {"person", query.member.name},
                 {"filters", filtersOf(query)},
-                {"available_activities", availableActivitiesOf(selection, lang)},
+                {"available_activities", availableActivitiesOf(selection, call.lang)},
                 {"available_sources", selection.availableSources},
                 {"pagination", paginationOf(query, selection)},
                 {"units", unitsOf()},
-                {"totals", totalsOf(selection, lang)},
+                {"totals", totalsOf(selection, call.lang)},
                 {"workouts", Json::array()},
-                {"note", WorkoutList::closingNote.in(lang)},
+                {"note", WorkoutList::closingNote.in(call.lang)},
                 {"coverage", coverage},
-                {"boundary", Tools::boundary.in(lang)}};
+                {"boundary", Tools::boundary.in(call.lang)}};
   for (const WorkoutEntry& workout : selection.page) {
-    document["workouts"].push_back(workoutOf(workout, lang));
+    document["workouts"].push_back(workoutOf(workout, call.lang));
   }
   return Tools::documentText(document);
 }

@@ -24,6 +24,7 @@ constexpr Phrase nothingMatches{"这个区间与筛选条件下没有训练记�
 constexpr Phrase emptyPage{"此页没有记录,请减小 offset。",
                            "No records on this page; use a smaller offset."};
 
+using Tools::Call;
 using WorkoutList::Query;
 using WorkoutSelection::Selection;
 
@@ -39,19 +40,22 @@ std::string rangeAndFilters(const Query& query, SummaryLang lang) {
   return line;
 }
 
-void addTotals(Lines& lines, const Selection& selection, SummaryLang lang) {
+void addTotals(Lines& lines, const Selection& selection, const Call& call) {
   const std::string count = std::to_string(selection.totalCount);
-  lines.add(filled(countLine.in(lang), {count}));
+  lines.add(filled(countLine.in(call.lang), {count}));
   for (std::size_t index = 0; index < selection.totals.size(); ++index) {
     const WorkoutSelection::Measure& measure = WorkoutSelection::measures[index];
     const WorkoutSelection::Total& total = selection.totals[index];
-    const std::string_view label = measure.label.in(lang);
+    const std::string_view label = measure.label.in(call.lang);
     if (total.count == 0) {
-      lines.add(filled(notRecordedLine.in(lang), {label}));
+      lines.add(filled(notRecordedLine.in(call.lang), {label}));
     } else {
-      lines.add(
-          filled(totalLine.in(lang),
-                 {label, Tools::fmt(total.sum), measure.unit, std::to_string(total.count), count}));
+      lines.add(filled(totalLine.in(call.lang),
+                       {label,
+                        Tools::fmt(total.sum, call.grouping),
+                        measure.unit,
+                        std::to_string(total.count),
+                        count}));
     }
   }
 }
@@ -117,41 +121,46 @@ void addHumidity(Lines& lines, const WorkoutHumidity& reading, SummaryLang lang)
             reading.source_version.value_or(absent));
 }
 
-void addWorkout(Lines& lines, const WorkoutEntry& workout, SummaryLang lang) {
-  std::string heading = "· " + activityName(workout.activity_type, lang);
+void addWorkout(Lines& lines, const WorkoutEntry& workout, const Call& call) {
+  std::string heading = "· " + activityName(workout.activity_type, call.lang);
   if (workout.indoor) {
-    heading += " · " + std::string((*workout.indoor ? indoorWord : outdoorWord).in(lang));
+    heading += " · " + std::string((*workout.indoor ? indoorWord : outdoorWord).in(call.lang));
   }
   lines.add(heading);
   lines.add("    start=", workout.start, ", end=", workout.end, ", source=", workout.source);
   for (const WorkoutSelection::Measure& measure : WorkoutSelection::measures) {
     const std::optional<double> value = measure.read(workout);
     if (value) {
-      lines.add("    ", measure.label.in(lang), ": ", Tools::fmt(*value), " ", measure.unit);
+      lines.add("    ",
+                measure.label.in(call.lang),
+                ": ",
+                Tools::fmt(*value, call.grouping),
+                " ",
+                measure.unit);
     }
   }
   lines.add("    workout_id=", workout.workout_id());
-  if (const auto reading = workout.humidityReading()) addHumidity(lines, *reading, lang);
+  if (const auto reading = workout.humidityReading()) addHumidity(lines, *reading, call.lang);
 }
 
 }  // namespace
 
 std::string WorkoutListText::text(const Query& query, const Selection& selection,
-                                  const std::string& coverage, SummaryLang lang) {
+                                  const std::string& coverage, const Call& call) {
   Lines lines;
-  lines.add(Tools::header(query.member, lang));
-  lines.add(rangeAndFilters(query, lang));
-  addTotals(lines, selection, lang);
-  addLists(lines, selection, lang);
+  lines.add(Tools::header(query.member, call.lang));
+  lines.add(rangeAndFilters(query, call.lang));
+  addTotals(lines, selection, call);
+  addLists(lines, selection, call.lang);
   addPagination(lines, query, selection);
   if (selection.totalCount == 0) {
-    lines.add(nothingMatches.in(lang));
+    lines.add(nothingMatches.in(call.lang));
   } else if (selection.page.empty()) {
-    lines.add(emptyPage.in(lang));
+    lines.add(emptyPage.in(call.lang));
   }
-  for (const WorkoutEntry& workout : selection.page) addWorkout(lines, workout, lang);
+  for (const WorkoutEntry& workout : selection.page) addWorkout(lines, workout, call);
   lines.add("");
-  lines.add(WorkoutList::closingNote.in(lang));
+  lines.add(WorkoutList::closingNote.in(call.lang));
   lines.add("");
   lines.add(coverage);
   return lines.joined();

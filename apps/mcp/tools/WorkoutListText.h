@@ -1,9 +1,9 @@
 #pragma once
 // get_workouts as text for reading.
 
+#include "mcp/tools/Tools.h"
 #include "mcp/tools/WorkoutList.h"
 #include "mcp/tools/WorkoutSelection.h"
-#include "platform/SummaryLang.h"
 
 #include <string>
 
@@ -11,6 +11,6 @@ namespace WorkoutListText {
 
 /// The answer, line by line. `coverage` is the member's coverage notice.
 std::string text(const WorkoutList::Query& query, const WorkoutSelection::Selection& selection,
-                 const std::string& coverage, SummaryLang lang);
+                 const std::string& coverage, const Tools::Call& call);
 
 }  // namespace WorkoutListText

@@ -14,6 +14,8 @@ namespace {
 
 using Limits = std::numeric_limits<double>;
 
+const DigitGrouping byThrees;
+
 struct NumberCase {
   std::string name;
   double value;
@@ -23,7 +25,7 @@ struct NumberCase {
 class Fmt : public testing::TestWithParam<NumberCase> {};
 
 TEST_P(Fmt, ShowsAsManyDecimalsAsMatter) {
-  EXPECT_EQ(Tools::fmt(GetParam().value), GetParam().text);
+  EXPECT_EQ(Tools::fmt(GetParam().value, byThrees), GetParam().text);
 }
 
 INSTANTIATE_TEST_SUITE_P(Thousands, Fmt,
@@ -86,26 +88,24 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& test) { return test.param.name; });
 
 TEST(Fmt, WritesTheLargestNumbersInFull) {
-  const std::string text = Tools::fmt(1e300);
+  const std::string text = Tools::fmt(1e300, byThrees);
 
   EXPECT_EQ(text.size(), 301U);
   EXPECT_EQ(std::stod(text), 1e300);
-  EXPECT_EQ(Tools::fmt(Limits::max()).size(), 309U);
+  EXPECT_EQ(Tools::fmt(Limits::max(), byThrees).size(), 309U);
 }
 
 TEST(Fmt, KeepsItsDecimalPointWhateverTheEnvironmentSays) {
   const EnvironmentGuard german({{"LC_ALL", "de_DE.UTF-8"}, {"LC_NUMERIC", "de_DE.UTF-8"}});
 
-  EXPECT_EQ(Tools::fmt(12.34), "12.34");
-  EXPECT_EQ(Tools::fmt(123.44), "123.4");
+  EXPECT_EQ(Tools::fmt(12.34, byThrees), "12.34");
+  EXPECT_EQ(Tools::fmt(123.44, byThrees), "123.4");
   EXPECT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C");
 }
 
-TEST(Grouped, PutsACommaEveryThreeDigitsWithoutALocale) {
-  EXPECT_EQ(Tools::grouped(0), "0");
-  EXPECT_EQ(Tools::grouped(999), "999");
-  EXPECT_EQ(Tools::grouped(-1000), "-1,000");
-  EXPECT_EQ(Tools::grouped(std::numeric_limits<std::int64_t>::min()), "-9,223,372,036,854,775,808");
+TEST(Fmt, GroupsDigitsAsItIsTold) {
+  EXPECT_EQ(Tools::fmt(1234567, {.separator = ".", .sizes = "\3"}), "1.234.567");
+  EXPECT_EQ(Tools::fmt(12.5, {.separator = ".", .sizes = "\3"}), "12.5");
 }
 
 Member memberCalled(const std::string& id, const std::string& name) {

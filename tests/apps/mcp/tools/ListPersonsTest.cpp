@@ -168,7 +168,8 @@ std::string listWith(const Household& household, const Clock& clock, int patienc
   Roster roster(household.rosterFile(), log, clock);
   roster.load();
   const Json none = Json::object();
-  return Tools::listPersons({none, roster, log, SummaryLang::en, clock, patienceMilliseconds});
+  return Tools::listPersons(
+      {none, roster, log, SummaryLang::en, clock, DigitGrouping{}, patienceMilliseconds});
 }
 
 TEST(ListPersons, WaitsForAllLockedDatabasesTogether) {

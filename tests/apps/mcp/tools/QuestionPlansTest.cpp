@@ -74,7 +74,8 @@ TEST_P(QuestionsOf, VisitAllRecordsOnlyToCountThemOnce) {
     const Clock clock = [] { return testNow; };
     Roster roster(household.rosterFile(), log, clock);
     roster.load();
-    const Tools::Call call{GetParam().arguments, roster, log, SummaryLang::en, clock};
+    const DigitGrouping grouping;
+    const Tools::Call call{GetParam().arguments, roster, log, SummaryLang::en, clock, grouping};
     if (GetParam().tool.starts_with("larkspur:")) {
       Tools::readResource(GetParam().tool, call);
     } else {
