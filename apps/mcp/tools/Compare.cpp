@@ -22,7 +22,7 @@ std::string need(const Tools::Call& call, const char* key) {
 std::string statistic(const std::vector<DailyValue>& series, const Tools::Call& call) {
   if (series.empty()) return std::string(noData.in(call.lang));
   return filled(meanOver.in(call.lang),
-                {Tools::fmt(Tools::mean(series), call.grouping), std::to_string(series.size())});
+                {Tools::fmt(mean(series), call), std::to_string(series.size())});
 }
 
 /// How much `value` lies above `base`, in percent of it, always with its sign; +0.0 of a base of
@@ -43,8 +43,8 @@ std::string Tools::compare(const Call& call) {
   const std::string bTo = need(call, "b_to");
 
   const HealthStore store = open(member, call);
-  const std::vector<DailyValue> a = shownSeries(store, metric, aFrom, aTo);
-  const std::vector<DailyValue> b = shownSeries(store, metric, bFrom, bTo);
+  const std::vector<DailyValue> a = shown(store.series(metric, aFrom, aTo), metric);
+  const std::vector<DailyValue> b = shown(store.series(metric, bFrom, bTo), metric);
 
   Lines lines;
   lines.add(header(member, call.lang));
@@ -53,7 +53,7 @@ std::string Tools::compare(const Call& call) {
   lines.add("B  ", bFrom, " ~ ", bTo, ":", statistic(b, call));
   if (!a.empty() && !b.empty()) {
     lines.add(filled(difference.in(call.lang),
-                     {fmt(mean(a) - mean(b), call.grouping), percentAbove(mean(a), mean(b))}));
+                     {fmt(mean(a) - mean(b), call), percentAbove(mean(a), mean(b))}));
   }
   lines.add("");
   lines.add(coverageOf(store, call));

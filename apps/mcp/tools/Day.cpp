@@ -21,18 +21,16 @@ std::string requiredDay(const Tools::Call& call) {
 }
 
 std::string dayLine(const DayRow& row, const Tools::Call& call) {
-  // Percentages are stored as fractions.
-  const double value = row.unit == "%" ? row.value * 100 : row.value;
-  return filled(
-      recordLine.in(call.lang),
-      {row.type, Tools::fmt(value, call.grouping), row.unit, std::to_string(row.samples)});
+  const double value = shown(row.value, row.unit);
+  return filled(recordLine.in(call.lang),
+                {row.type, Tools::fmt(value, call), row.unit, std::to_string(row.samples)});
 }
 
 std::string workoutLine(const DayWorkout& workout, const Tools::Call& call) {
   std::string line = "  " + activityName(workout.type, call.lang) + " " +
-                     Tools::fmt(workout.minutes, call.grouping) + " min";
-  if (workout.km) line += ", " + Tools::fmt(*workout.km, call.grouping) + " km";
-  if (workout.kcal) line += ", " + Tools::fmt(*workout.kcal, call.grouping) + " kcal";
+                     Tools::fmt(workout.minutes, call) + " min";
+  if (workout.km) line += ", " + Tools::fmt(*workout.km, call) + " km";
+  if (workout.kcal) line += ", " + Tools::fmt(*workout.kcal, call) + " kcal";
   return line;
 }
 

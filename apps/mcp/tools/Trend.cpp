@@ -21,9 +21,9 @@ std::string statisticsLine(const std::vector<DailyValue>& series, const Tools::C
   const auto [lowest, highest] = std::ranges::minmax(series, {}, &DailyValue::value);
   return filled(statistics.in(call.lang),
                 {std::to_string(series.size()),
-                 Tools::fmt(Tools::mean(series), call.grouping),
-                 Tools::fmt(lowest.value, call.grouping),
-                 Tools::fmt(highest.value, call.grouping)});
+                 Tools::fmt(mean(series), call),
+                 Tools::fmt(lowest.value, call),
+                 Tools::fmt(highest.value, call)});
 }
 
 }  // namespace
@@ -34,7 +34,7 @@ std::string Tools::trend(const Call& call) {
   const auto [from, to] = range(call);
 
   const HealthStore store = open(member, call);
-  const std::vector<DailyValue> series = shownSeries(store, metric, from, to);
+  const std::vector<DailyValue> series = shown(store.series(metric, from, to), metric);
 
   Lines lines;
   lines.add(header(member, call.lang));
@@ -46,7 +46,7 @@ std::string Tools::trend(const Call& call) {
     lines.add(statisticsLine(series, call));
     lines.add("");
     lines.add(daily.in(call.lang));
-    for (const DailyValue& day : series) lines.add(day.day, "  ", fmt(day.value, call.grouping));
+    for (const DailyValue& day : series) lines.add(day.day, "  ", fmt(day.value, call));
   }
   lines.add("");
   lines.add(coverageOf(store, call));

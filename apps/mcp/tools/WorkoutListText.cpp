@@ -50,12 +50,9 @@ void addTotals(Lines& lines, const Selection& selection, const Call& call) {
     if (total.count == 0) {
       lines.add(filled(notRecordedLine.in(call.lang), {label}));
     } else {
-      lines.add(filled(totalLine.in(call.lang),
-                       {label,
-                        Tools::fmt(total.sum, call.grouping),
-                        measure.unit,
-                        std::to_string(total.count),
-                        count}));
+      lines.add(filled(
+          totalLine.in(call.lang),
+          {label, Tools::fmt(total.sum, call), measure.unit, std::to_string(total.count), count}));
     }
   }
 }
@@ -131,12 +128,8 @@ void addWorkout(Lines& lines, const WorkoutEntry& workout, const Call& call) {
   for (const WorkoutSelection::Measure& measure : WorkoutSelection::measures) {
     const std::optional<double> value = measure.read(workout);
     if (value) {
-      lines.add("    ",
-                measure.label.in(call.lang),
-                ": ",
-                Tools::fmt(*value, call.grouping),
-                " ",
-                measure.unit);
+      lines.add(
+          "    ", measure.label.in(call.lang), ": ", Tools::fmt(*value, call), " ", measure.unit);
     }
   }
   lines.add("    workout_id=", workout.workout_id());
