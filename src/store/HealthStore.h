@@ -19,13 +19,6 @@
 #include <string_view>
 #include <vector>
 
-/// What days there are records of.
-struct RecordedDays {
-  std::int64_t typeCount = 0;  ///< types with a record; 0 means that there is none at all
-  std::string first;           ///< "" when no record has a day
-  std::string last;            ///< "" when no record has a day
-};
-
 /// One type of record on one day.
 struct DayRow {
   std::string type;
@@ -108,10 +101,8 @@ public:
                                     const std::optional<std::string>& source, std::int64_t limit,
                                     std::int64_t offset) const;
 
-  /// The days and types of all records, by a few seeks a type.
-  RecordedDays recordedDays() const;
-
-  SummaryCoverage coverage() const override;
+  RecordedDays recordedDays() const override;  ///< by a few seeks a type
+  std::vector<std::string> devices() const override;
   std::int64_t recordCount() const override;
   std::set<std::string> presentTypes() const override;
   RecordCounts yearlyCounts() const override;
@@ -134,7 +125,6 @@ private:
                                        std::string_view to) const;
   Statement selectSleep(std::string_view from, std::string_view to) const;
   std::vector<DailyValue> sleepSeries(std::string_view from, std::string_view to) const;
-  std::vector<std::string> sourceNames() const;
   WorkoutEntry workoutNamed(const std::string& workoutID) const;
   void attachHumidity(std::vector<WorkoutEntry>& workouts) const;
 

@@ -18,16 +18,6 @@ SELECT COUNT(*), MIN(first), MAX(last) FROM (
           .last = row->text(2)};
 }
 
-SummaryCoverage HealthStore::coverage() const {
-  const RecordedDays days = recordedDays();
-  SummaryCoverage coverage;
-  coverage.firstDay = days.first;
-  coverage.lastDay = days.last;
-  coverage.typeCount = days.typeCount;
-  coverage.devices = sourceNames();
-  return coverage;
-}
-
 namespace {
 
 /// A table "sources" of every record type with each of its sources and NULL, found by seeks as
@@ -53,7 +43,7 @@ std::vector<std::string> nonEmptyTexts(Statement query) {
 
 }  // namespace
 
-std::vector<std::string> HealthStore::sourceNames() const {
+std::vector<std::string> HealthStore::devices() const {
   std::vector<std::string> names;
   if (hasTable("stat_sources")) {
     names = nonEmptyTexts(

@@ -22,6 +22,13 @@ struct SleepSegment {
   bool operator==(const SleepSegment&) const = default;
 };
 
+/// What days there are records of.
+struct RecordedDays {
+  std::int64_t typeCount = 0;  ///< types with a record; 0 means that there is none at all
+  std::string first;           ///< "" when no record has a day
+  std::string last;            ///< "" when no record has a day
+};
+
 /// The number of records by year.
 struct RecordCounts {
   std::map<std::string, std::int64_t> byYear;  ///< by "yyyy"
@@ -48,9 +55,15 @@ class SummaryDataSource {
 public:
   virtual ~SummaryDataSource() = default;
 
-  /// Range, number of types and devices. The records are not counted, which takes long, and the
-  /// fields that only a summary knows stay empty.
-  virtual SummaryCoverage coverage() const = 0;
+  /// The days and types of all records.
+  virtual RecordedDays recordedDays() const = 0;
+
+  /// Names of the sources of the records, most recently active first.
+  virtual std::vector<std::string> devices() const = 0;
+
+  /// Range, number of types and devices; see summary/Coverage.h. The records are not counted, which
+  /// takes long, and the fields that only a summary knows stay empty.
+  SummaryCoverage coverage() const;
 
   /// Number of records.
   virtual std::int64_t recordCount() const = 0;

@@ -1,6 +1,7 @@
 #include "summary/SummaryEngine.h"
 #include "platform/Text.h"
 #include "summary/Cards.h"
+#include "summary/Coverage.h"
 #include "summary/DailySeries.h"
 #include "summary/Insights.h"
 
@@ -10,12 +11,6 @@
 #include <set>
 #include <utility>
 
-std::int64_t RecordCounts::total() const {
-  std::int64_t total = withoutYear;
-  for (const auto& [year, count] : byYear) total += count;
-  return total;
-}
-
 SummaryEngine::SummaryEngine(const SummaryDataSource& source, double today, SummaryLang lang,
                              DigitGrouping grouping)
     : source(source), today(today), lang(lang), grouping(std::move(grouping)) {}
@@ -24,37 +19,6 @@ namespace {
 
 bool isWatch(std::string_view device) {
   return lowerCased(device).find("watch") != std::string::npos;
-}
-
-/// Says how complete the history is, by what the roster knows of the backfill, else by its length.
-void addBackfill(SummaryCoverage& coverage, const std::optional<BackfillState>& backfill) {
-  if (!backfill) {
-    coverage.backfilling =
-        coverage.records > 0 && spansTooFewDays(coverage.firstDay, coverage.lastDay);
-    return;
-  }
-  coverage.backfilling = coverage.records > 0 && !backfill->done;
-  const bool allIsThere = backfill->done && backfill->earliest;
-  coverage.completeFrom = allIsThere ? *backfill->earliest : backfill->completeFrom.value_or("");
-  coverage.backfillFrontier = backfill->frontier.value_or("");
-}
-
-/// Files a card's title under what became of its data. Cards that are still filling in are none of
-/// it.
-void addToLists(SummaryCoverage& coverage, const SummaryCard& card) {
-  switch (card.state) {
-    case DataState::present:
-      coverage.collected.push_back(card.title);
-      break;
-    case DataState::absentExpected:
-      coverage.absentExpected.push_back(card.title);
-      break;
-    case DataState::absentSuspicious:
-      coverage.suspicious.push_back(card.title);
-      break;
-    case DataState::backfilling:
-      break;
-  }
 }
 
 }  // namespace
@@ -68,21 +32,11 @@ HealthSummary SummaryEngine::build(std::string_view personID, std::string_view p
   summary.generatedAt = today;
 
   SummaryCoverage& coverage = summary.coverage;
-  coverage = source.coverage();
+  coverage = Coverage::ofSummary(source, lastSyncAt, backfill);
   const std::set<std::string> presentTypes = source.presentTypes();
-  const auto counts = orNothing([this] { return source.yearlyCounts(); });
-  coverage.records = counts ? counts->total() : source.recordCount();
-  if (counts) coverage.yearly = counts->byYear;
-  addBackfill(coverage, backfill);
-  coverage.lastSyncAt = lastSyncAt;
-
   const bool hasWatch = std::ranges::any_of(coverage.devices, isWatch);
   summary.cards = Cards::all({*this, coverage, presentTypes, hasWatch});
-  if (coverage.records > 0) {
-    for (const SummaryCard& card : summary.cards) {
-      if (card.key != Cards::overviewKey) addToLists(coverage, card);
-    }
-  }
+  Coverage::addKinds(coverage, summary.cards);
   summary.insights = Insights::all(*this);
   return summary;
 }

@@ -1,5 +1,4 @@
 #include "summary/SummaryModel.h"
-#include "platform/AppleFormat.h"
 #include "platform/JsonFields.h"
 
 #include <algorithm>
@@ -25,10 +24,6 @@ constexpr std::array stateNames{
 
 std::string_view rawValue(DataState state) {
   return std::ranges::find(stateNames, state, &StateName::state)->name;
-}
-
-bool spansTooFewDays(std::string_view firstDay, std::string_view lastDay) {
-  return AppleFormat::daysBetween(firstDay, lastDay) < 400;
 }
 
 namespace {

@@ -40,10 +40,6 @@ struct SummaryCoverage {
   bool operator==(const SummaryCoverage&) const = default;
 };
 
-/// Whether records of these days count as history that is still coming in, when nothing better is
-/// known: they span fewer than 400 days.
-bool spansTooFewDays(std::string_view firstDay, std::string_view lastDay);
-
 /// One row of a card.
 struct Metric {
   std::string label;                    ///< in the summary's language

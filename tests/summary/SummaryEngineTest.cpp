@@ -246,7 +246,8 @@ std::string failureOf(Operation operation) {
 }
 
 TEST(Summary, CannotBeMadeWithoutItsCoverageOrItsTypes) {
-  EXPECT_EQ(failureOf(Operation::coverage), "coverage fails");
+  EXPECT_EQ(failureOf(Operation::recordedDays), "recordedDays fails");
+  EXPECT_EQ(failureOf(Operation::devices), "devices fails");
   EXPECT_EQ(failureOf(Operation::presentTypes), "presentTypes fails");
 }
 

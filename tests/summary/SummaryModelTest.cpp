@@ -248,25 +248,4 @@ TEST(SummaryDecoding, NamesThePlaceOfAMetric) {
   EXPECT_EQ(messageFor<HealthSummary>(summary), "cards[0].metrics[0].samples is not an integer");
 }
 
-struct SpanCase {
-  std::string name;
-  std::string firstDay;
-  std::string lastDay;
-  bool tooFew;
-};
-
-class Span : public testing::TestWithParam<SpanCase> {};
-
-TEST_P(Span, IsTooShortBelowFourHundredDays) {
-  EXPECT_EQ(spansTooFewDays(GetParam().firstDay, GetParam().lastDay), GetParam().tooFew);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, Span,
-    testing::Values(SpanCase{"OneDay", "2024-03-01", "2024-03-01", true},
-                    SpanCase{"ThreeHundredNinetyNineDays", "2022-01-01", "2023-02-04", true},
-                    SpanCase{"FourHundredDays", "2022-01-01", "2023-02-05", false},
-                    SpanCase{"NoDays", "", "", true}),
-    [](const auto& test) { return test.param.name; });
-
 }  // namespace

@@ -75,7 +75,8 @@ TEST_F(WorkoutsCard, NamesThreeActivitiesAtMostByTheirNumberThenTheirCode) {
 TEST_F(WorkoutsCard, KeepsTheOrderThatTheDataSourceGives) {
   // A source that breaks its own rule shows that nothing is sorted here.
   struct Unsorted final : SummaryDataSource {
-    SummaryCoverage coverage() const override { return {}; }
+    RecordedDays recordedDays() const override { return {}; }
+    std::vector<std::string> devices() const override { return {}; }
     std::set<std::string> presentTypes() const override { return {}; }
     std::int64_t recordCount() const override { return 0; }
     RecordCounts yearlyCounts() const override { return {}; }

@@ -23,11 +23,14 @@ void MemorySource::addSamples(const std::string& type, std::string_view first, i
   for (const std::string& day : daysFrom(first, count)) samples.push_back({type, day, value});
 }
 
-SummaryCoverage MemorySource::coverage() const {
-  failIf(Operation::coverage, "coverage");
-  SummaryCoverage uncounted = covered;
-  uncounted.records = 0;
-  return uncounted;
+RecordedDays MemorySource::recordedDays() const {
+  failIf(Operation::recordedDays, "recordedDays");
+  return {.typeCount = covered.typeCount, .first = covered.firstDay, .last = covered.lastDay};
+}
+
+std::vector<std::string> MemorySource::devices() const {
+  failIf(Operation::devices, "devices");
+  return covered.devices;
 }
 
 std::set<std::string> MemorySource::presentTypes() const {

@@ -15,7 +15,8 @@
 /// store's do.
 struct MemorySource final : SummaryDataSource {
   enum class Operation {
-    coverage,
+    recordedDays,
+    devices,
     recordCount,
     presentTypes,
     yearlyCounts,
@@ -53,7 +54,8 @@ struct MemorySource final : SummaryDataSource {
   /// Adds one sample on each of `count` consecutive days from `first` on.
   void addSamples(const std::string& type, std::string_view first, int count, double value);
 
-  SummaryCoverage coverage() const override;
+  RecordedDays recordedDays() const override;
+  std::vector<std::string> devices() const override;
   std::int64_t recordCount() const override;
   std::set<std::string> presentTypes() const override;
   RecordCounts yearlyCounts() const override;

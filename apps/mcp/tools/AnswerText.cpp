@@ -1,6 +1,7 @@
 #include "mcp/tools/AnswerText.h"
 #include "platform/Phrase.h"
 #include "platform/Text.h"
+#include "summary/Coverage.h"
 #include "summary/SummaryText.h"
 
 namespace {
@@ -46,10 +47,6 @@ std::string Tools::metricLine(HealthMetric metric, SummaryLang lang) {
 }
 
 std::string Tools::coverageOf(const HealthStore& store, const Call& call) {
-  const RecordedDays days = store.recordedDays();
-  SummaryCoverage coverage;
-  coverage.firstDay = days.first;
-  coverage.lastDay = days.last;
-  coverage.backfilling = days.typeCount > 0 && spansTooFewDays(days.first, days.last);
-  return SummaryText::coverageBlock(coverage, call.lang, call.clock(), call.grouping);
+  return SummaryText::coverageBlock(
+      Coverage::ofDays(store.recordedDays()), call.lang, call.clock(), call.grouping);
 }
