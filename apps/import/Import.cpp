@@ -51,7 +51,7 @@ constexpr Phrase rosterUnread{
 struct Place {
   std::string id;
   std::filesystem::path database;
-  bool inUse = true;  ///< see ImportWriter::Setting
+  bool inUse = true;  ///< see ImportWriter::Options
   /// When the database was last brought up to date; absent when that is not known.
   std::optional<double> lastSyncAt = std::nullopt;
 };

@@ -123,11 +123,11 @@ Cost run(const Database& database, const std::string& sql) {
 /// As ImportWriter has it for a new member: pages for as long as they fit, no reader to spare, and
 /// a commit that has reached the disk.
 void set(const Database& database) {
-  const ImportWriter::Setting setting{.inUse = false};
+  const ImportWriter::Options options{.inUse = false};
   run(database, "PRAGMA synchronous=EXTRA");
   run(database, "PRAGMA fullfsync=ON");
   run(database, "PRAGMA checkpoint_fullfsync=ON");
-  run(database, "PRAGMA cache_size=-" + std::to_string(setting.cacheKibibytes));
+  run(database, "PRAGMA cache_size=-" + std::to_string(options.cacheKibibytes));
   run(database, "PRAGMA journal_mode=DELETE");
 }
 

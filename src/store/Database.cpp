@@ -146,9 +146,9 @@ void Database::Closer::operator()(sqlite3* database) const { sqlite3_close(datab
 
 namespace {
 
-int openFlags(Database::Access access) {
-  return (access.readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) |
-         (access.create ? SQLITE_OPEN_CREATE : 0) | SQLITE_OPEN_FULLMUTEX;
+int openFlags(Database::Options options) {
+  return (options.readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) |
+         (options.create ? SQLITE_OPEN_CREATE : 0) | SQLITE_OPEN_FULLMUTEX;
 }
 
 /// SQLite takes a name that begins with "file:" for an address with options; ours are plain paths.
@@ -194,10 +194,10 @@ int waitFor(void* patience, int attempts) {
   return static_cast<Patience*>(patience)->wait(attempts) ? 1 : 0;
 }
 
-bool waits(sqlite3* database, const Database::Access& access) {
-  const int result = access.shared == nullptr
-                         ? sqlite3_busy_timeout(database, access.patienceMilliseconds)
-                         : sqlite3_busy_handler(database, waitFor, access.shared);
+bool waits(sqlite3* database, const Database::Options& options) {
+  const int result = options.shared == nullptr
+                         ? sqlite3_busy_timeout(database, options.patienceMilliseconds)
+                         : sqlite3_busy_handler(database, waitFor, options.shared);
   return result == SQLITE_OK;
 }
 
@@ -222,30 +222,30 @@ int Database::Waiting::stops(void* self) {
 }
 
 /// False when SQLite does not let itself be told.
-bool Database::askWhetherInterrupted(const Access& access) {
-  waiting = std::make_unique<Waiting>(Waiting{access.interrupted, access.patienceMilliseconds});
+bool Database::askWhetherInterrupted(const Options& options) {
+  waiting = std::make_unique<Waiting>(Waiting{options.interrupted, options.patienceMilliseconds});
   constexpr int instructions = 10000;  // a millisecond's at most
   sqlite3_progress_handler(handle.get(), instructions, Waiting::stops, waiting.get());
   return sqlite3_busy_handler(handle.get(), Waiting::triesAgain, waiting.get()) == SQLITE_OK;
 }
 
-Database::Database(const std::string& path, Access access) {
+Database::Database(const std::string& path, Options options) {
   // Without it, the check beforehand is all there is.
   [[maybe_unused]] static const bool guarded = openRegularFilesAlone();
   requireFiles(path);
   sqlite3* opened = nullptr;
   const std::string name = plainName(path);
-  const int result = sqlite3_open_v2(name.c_str(), &opened, openFlags(access), nullptr);
+  const int result = sqlite3_open_v2(name.c_str(), &opened, openFlags(options), nullptr);
   handle.reset(opened);
   if (result != SQLITE_OK || !handle) {
     throw ReceiverError("打不开库:" + (result == SQLITE_OK ? "?" : messageOf(opened)));
   }
-  if (!waits(opened, access) || !hardened(opened) || (access.readOnly && !withoutViews(opened))) {
+  if (!waits(opened, options) || !hardened(opened) || (options.readOnly && !withoutViews(opened))) {
     throw ReceiverError("打不开库:" + messageOf(opened));
   }
   // What does not fit into SQLite's cache would be sorted in a file otherwise, in a folder for all.
-  if (access.readOnly) exec("PRAGMA temp_store=MEMORY");
-  if (access.interrupted != nullptr && !askWhetherInterrupted(access)) {
+  if (options.readOnly) exec("PRAGMA temp_store=MEMORY");
+  if (options.interrupted != nullptr && !askWhetherInterrupted(options)) {
     throw ReceiverError("打不开库:" + messageOf(opened));
   }
 }

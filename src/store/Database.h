@@ -115,7 +115,7 @@ inline constexpr int usualPatienceMilliseconds = 60000;
 /// temporary file, and refuses views: no table of ours is one, and a view may go on for ever.
 class Database {
 public:
-  struct Access {
+  struct Options {
     bool create = false;
     bool readOnly = true;
     int patienceMilliseconds = usualPatienceMilliseconds;  ///< 0 or less: not at all
@@ -128,7 +128,7 @@ public:
   /// Fails with "打不开库:" and SQLite's message. What is no file at `path`, or where SQLite keeps
   /// its files beside a database, fails with "不是普通文件:" and its path. What takes such a place
   /// later, or is named by a file, SQLite cannot open: it waits for no pipe.
-  Database(const std::string& path, Access access);
+  Database(const std::string& path, Options options);
 
   /// A statement ready to bind and step.
   Statement prepare(const std::string& sql, std::string stepFailure = "读取失败:") const;
@@ -150,7 +150,7 @@ private:
     static int stops(void* self);
   };
 
-  bool askWhetherInterrupted(const Access& access);
+  bool askWhetherInterrupted(const Options& options);
 
   std::unique_ptr<Waiting> waiting;  ///< SQLite has its address, so it goes after the handle
   std::unique_ptr<sqlite3, Closer> handle;

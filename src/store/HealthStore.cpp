@@ -28,22 +28,22 @@ void requirePlace(const std::filesystem::path& path, bool createIfMissing) {
   }
 }
 
-Database opened(const std::string& path, HealthStore::Opening opening) {
-  requirePlace(path, opening.createIfMissing);
+Database opened(const std::string& path, HealthStore::Options options) {
+  requirePlace(path, options.createIfMissing);
   return {path,
-          {.create = opening.createIfMissing,
-           .readOnly = opening.readOnly,
-           .patienceMilliseconds = opening.patienceMilliseconds,
-           .shared = opening.sharedPatience,
-           .interrupted = opening.interrupted}};
+          {.create = options.createIfMissing,
+           .readOnly = options.readOnly,
+           .patienceMilliseconds = options.patienceMilliseconds,
+           .shared = options.sharedPatience,
+           .interrupted = options.interrupted}};
 }
 
 }  // namespace
 
-HealthStore::HealthStore(std::string path, Opening opening, Logger& log)
-    : log(log), path(std::move(path)), db(opened(this->path, opening)) {
+HealthStore::HealthStore(std::string path, Options options, Logger& log)
+    : log(log), path(std::move(path)), db(opened(this->path, options)) {
   log.write(Logger::Level::debug, "打开库:" + this->path);
-  if (opening.readOnly) {
+  if (options.readOnly) {
     // Deferred: reads nothing and locks nothing until the first query, then holds that state.
     exec("BEGIN");
     return;

@@ -44,12 +44,12 @@ struct DayWorkout {
 /// as ReceiverError; the connection closes with the store.
 class HealthStore final : public SummaryDataSource {
 public:
-  struct Opening {
+  struct Options {
     bool createIfMissing = false;  ///< make the directory and the file if need be
     bool readOnly = true;          ///< otherwise WAL mode, and the schema is brought up to date
-    int patienceMilliseconds = usualPatienceMilliseconds;  ///< see Database::Access
+    int patienceMilliseconds = usualPatienceMilliseconds;  ///< see Database::Options
     Patience* sharedPatience = nullptr;                    ///< the same
-    const std::function<bool()>* interrupted = nullptr;    ///< see Database::Access
+    const std::function<bool()>* interrupted = nullptr;    ///< see Database::Options
   };
 
   /// Opens the file at `path`. Without `createIfMissing`, a missing directory fails with
@@ -58,7 +58,7 @@ public:
   /// All else that keeps the file from being opened fails as Database tells. A read-only store sees
   /// one state of the database, that of its first query, and writes nothing. `log` outlives the
   /// store.
-  HealthStore(std::string path, Opening opening, Logger& log);
+  HealthStore(std::string path, Options options, Logger& log);
 
   HealthStore(const HealthStore&) = delete;
   HealthStore& operator=(const HealthStore&) = delete;

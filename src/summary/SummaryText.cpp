@@ -115,11 +115,11 @@ void addCard(Lines& lines, const SummaryCard& card, SummaryLang lang) {
 
 }  // namespace
 
-std::string SummaryText::render(const HealthSummary& summary, SummaryLang lang, Frame frame,
+std::string SummaryText::render(const HealthSummary& summary, SummaryLang lang, Options options,
                                 double now, const DigitGrouping& grouping) {
   const SummaryStrings& strings = SummaryStrings::in(lang);
   Lines lines;
-  if (frame.includeOpening) {
+  if (options.includeOpening) {
     lines.add(strings.opening(summary.person.empty() ? nameless.in(lang) : summary.person));
     lines.add("");
   }
@@ -133,7 +133,7 @@ std::string SummaryText::render(const HealthSummary& summary, SummaryLang lang, 
     lines.add(strings.insightTitle);
     for (const Insight& insight : summary.insights) lines.add("· ", insight.text);
   }
-  if (frame.includeSignature) {
+  if (options.includeSignature) {
     lines.add("");
     lines.add(strings.signature);
   }

@@ -10,14 +10,14 @@
 namespace SummaryText {
 
 /// What goes around the summary itself.
-struct Frame {
+struct Options {
   bool includeOpening = false;    ///< a sentence that asks a model to look at the data
   bool includeSignature = false;  ///< who made the text
 };
 
 /// The summary, lines joined by "\n", none at the end: coverage notice, cards, observations. Rows
 /// without a text are left out. `now` (seconds since 1970) tells how old the last sync is.
-std::string render(const HealthSummary& summary, SummaryLang lang, Frame frame, double now,
+std::string render(const HealthSummary& summary, SummaryLang lang, Options options, double now,
                    const DigitGrouping& grouping);
 
 /// The coverage notice alone: what exists, what is missing and why, and that a gap is no finding.

@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::string_literals;
 
-constexpr Database::Access creating{.create = true, .readOnly = false};
+constexpr Database::Options creating{.create = true, .readOnly = false};
 
 /// What `act` fails with; "" when it does not.
 template <typename Act>

@@ -17,8 +17,8 @@ namespace {
 
 class Opening : public testing::Test {
 protected:
-  std::string failure(const std::filesystem::path& path, HealthStore::Opening opening) {
-    return failureOf([&] { HealthStore(path.string(), opening, log); });
+  std::string failure(const std::filesystem::path& path, HealthStore::Options options) {
+    return failureOf([&] { HealthStore(path.string(), options, log); });
   }
 
   TemporaryFolder folder;

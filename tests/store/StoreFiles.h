@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-inline constexpr HealthStore::Opening reading{};
-inline constexpr HealthStore::Opening writing{.createIfMissing = false, .readOnly = false};
-inline constexpr HealthStore::Opening creating{.createIfMissing = true, .readOnly = false};
+inline constexpr HealthStore::Options reading{};
+inline constexpr HealthStore::Options writing{.createIfMissing = false, .readOnly = false};
+inline constexpr HealthStore::Options creating{.createIfMissing = true, .readOnly = false};
 
 /// What `act` fails with; "" when it does not.
 template <typename Act>

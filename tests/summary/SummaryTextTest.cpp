@@ -175,7 +175,7 @@ TEST(Render, ShowsAMemberWithoutData) {
 }
 
 TEST(Render, SpeaksOfTheReaderWhenThePersonHasNoName) {
-  const SummaryText::Frame opening{.includeOpening = true};
+  const SummaryText::Options opening{.includeOpening = true};
 
   EXPECT_EQ(SummaryText::render({}, SummaryLang::zh, opening, syncMoment, {}).substr(0, 12),
             "这是我的");

@@ -21,19 +21,19 @@ std::int64_t lastRow(const Database& database) {
 }
 
 /// Settings for one long transaction, then its beginning; returns the last rowid of the records.
-std::int64_t begun(Database& database, const ImportWriter::Setting& setting) {
+std::int64_t begun(Database& database, const ImportWriter::Options& options) {
   // The roster is written after the commit and says that the data is there: the commit has to be on
   // the disk by then, not on its way.
   run(database, "PRAGMA synchronous=EXTRA");
   run(database, "PRAGMA fullfsync=ON");  // where fsync alone stops at the drive's cache
   run(database, "PRAGMA checkpoint_fullfsync=ON");
-  run(database, "PRAGMA cache_size=-" + std::to_string(setting.cacheKibibytes));
+  run(database, "PRAGMA cache_size=-" + std::to_string(options.cacheKibibytes));
   // A database that nobody can know of yet gets a rollback journal: it holds what pages were
   // before, which is nothing for those that are new, while a write-ahead log would take every page
   // several times over. One that somebody may read keeps its log, so that readers go on meanwhile
   // and find a whole database even after this process was killed.
   // The store turns the log on again when it next opens the file for writing.
-  if (!setting.inUse) run(database, "PRAGMA journal_mode=DELETE");
+  if (!options.inUse) run(database, "PRAGMA journal_mode=DELETE");
   run(database, "BEGIN IMMEDIATE");
   return lastRow(database);
 }
@@ -90,10 +90,10 @@ std::optional<std::string_view> unlessEmpty(std::string_view text) {
 
 }  // namespace
 
-ImportWriter::ImportWriter(Database& database, Setting setting)
+ImportWriter::ImportWriter(Database& database, Options options)
     : database(database),
-      setting(setting),
-      lastRowBefore(begun(database, setting)),
+      options(options),
+      lastRowBefore(begun(database, options)),
       findRecord(database.prepare(recordSearch, "")),
       insertRecord(database.prepare(recordInsertion, "")),
       insertWorkout(database.prepare(workoutInsertion, "")),
@@ -104,7 +104,7 @@ ImportWriter::ImportWriter(Database& database, Setting setting)
 void ImportWriter::exportedAt(std::string_view stamp) {
   counts.exportedAt = stamp;
   const std::optional<std::int64_t> moment = AppleFormat::stampParser.parse(stamp);
-  olderExport = moment && setting.lastSyncAt && static_cast<double>(*moment) < *setting.lastSyncAt;
+  olderExport = moment && options.lastSyncAt && static_cast<double>(*moment) < *options.lastSyncAt;
 }
 
 /// Binds only what differs from the row before; most of a row's texts are the same as its

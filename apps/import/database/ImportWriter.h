@@ -24,7 +24,7 @@ class ImportWriter final : public ExportSink {
 public:
   static constexpr int usualCacheKibibytes = 24576;
 
-  struct Setting {
+  struct Options {
     /// The roster names the member, so somebody may be reading the database meanwhile.
     bool inUse = true;
     /// Moment of the last export or sync that the database holds, seconds since 1970. The rings of
@@ -46,7 +46,7 @@ public:
 
   /// Begins. `database` has the present schema, may be written, has no open transaction, and
   /// outlives the writer.
-  ImportWriter(Database& database, Setting setting);
+  ImportWriter(Database& database, Options options);
 
   void exportedAt(std::string_view stamp) override;
   void add(const ExportedRecord& record) override;
@@ -73,7 +73,7 @@ private:
   void insertRun(const Origin& origin);
 
   Database& database;
-  Setting setting;
+  Options options;
   std::int64_t lastRowBefore;
   Statement findRecord;
   Statement insertRecord;

@@ -22,8 +22,8 @@ std::optional<std::string> keptName(const Database& database) {
   return row ? row->find<std::string>(0) : std::nullopt;
 }
 
-ImportedZone::State stateOf(const std::string& path, Database::Access access) {
-  const Database database(path, access);
+ImportedZone::State stateOf(const std::string& path, Database::Options options) {
+  const Database database(path, options);
   return {.name = keptName(database),
           .holdsSamples = hasRow(database, "records") || hasRow(database, "workouts")};
 }

@@ -11,5 +11,5 @@ std::string Tools::overviewOf(const Member& member, const Call& call) {
   const SummaryEngine engine(store, now, call.lang, call.grouping);
   const HealthSummary summary =
       engine.build(member.id, member.name, member.lastSyncAt, member.backfill);
-  return SummaryText::render(summary, call.lang, SummaryText::Frame{}, now, call.grouping);
+  return SummaryText::render(summary, call.lang, SummaryText::Options{}, now, call.grouping);
 }

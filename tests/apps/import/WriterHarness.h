@@ -47,9 +47,9 @@ inline ExportedActivityDay rings(double energy) {
 /// Imports what `tell` tells into `database` and commits; what the run counted.
 inline ImportTally imported(const TestDatabase& database,
                             const std::function<void(ImportWriter&)>& tell,
-                            ImportWriter::Setting setting = {}) {
+                            ImportWriter::Options options = {}) {
   Database connection(database.path(), {.create = false, .readOnly = false});
-  ImportWriter writer(connection, setting);
+  ImportWriter writer(connection, options);
   tell(writer);
   writer.finish({.importedAt = "2024-03-03 00:00:00 +0000",
                  .sourceFile = "export.zip",
