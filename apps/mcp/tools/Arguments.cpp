@@ -39,7 +39,7 @@ MCPError refusal(const Phrase& phrase, SummaryLang lang,
 
 }  // namespace
 
-std::optional<std::string> Tools::textArgument(const Call& call, const char* key) {
+std::optional<std::string> Tools::lenientText(const Call& call, const char* key) {
   const auto found = call.arguments.find(key);
   if (found == call.arguments.end() || !found->is_string()) return std::nullopt;
   return found->get<std::string>();
@@ -48,7 +48,7 @@ std::optional<std::string> Tools::textArgument(const Call& call, const char* key
 Member Tools::resolve(const Call& call) {
   std::vector<Member> members = call.roster.members();
   if (members.empty()) throw refusal(noMembers, call.lang, {});
-  const std::string argument = textArgument(call, "person").value_or("");
+  const std::string argument = lenientText(call, "person").value_or("");
   const std::string_view person = trimmedBlanks(argument);
   if (person.empty()) {
     if (members.size() == 1) return std::move(members.front());
@@ -64,18 +64,16 @@ std::string Tools::names(std::span<const Member> members) {
   return joined(members, ", ", &Member::name);
 }
 
-HealthStore Tools::openStore(const Member& member, const Call& call) {
-  return {member.dbPath,
-          {.createIfMissing = false,
-           .readOnly = true,
-           .patienceMilliseconds = call.patienceMilliseconds,
-           .sharedPatience = call.sharedPatience},
-          call.log};
+HealthStore::Options Tools::reading(const Call& call) {
+  return {.createIfMissing = false,
+          .readOnly = true,
+          .patienceMilliseconds = call.patienceMilliseconds,
+          .sharedPatience = call.sharedPatience};
 }
 
 HealthStore Tools::open(const Member& member, const Call& call) {
   try {
-    return openStore(member, call);
+    return {member.dbPath, reading(call), call.log};
   } catch (const ReceiverError& error) {
     throw MCPError(MCPError::internal, filled(cannotOpen, {member.name, error.message}));
   } catch (const std::exception& error) {
@@ -85,8 +83,8 @@ HealthStore Tools::open(const Member& member, const Call& call) {
 
 CivilDay Tools::today(const Call& call) { return AppleFormat::localTime(call.clock()).day; }
 
-std::optional<std::string> Tools::stringArgument(const Call& call, const char* key,
-                                                 const Phrase& refused) {
+std::optional<std::string> Tools::strictText(const Call& call, const char* key,
+                                             const Phrase& refused) {
   const auto found = call.arguments.find(key);
   if (found == call.arguments.end()) return std::nullopt;
   if (!found->is_string()) throw refusal(refused, call.lang, {key});
@@ -106,7 +104,7 @@ std::int64_t Tools::integerArgument(const Call& call, const char* key, const Int
 }
 
 std::optional<std::string> Tools::dayArgument(const Call& call, const char* key) {
-  std::optional<std::string> text = textArgument(call, key);
+  std::optional<std::string> text = lenientText(call, key);
   if (text && !AppleFormat::dayParser.parse(*text)) text.reset();
   return text;
 }
@@ -120,7 +118,7 @@ DayRange Tools::range(const Call& call) {
 }
 
 HealthMetric Tools::metricArg(const Call& call) {
-  const std::optional<std::string> name = textArgument(call, "metric");
+  const std::optional<std::string> name = lenientText(call, "metric");
   if (!name) throw refusal(metricRequired, call.lang, {metricCatalog()});
   const std::optional<HealthMetric> metric = metricNamed(*name);
   if (!metric) throw refusal(unknownMetric, call.lang, {*name, metricCatalog()});

@@ -16,7 +16,7 @@
 namespace Tools {
 
 /// The text under `key`; `nullopt` when the key is missing or its value is no text.
-std::optional<std::string> textArgument(const Call& call, const char* key);
+std::optional<std::string> lenientText(const Call& call, const char* key);
 
 /// The member whom "person" names, by id or by display name, exactly but for blanks around it. It
 /// may be left out when there is one member only: every answer is about one person, never about
@@ -26,12 +26,11 @@ Member resolve(const Call& call);
 /// The display names, joined by ", ".
 std::string names(std::span<const Member> members);
 
-/// The member's database, read-only and with the call's patience. Failures leave as HealthStore's
-/// own.
-HealthStore openStore(const Member& member, const Call& call);
+/// How a member's database is opened: read-only and with the call's patience.
+HealthStore::Options reading(const Call& call);
 
-/// The same for the tools that say whose database does not open. Throws MCPError (-32603), in
-/// Chinese whatever the language, when it does not open.
+/// The member's database, open for reading. Throws MCPError (-32603), in Chinese whatever the
+/// language, when it does not open.
 HealthStore open(const Member& member, const Call& call);
 
 /// "from" and "to"; a missing or malformed one falls back to 90 days ago, or today, without notice.
@@ -39,7 +38,7 @@ DayRange range(const Call& call);
 
 /// The text under `key`; `nullopt` when the key is missing. Throws MCPError (-32602) when the value
 /// is no text: `refused` in the call's language, "{0}" being the key.
-std::optional<std::string> stringArgument(const Call& call, const char* key, const Phrase& refused);
+std::optional<std::string> strictText(const Call& call, const char* key, const Phrase& refused);
 
 /// What a whole number may be.
 struct IntegerRule {

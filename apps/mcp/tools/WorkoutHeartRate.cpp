@@ -42,7 +42,7 @@ std::size_t characterCount(std::string_view text) {
 /// The required identifier, checked for its form alone.
 std::string workoutArgument(const Tools::Call& call) {
   constexpr std::size_t length = 66;
-  std::string workoutID = Tools::textArgument(call, "workout_id").value_or("");
+  std::string workoutID = Tools::lenientText(call, "workout_id").value_or("");
   if (!workoutID.starts_with("w_") || characterCount(workoutID) != length) {
     throw MCPError(MCPError::invalidArguments, noIdentifier);
   }
@@ -122,14 +122,14 @@ Json documentOf(const Member& member, const std::string& workoutID,
 std::string Tools::workoutHeartRate(const Call& call) {
   const Member member = resolve(call);
   const std::string workoutID = workoutArgument(call);
-  const std::optional<std::string> source = stringArgument(call, "source", mustBeString);
+  const std::optional<std::string> source = strictText(call, "source", mustBeString);
   constexpr IntegerRule limitRule{.fallback = 1000, .lowest = 1, .highest = 5000};
   constexpr IntegerRule offsetRule{.fallback = 0, .lowest = 0, .highest = 2147483647};
   const std::int64_t limit = integerArgument(call, "limit", limitRule, mustBeInteger);
   const std::int64_t offset = integerArgument(call, "offset", offsetRule, mustBeInteger);
 
   try {
-    const HealthStore store = openStore(member, call);
+    const HealthStore store(member.dbPath, reading(call), call.log);
     const WorkoutHeartRate heartRate = store.workoutHeartRate(workoutID, source, limit, offset);
     std::string text =
         documentText(documentOf(member, workoutID, heartRate, coverageOf(store, call), call.lang));

@@ -20,12 +20,12 @@ MCPError refusal(std::string_view message) {
 }
 
 std::string textOr(const Tools::Call& call, const char* key, const char* fallback) {
-  return Tools::stringArgument(call, key, mustBeString).value_or(fallback);
+  return Tools::strictText(call, key, mustBeString).value_or(fallback);
 }
 
 /// Stricter than Tools::range: a date that is given must be written exactly as a day is printed.
 void requireExactDay(const Tools::Call& call, const char* key) {
-  const std::optional<std::string> text = Tools::stringArgument(call, key, mustBeString);
+  const std::optional<std::string> text = Tools::strictText(call, key, mustBeString);
   if (!text) return;
   const std::optional<CivilDay> day = AppleFormat::dayParser.parse(*text);
   if (!day || AppleFormat::dayText(*day) != *text) {

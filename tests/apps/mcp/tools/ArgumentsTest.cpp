@@ -29,10 +29,10 @@ Member memberWith(const std::string& id, const std::string& name,
 
 std::string idOf(const Tools::Call& call) { return Tools::resolve(call).id; }
 
-TEST(TextArgument, IsAbsentUnlessItIsText) {
+TEST(LenientText, IsAbsentUnlessItIsText) {
   const Household household;
   ToolCaller caller(household);
-  const auto text = [](const Tools::Call& call) { return Tools::textArgument(call, "key"); };
+  const auto text = [](const Tools::Call& call) { return Tools::lenientText(call, "key"); };
 
   EXPECT_EQ(caller.of({{"key", " a "}}, text), " a ");
   EXPECT_EQ(caller.of({{"key", ""}}, text), "");
