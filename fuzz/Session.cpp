@@ -57,13 +57,12 @@ std::vector<std::string> repliesTo(const Session& session, std::string_view inpu
   MCPServer server(session.dataRoot,
                    {.lang = session.lang,
                     .clock = [] { return moment("2026-11-20 12:00:00 +0000"); },
-                    .input =
-                        [&](char* buffer, std::size_t size) {
-                          const std::size_t count =
-                              input.copy(buffer, std::min(size, session.piece));
-                          input.remove_prefix(count);
-                          return count;
-                        },
+                    .input = byteSource([&](std::span<char> buffer) {
+                      const std::size_t count =
+                          input.copy(buffer.data(), std::min(buffer.size(), session.piece));
+                      input.remove_prefix(count);
+                      return count;
+                    }),
                     .output = [&](std::string_view line) { replies.emplace_back(line); },
                     .patienceMilliseconds = 0});
   server.run();

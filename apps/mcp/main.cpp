@@ -33,13 +33,14 @@ void writeLine(std::string_view line) {
 }
 
 int serve(const CommandLine::Serve& order) {
-  MCPServer server(
-      order.dataRoot,
-      {.lang = AppLanguage::isChinese() ? SummaryLang::zh : SummaryLang::en,
-       .clock = systemTime,
-       .grouping = System::digitGrouping(),
-       .input = [](char* buffer, std::size_t size) { return readSome(STDIN_FILENO, buffer, size); },
-       .output = writeLine});
+  MCPServer server(order.dataRoot,
+                   {.lang = AppLanguage::isChinese() ? SummaryLang::zh : SummaryLang::en,
+                    .clock = systemTime,
+                    .grouping = System::digitGrouping(),
+                    .input = byteSource([](std::span<char> buffer) {
+                      return readSome(STDIN_FILENO, buffer.data(), buffer.size());
+                    }),
+                    .output = writeLine});
   server.confine();
   server.run();
   return 0;

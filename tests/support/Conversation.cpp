@@ -20,12 +20,11 @@ std::vector<std::string> Conversation::writes(std::string_view input) const {
   MCPServer server(dataRoot,
                    {.lang = lang,
                     .clock = [this] { return now; },
-                    .input =
-                        [&input](char* buffer, std::size_t size) {
-                          const std::size_t count = input.copy(buffer, size);
-                          input.remove_prefix(count);
-                          return count;
-                        },
+                    .input = byteSource([&input](std::span<char> buffer) {
+                      const std::size_t count = input.copy(buffer.data(), buffer.size());
+                      input.remove_prefix(count);
+                      return count;
+                    }),
                     .output = [&written](std::string_view line) { written.emplace_back(line); },
                     .patienceMilliseconds = patienceMilliseconds});
   server.run();
@@ -55,13 +54,15 @@ std::string Conversation::transcript(const std::vector<std::string>& lines) cons
   MCPServer server(dataRoot,
                    {.lang = lang,
                     .clock = [this] { return now; },
-                    .input = [&](char* buffer, std::size_t size) -> std::size_t {
+                    .input = byteSource([&](std::span<char> buffer) -> std::size_t {
                       if (next == lines.size()) return 0;
                       const std::string line = lines[next++] + "\n";
-                      if (line.size() > size) throw std::length_error("a line of the transcript");
+                      if (line.size() > buffer.size()) {
+                        throw std::length_error("a line of the transcript");
+                      }
                       transcript += "> " + line;
-                      return line.copy(buffer, size);
-                    },
+                      return line.copy(buffer.data(), buffer.size());
+                    }),
                     .output = [&](std::string_view line) { transcript.append("< ").append(line); },
                     .patienceMilliseconds = patienceMilliseconds});
   server.run();

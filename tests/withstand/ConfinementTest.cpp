@@ -177,12 +177,11 @@ std::string freeReplies(const std::filesystem::path& dataRoot, const std::string
   MCPServer server(dataRoot,
                    {.lang = SummaryLang::en,
                     .clock = systemTime,
-                    .input =
-                        [&](char* buffer, std::size_t size) {
-                          const std::size_t count = input.copy(buffer, size, position);
-                          position += count;
-                          return count;
-                        },
+                    .input = byteSource([&](std::span<char> buffer) {
+                      const std::size_t count = input.copy(buffer.data(), buffer.size(), position);
+                      position += count;
+                      return count;
+                    }),
                     .output = [&](std::string_view line) { replies += line; }});
   server.run();
   return replies;

@@ -2,7 +2,7 @@
 // The file or folder that the Health app's export came as, and the bytes of its export.xml.
 
 #include "import/Interruption.h"
-#include "import/xml/ByteSource.h"
+#include "platform/ByteSource.h"
 
 #include <cstddef>
 #include <cstdint>

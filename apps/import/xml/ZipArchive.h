@@ -1,7 +1,7 @@
 #pragma once
 // A zip archive, its entries and the bytes of one of them.
 
-#include "import/xml/ByteSource.h"
+#include "platform/ByteSource.h"
 
 #include <cstddef>
 #include <cstdint>

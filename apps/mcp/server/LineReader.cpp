@@ -20,7 +20,7 @@ bool appended(std::string& text, std::string_view piece) {
 
 }  // namespace
 
-LineReader::LineReader(ByteSource source, std::size_t limit)
+LineReader::LineReader(std::unique_ptr<ByteSource> source, std::size_t limit)
     : source(std::move(source)), limit(limit) {
   buffer.reserve(blockSize);
 }
@@ -49,6 +49,6 @@ std::optional<LineReader::Line> LineReader::next() {
 bool LineReader::fill() {
   buffer.resize(blockSize);
   position = 0;
-  buffer.resize(source(buffer.data(), buffer.size()));
+  buffer.resize(source->read(buffer));
   return !buffer.empty();
 }

@@ -1,14 +1,12 @@
 #pragma once
 // Lines out of a stream of bytes, with a bound on how much one line may hold.
 
+#include "platform/ByteSource.h"
+
 #include <cstddef>
-#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
-
-/// Where the bytes come from: fills up to `size` bytes of `buffer`, waits for the first, and
-/// returns how many; 0 at the end.
-using ByteSource = std::function<std::size_t(char* buffer, std::size_t size)>;
 
 /// Reads lines one by one.
 class LineReader {
@@ -20,7 +18,7 @@ public:
 
   static constexpr std::size_t defaultLimit = 16 * 1024 * 1024;
 
-  explicit LineReader(ByteSource source, std::size_t limit = defaultLimit);
+  explicit LineReader(std::unique_ptr<ByteSource> source, std::size_t limit = defaultLimit);
 
   /// The next line. A line feed ends it, a carriage return before the line feed belongs to the end;
   /// a last line needs no end. `nullopt` after the last. What the source throws passes; a lack of
@@ -30,7 +28,7 @@ public:
 private:
   bool fill();
 
-  ByteSource source;
+  std::unique_ptr<ByteSource> source;
   std::size_t limit;
   std::string buffer;  ///< bytes read but not yet given out, from `position`
   std::size_t position = 0;

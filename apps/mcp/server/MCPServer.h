@@ -4,6 +4,7 @@
 #include "mcp/server/AccessLog.h"
 #include "mcp/server/LineReader.h"
 #include "mcp/server/Methods.h"
+#include "platform/ByteSource.h"
 #include "platform/Clock.h"
 #include "platform/Locale.h"
 #include "platform/Logger.h"
@@ -15,6 +16,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -30,7 +32,7 @@ public:
     SummaryLang lang;
     Clock clock;
     DigitGrouping grouping = {};  ///< of the user's locale
-    ByteSource input;
+    std::unique_ptr<ByteSource> input;
     LineSink output;
     int patienceMilliseconds = usualPatienceMilliseconds;  ///< with a database that is locked
   };

@@ -38,7 +38,7 @@ TEST(AccessLog, IsMadeEmptyWithTheDataRoot) {
   const MCPServer server(dataRoot,
                          {.lang = SummaryLang::en,
                           .clock = [] { return testNow; },
-                          .input = [](char*, std::size_t) { return std::size_t{0}; },
+                          .input = byteSource([](std::span<char>) { return std::size_t{0}; }),
                           .output = [](std::string_view) {}});
 
   EXPECT_TRUE(std::filesystem::is_empty(dataRoot / "mcp-access.log"));
@@ -218,12 +218,11 @@ TEST(AccessLog, IsWrittenBeforeTheReply) {
       household.dataRoot(),
       {.lang = SummaryLang::en,
        .clock = [] { return testNow; },
-       .input =
-           [&input](char* buffer, std::size_t size) {
-             const std::size_t count = input.copy(buffer, size);
-             input.erase(0, count);
-             return count;
-           },
+       .input = byteSource([&input](std::span<char> buffer) {
+         const std::size_t count = input.copy(buffer.data(), buffer.size());
+         input.erase(0, count);
+         return count;
+       }),
        .output = [&](std::string_view) { logAtReply = conversation.accessMessages(); }});
 
   server.run();

@@ -15,18 +15,18 @@ namespace {
 using namespace std::string_literals;
 
 /// Gives out `bytes` in pieces of at most `piece`.
-ByteSource sourceOf(const std::string& bytes, std::size_t piece) {
-  return [bytes, piece, position = std::size_t{0}](char* buffer, std::size_t size) mutable {
-    const std::size_t count = bytes.copy(buffer, std::min(piece, size), position);
+std::unique_ptr<ByteSource> sourceOf(const std::string& bytes, std::size_t piece) {
+  return byteSource([bytes, piece, position = std::size_t{0}](std::span<char> buffer) mutable {
+    const std::size_t count = bytes.copy(buffer.data(), std::min(piece, buffer.size()), position);
     position += count;
     return count;
-  };
+  });
 }
 
 /// What stands in place of a line that was too long.
 const std::string overlong = "(overlong)";
 
-std::vector<std::string> linesOf(ByteSource source, std::size_t limit) {
+std::vector<std::string> linesOf(std::unique_ptr<ByteSource> source, std::size_t limit) {
   LineReader reader(std::move(source), limit);
   std::vector<std::string> lines;
   while (const std::optional<LineReader::Line> line = reader.next()) {
@@ -105,9 +105,9 @@ TEST(LineReader, HoldsSixteenMebibytesByDefault) {
 TEST(LineReader, GivesOutALineBeforeItAsksForMore) {
   std::vector<std::string> pieces{"a\nb\n", "c\n"};
   std::size_t asked = 0;
-  LineReader reader([&](char* buffer, std::size_t size) {
-    return asked == pieces.size() ? 0 : pieces[asked++].copy(buffer, size);
-  });
+  LineReader reader(byteSource([&](std::span<char> buffer) {
+    return asked == pieces.size() ? 0 : pieces[asked++].copy(buffer.data(), buffer.size());
+  }));
 
   EXPECT_EQ(reader.next()->text, "a");
   EXPECT_EQ(reader.next()->text, "b");
@@ -117,7 +117,8 @@ TEST(LineReader, GivesOutALineBeforeItAsksForMore) {
 }
 
 TEST(LineReader, LetsAFailingSourcePass) {
-  LineReader reader([](char*, std::size_t) -> std::size_t { throw std::runtime_error("gone"); });
+  LineReader reader(
+      byteSource([](std::span<char>) -> std::size_t { throw std::runtime_error("gone"); }));
 
   EXPECT_THROW(reader.next(), std::runtime_error);
 }

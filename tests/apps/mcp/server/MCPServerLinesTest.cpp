@@ -254,12 +254,11 @@ TEST(Server, LetsAFailingOutputPass) {
   MCPServer server(household.dataRoot(),
                    {.lang = SummaryLang::en,
                     .clock = [] { return testNow; },
-                    .input =
-                        [&input](char* buffer, std::size_t size) {
-                          const std::size_t count = input.copy(buffer, size);
-                          input.erase(0, count);
-                          return count;
-                        },
+                    .input = byteSource([&input](std::span<char> buffer) {
+                      const std::size_t count = input.copy(buffer.data(), buffer.size());
+                      input.erase(0, count);
+                      return count;
+                    }),
                     .output = [](std::string_view) { throw std::runtime_error("gone"); }});
 
   EXPECT_THROW(server.run(), std::runtime_error);

@@ -295,12 +295,12 @@ TEST(Start, ReadsTheRosterOnce) {
   MCPServer server(household.dataRoot(),
                    {.lang = SummaryLang::en,
                     .clock = [] { return testNow; },
-                    .input = [&](char* buffer, std::size_t size) -> std::size_t {
+                    .input = byteSource([&](std::span<char> buffer) -> std::size_t {
                       if (added) return 0;
                       household.add("2", "Bob");
                       added = true;
-                      return request.copy(buffer, size);
-                    },
+                      return request.copy(buffer.data(), buffer.size());
+                    }),
                     .output = [&](std::string_view line) { written.emplace_back(line); }});
 
   server.run();
