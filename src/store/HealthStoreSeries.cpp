@@ -164,10 +164,10 @@ std::vector<SleepSegment> HealthStore::sleepSegments(std::string_view from,
 }
 
 std::vector<DailyValue> HealthStore::sleepSeries(std::string_view from, std::string_view to) const {
-  SleepTally tally;
+  SleepNights nights;
   Statement query = selectSleep(from, to);
-  while (const std::optional<Row> row = query.next()) tally.add(segmentOf(*row));
+  while (const std::optional<Row> row = query.next()) nights.add(segmentOf(*row));
   std::vector<DailyValue> series;
-  for (const SleepNight& night : tally.nights()) series.push_back({night.day, night.minutes});
+  for (const SleepNight& night : nights.inOrder()) series.push_back({night.day, night.minutes});
   return series;
 }

@@ -24,7 +24,7 @@ std::string nightOf(std::int64_t start) {
 
 }  // namespace
 
-void SleepTally::add(const SleepSegment& segment) {
+void SleepNights::add(const SleepSegment& segment) {
   if (segment.value.find("Asleep") == std::string::npos) return;
   const std::optional<std::int64_t> start = AppleFormat::stampParser.parse(segment.start);
   const std::optional<std::int64_t> end = AppleFormat::stampParser.parse(segment.end);
@@ -36,7 +36,7 @@ void SleepTally::add(const SleepSegment& segment) {
   night.lastEnd = std::max(night.lastEnd, *end);
 }
 
-std::vector<SleepNight> SleepTally::nights() const {
+std::vector<SleepNight> SleepNights::inOrder() const {
   constexpr double shortestNight = 120;
   std::vector<SleepNight> nights;
   for (const auto& [day, night] : byDay) {
@@ -46,7 +46,7 @@ std::vector<SleepNight> SleepTally::nights() const {
 }
 
 std::vector<SleepNight> sleepNights(std::span<const SleepSegment> segments) {
-  SleepTally tally;
-  for (const SleepSegment& segment : segments) tally.add(segment);
-  return tally.nights();
+  SleepNights nights;
+  for (const SleepSegment& segment : segments) nights.add(segment);
+  return nights.inOrder();
 }

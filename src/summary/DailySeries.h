@@ -27,7 +27,7 @@ std::optional<double> median(std::span<double> values);
 
 /// Makes nights of sleep segments in any order, one at a time: all of ten years would be a lot to
 /// hold at once.
-class SleepTally {
+class SleepNights {
 public:
   /// Only a segment whose value says "Asleep" counts; one whose stamps cannot be read, or that does
   /// not end after it starts, is left out. A segment belongs to the day (machine's time zone) of
@@ -35,11 +35,11 @@ public:
   void add(const SleepSegment& segment);
 
   /// The nights so far, ascending by day. Less than 120 minutes are no night.
-  std::vector<SleepNight> nights() const;
+  std::vector<SleepNight> inOrder() const;
 
 private:
   std::map<std::string, SleepNight> byDay;
 };
 
-/// The nights in `segments`, see SleepTally.
+/// The nights in `segments`, see SleepNights.
 std::vector<SleepNight> sleepNights(std::span<const SleepSegment> segments);
