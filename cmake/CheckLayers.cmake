@@ -68,6 +68,7 @@ endfunction()
 file(GLOB_RECURSE files RELATIVE ${SOURCE_ROOT}
   ${SOURCE_ROOT}/src/*.h ${SOURCE_ROOT}/src/*.cpp
   ${SOURCE_ROOT}/apps/*.h ${SOURCE_ROOT}/apps/*.cpp
+  ${SOURCE_ROOT}/examples/*.h ${SOURCE_ROOT}/examples/*.cpp
   ${SOURCE_ROOT}/tests/*.h ${SOURCE_ROOT}/tests/*.cpp
   ${SOURCE_ROOT}/bench/*.h ${SOURCE_ROOT}/bench/*.cpp
   ${SOURCE_ROOT}/fuzz/*.h ${SOURCE_ROOT}/fuzz/*.cpp)

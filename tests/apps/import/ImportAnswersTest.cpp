@@ -1,6 +1,7 @@
 // An export that is written and brought in again: the tools must not tell it from data that came
 // without the detour.
 
+#include "examples/Examples.h"
 #include "mcp/tools/Tools.h"
 #include "platform/Logger.h"
 #include "roster/Roster.h"
@@ -13,6 +14,7 @@
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
+#include <set>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -79,7 +81,7 @@ protected:
   TemporaryFolder folder;
 };
 
-/// Every question to one person that has no page of its own.
+/// Every question to one person, of every tool; the pages of heart rates are asked for elsewhere.
 std::vector<std::pair<std::string, json>> questions(const std::string& person) {
   std::vector<std::pair<std::string, json>> asked{{"get_overview", {{"person", person}}}};
   for (const char* metric : {"steps",
@@ -116,6 +118,15 @@ std::vector<std::pair<std::string, json>> questions(const std::string& person) {
   for (const char* format : {"text", "json"}) {
     asked.emplace_back("get_workouts",
                        json{{"person", person}, {"from", "2025-11-01"}, {"format", format}});
+  }
+  std::set<std::string> tools{"list_persons", "get_workout_heart_rate"};
+  for (const auto& [tool, arguments] : asked) tools.insert(tool);
+  for (const Example& example : Examples::ofToolsBut(tools)) {
+    asked.emplace_back(example.tool,
+                       example.argumentsWith({{"person", person},
+                                              {"from", "2025-11-01"},
+                                              {"to", "2026-11-20"},
+                                              {"date", "2026-11-10"}}));
   }
   return asked;
 }

@@ -39,21 +39,6 @@ std::vector<std::string> namesOf(const Json& properties) {
   return names;
 }
 
-TEST(Catalogue, ListsTheToolsInTheirOrder) {
-  std::vector<std::string> names;
-  for (const Json& descriptor : Tools::schemas(SummaryLang::en))
-    names.push_back(descriptor["name"]);
-
-  EXPECT_THAT(names,
-              testing::ElementsAre("list_persons",
-                                   "get_overview",
-                                   "get_trend",
-                                   "get_day",
-                                   "get_workouts",
-                                   "get_workout_heart_rate",
-                                   "compare_periods"));
-}
-
 struct SchemaCase {
   std::string tool;
   std::vector<std::string> properties;

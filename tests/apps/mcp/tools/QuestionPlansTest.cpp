@@ -1,10 +1,12 @@
 // What each tool costs: the statements that it asks visit all records only where it tells their
 // number.
 
+#include "examples/Examples.h"
 #include "mcp/tools/Resources.h"
 #include "mcp/tools/Tools.h"
 #include "platform/Files.h"
 #include "store/HealthStore.h"
+#include "support/ExampleNames.h"
 #include "support/Household.h"
 #include "support/ToolCaller.h"
 #include "support/WorkoutSamples.h"
@@ -13,10 +15,10 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <ostream>
 #include <set>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -47,16 +49,35 @@ bool visitsAllRecords(const HealthStore& store, const std::string& sql) {
   return scans;
 }
 
-struct ToolCase {
-  std::string name;
-  std::string tool;  ///< or the address of a resource
-  Json arguments;
-  int counts = 0;  ///< statements that visit every record
-};
+/// The statements that the call makes about Ann, whose file is whole and small.
+Statements statementsOf(const Household& household, const std::string& tool,
+                        const Json& arguments) {
+  const std::string path = household.dataRoot() / "statements.log";
+  Logger log(path, Logger::Level::debug, false, [] { return testNow; });
+  const Clock clock = [] { return testNow; };
+  Roster roster(household.rosterFile(), log, clock);
+  roster.load();
+  const DigitGrouping grouping;
+  const Tools::Call call{arguments, roster, log, SummaryLang::en, clock, grouping};
+  if (tool.starts_with("larkspur:")) {
+    Tools::readResource(tool, call);
+  } else {
+    Tools::answer(tool, call);
+  }
+  return statementsIn(path);
+}
 
-void PrintTo(const ToolCase& test, std::ostream* stream) { *stream << test.name; }
+/// Calls, and the resource, of which the tool is its address.
+std::vector<Example> questions() {
+  std::vector<Example> all = Examples::all();
+  all.push_back({"resource", "larkspur://ann/overview", Json::object()});
+  return all;
+}
 
-class QuestionsOf : public testing::TestWithParam<ToolCase> {};
+/// Those that tell how many records there are.
+const std::set<std::string> counters{"list_persons", "get_overview", "resource"};
+
+class QuestionsOf : public testing::TestWithParam<Example> {};
 
 TEST_P(QuestionsOf, VisitAllRecordsOnlyToCountThemOnce) {
   Household household;
@@ -68,22 +89,9 @@ TEST_P(QuestionsOf, VisitAllRecordsOnlyToCountThemOnce) {
                          {.type = "SleepAnalysis", .start_day = date}});
   }
   database.addWorkout(hourOfRunning());
-  const std::string path = household.dataRoot() / "statements.log";
-  {
-    Logger log(path, Logger::Level::debug, false, [] { return testNow; });
-    const Clock clock = [] { return testNow; };
-    Roster roster(household.rosterFile(), log, clock);
-    roster.load();
-    const DigitGrouping grouping;
-    const Tools::Call call{GetParam().arguments, roster, log, SummaryLang::en, clock, grouping};
-    if (GetParam().tool.starts_with("larkspur:")) {
-      Tools::readResource(GetParam().tool, call);
-    } else {
-      Tools::answer(GetParam().tool, call);
-    }
-  }
+  const Json arguments = GetParam().argumentsWith({{"workout_id", identifierOf(hourOfRunning())}});
 
-  const Statements statements = statementsIn(path);
+  const Statements statements = statementsOf(household, GetParam().tool, arguments);
 
   const HealthStore store = database.open();
   Statements visitors;
@@ -91,31 +99,11 @@ TEST_P(QuestionsOf, VisitAllRecordsOnlyToCountThemOnce) {
     if (visitsAllRecords(store, sql)) visitors.insert(sql);
   }
   EXPECT_FALSE(statements.empty());
-  EXPECT_EQ(visitors.size(), static_cast<std::size_t>(GetParam().counts))
+  EXPECT_EQ(visitors.size(), counters.contains(GetParam().name) ? 1U : 0U)
       << testing::PrintToString(visitors);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Tools, QuestionsOf,
-    testing::Values(ToolCase{"ListPersonsCounts", "list_persons", Json::object(), 1},
-                    ToolCase{"OverviewCounts", "get_overview", Json::object(), 1},
-                    ToolCase{"ResourceCounts", "larkspur://ann/overview", Json::object(), 1},
-                    ToolCase{"TrendOfTotals", "get_trend", {{"metric", "steps"}}},
-                    ToolCase{"TrendOfMedians", "get_trend", {{"metric", "heart_rate"}}},
-                    ToolCase{"TrendOfNights", "get_trend", {{"metric", "sleep"}}},
-                    ToolCase{"Day", "get_day", {{"date", "2024-03-12"}}},
-                    ToolCase{"Comparison",
-                             "compare_periods",
-                             {{"metric", "steps"},
-                              {"a_from", "2024-03-01"},
-                              {"a_to", "2024-03-14"},
-                              {"b_from", "2024-03-15"},
-                              {"b_to", "2024-03-31"}}},
-                    ToolCase{"WorkoutsAsText", "get_workouts", Json::object()},
-                    ToolCase{"WorkoutsAsJson", "get_workouts", {{"format", "json"}}},
-                    ToolCase{"WorkoutHeartRate",
-                             "get_workout_heart_rate",
-                             {{"workout_id", identifierOf(hourOfRunning())}}}),
-    [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(Tools, QuestionsOf, testing::ValuesIn(questions()),
+                         [](const auto& test) { return suffixOf(test.param); });
 
 }  // namespace
