@@ -6,28 +6,14 @@
 
 namespace {
 
-const Names everything{"list_persons",
-                       "get_overview",
-                       "get_trend steps",
-                       "get_trend heart_rate",
-                       "get_trend sleep",
-                       "get_day",
-                       "get_workouts text",
-                       "get_workouts json",
-                       "get_workout_heart_rate",
-                       "compare_periods",
-                       "resources/read"};
-const std::string samples = "get_workout_heart_rate";
-const Names lists{"get_workouts text", "get_workouts json"};
-const Names overviews{"get_overview", "resources/read"};
-const Names trends{"get_trend steps", "get_trend heart_rate", "get_trend sleep"};
-const Names values{
-    "get_trend steps", "get_trend heart_rate", "get_day", "compare_periods", samples};
-
-Names operator+(Names names, const Names& others) {
-  names.insert(others.begin(), others.end());
-  return names;
-}
+const Names samples = questionsTo("get_workout_heart_rate");
+const Names lists = questionsTo("get_workouts");
+const Names day = questionsTo("get_day");
+const Names comparison = questionsTo("compare_periods");
+const Names overviews = questionsTo("get_overview") + Names{"resources/read"};
+const Names trends = questionsTo("get_trend");
+const Names nights{"get_trend sleep"};
+const Names values = trends - nights + day + comparison + samples;
 
 }  // namespace
 
@@ -44,7 +30,7 @@ const Place& numbersOfWorkouts() {
                                        "indoor",
                                        "temp_c",
                                        "humidity_pct"},
-                           .readers = lists + Names{"get_day", samples},
+                           .readers = lists + day + samples,
                            .holdsNumbers = true};
   return place;
 }
@@ -59,38 +45,35 @@ const Place& numbersOfRecords() {
 }
 
 const std::vector<Place>& places() {
-  const Names ofWorkouts = lists + overviews + Names{"get_day", samples};
+  const Names ofWorkouts = lists + overviews + day + samples;
   static const std::vector<Place> all{
       {.table = "records",
        .columns = {"type"},
-       .readers = everything,
-       .emptied = trends + Names{"compare_periods", samples}},
+       .readers = allQuestions(),
+       .emptied = trends + comparison + samples},
       {.table = "records",
        .columns = {"source_name"},
-       .readers = {samples},
-       .grouping = overviews + Names{"get_trend steps", "get_day"},
-       .emptied = {samples}},
-      {.table = "records", .columns = {"device"}, .readers = {samples}},
-      {.table = "records",
-       .columns = {"unit"},
-       .readers = {"get_day", samples},
-       .emptied = {samples}},
+       .readers = samples,
+       .grouping = overviews + day + Names{"get_trend steps"},
+       .emptied = samples},
+      {.table = "records", .columns = {"device"}, .readers = samples},
+      {.table = "records", .columns = {"unit"}, .readers = day + samples, .emptied = samples},
       {.table = "records",
        .columns = {"start_date"},
-       .readers = overviews + Names{"get_trend sleep", samples},
-       .emptied = {"get_trend sleep", samples}},
+       .readers = overviews + nights + samples,
+       .emptied = nights + samples},
       {.table = "records",
        .columns = {"start_day"},
-       .readers = everything,
+       .readers = allQuestions(),
        .emptied = trends + values},
       {.table = "records",
        .columns = {"end_date"},
-       .readers = overviews + Names{"get_trend sleep", samples},
-       .emptied = {"get_trend sleep"}},
+       .readers = overviews + nights + samples,
+       .emptied = nights},
       {.table = "records",
        .columns = {"value"},
-       .readers = overviews + Names{"get_trend sleep", samples},
-       .emptied = {"get_trend sleep"}},
+       .readers = overviews + nights + samples,
+       .emptied = nights},
       numbersOfRecords(),
       {.table = "workouts",
        .columns = {"activity_type"},
@@ -98,11 +81,11 @@ const std::vector<Place>& places() {
        .namesWorkouts = true},
       {.table = "workouts",
        .columns = {"source_name"},
-       .readers = lists + Names{samples},
+       .readers = lists + samples,
        .namesWorkouts = true},
       {.table = "workouts",
        .columns = {"start_date"},
-       .readers = lists + Names{samples},
+       .readers = lists + samples,
        .namesWorkouts = true},
       {.table = "workouts",
        .columns = {"start_day"},
@@ -111,15 +94,15 @@ const std::vector<Place>& places() {
        .namesWorkouts = true},
       {.table = "workouts",
        .columns = {"end_date"},
-       .readers = lists + Names{samples},
+       .readers = lists + samples,
        .namesWorkouts = true},
       {.table = "workouts",
        .columns = {"duration_min"},
        .readers = ofWorkouts,
        .holdsNumbers = true},
       numbersOfWorkouts(),
-      {.table = "workout_humidity", .columns = {"workout_id"}, .readers = lists + Names{samples}},
-      {.table = "workout_humidity", .columns = {"data"}, .readers = lists + Names{samples}},
+      {.table = "workout_humidity", .columns = {"workout_id"}, .readers = lists + samples},
+      {.table = "workout_humidity", .columns = {"data"}, .readers = lists + samples},
       {.table = "stat_sources", .columns = {"source_name"}, .readers = overviews},
       {.table = "stat_sources", .columns = {"n"}, .readers = {}},
       {.table = "stat_sources", .columns = {"last"}, .readers = {}}};

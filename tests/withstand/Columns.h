@@ -2,13 +2,10 @@
 // The columns of a member's database, who reads them, and a file in which they take any value.
 
 #include "support/TestDatabase.h"
+#include "withstand/WholeConversation.h"
 
-#include <set>
 #include <string>
 #include <vector>
-
-/// Questions by their names, see questionsAbout.
-using Names = std::set<std::string>;
 
 /// Columns of one table that get the odd value together.
 struct Place {

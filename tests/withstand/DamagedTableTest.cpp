@@ -10,13 +10,10 @@
 
 #include <cstddef>
 #include <ostream>
-#include <set>
 #include <string>
 #include <vector>
 
 namespace {
-
-using Names = std::set<std::string>;
 
 /// The questions whose answer is now an error.
 Names refused(const DamagedHousehold::Replies& replies) {
@@ -44,20 +41,12 @@ struct TableCase {
 
 void PrintTo(const TableCase& test, std::ostream* stream) { *stream << test.table; }
 
-const Names all{"get_overview",
-                "get_trend steps",
-                "get_trend heart_rate",
-                "get_trend sleep",
-                "get_day",
-                "get_workouts text",
-                "get_workouts json",
-                "get_workout_heart_rate",
-                "compare_periods",
-                "resources/read"};
-const Names ofWorkouts{
-    "get_day", "get_workouts text", "get_workouts json", "get_workout_heart_rate"};
-const Names overviews{"get_overview", "resources/read"};
-const Names workoutLists{"get_workouts text", "get_workouts json"};
+const Names lists = questionsTo("get_workouts");
+const Names samples = questionsTo("get_workout_heart_rate");
+const Names ofWorkouts = questionsTo("get_day") + lists + samples;
+const Names overviews = questionsTo("get_overview") + Names{"resources/read"};
+const Names persons = questionsTo("list_persons");
+const Names ofRecords = allQuestions() - persons;
 
 /// Fails the test unless the store refuses exactly what the case says, in such words, and exactly
 /// those of the other answers change that the case says.
@@ -75,9 +64,9 @@ void expectOnly(const TableCase& test, const testing::Matcher<std::string>& mess
   if (others.contains("list_persons")) expectAnnWithoutData(replies);
 }
 
-const std::vector<TableCase> tables{{"records", all, {"list_persons"}},
+const std::vector<TableCase> tables{{"records", ofRecords, persons},
                                     {"workouts", ofWorkouts, overviews},
-                                    {"workout_humidity", {}, workoutLists},
+                                    {"workout_humidity", {}, lists},
                                     {"stat_sources", {}, {}},
                                     {"stat_types", {}, {}},
                                     {"stat_meta", {}, {}},
@@ -155,15 +144,13 @@ TEST_P(VirtualTableInATablesPlace, IsRefused) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Tables, VirtualTableInATablesPlace,
-    testing::Values(TableCase{"records", all, {"list_persons"}},
-                    TableCase{"workouts", ofWorkouts, overviews},
-                    TableCase{"workout_humidity",
-                              {"get_workouts text", "get_workouts json", "get_workout_heart_rate"},
-                              {}},
-                    TableCase{"stat_sources", overviews, {}}, TableCase{"imports", {}, {}}),
-    nameOf);
+INSTANTIATE_TEST_SUITE_P(Tables, VirtualTableInATablesPlace,
+                         testing::Values(TableCase{"records", ofRecords, persons},
+                                         TableCase{"workouts", ofWorkouts, overviews},
+                                         TableCase{"workout_humidity", lists + samples, {}},
+                                         TableCase{"stat_sources", overviews, {}},
+                                         TableCase{"imports", {}, {}}),
+                         nameOf);
 
 TEST(OlderFile, IsAnsweredWithoutWhatItNeverHad) {
   DamagedHousehold household;
@@ -175,7 +162,7 @@ TEST(OlderFile, IsAnsweredWithoutWhatItNeverHad) {
   const DamagedHousehold::Replies replies = household.asked();
 
   EXPECT_EQ(refused(replies), Names{});
-  EXPECT_EQ(changed(replies), workoutLists);
+  EXPECT_EQ(changed(replies), lists);
   const nlohmann::json list = nlohmann::json::parse(textOf(replies.at("get_workouts json")));
   for (const nlohmann::json& workout : list.at("workouts")) {
     EXPECT_EQ(workout.at("humidity_status"), "legacy_unverified");

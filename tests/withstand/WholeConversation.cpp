@@ -1,5 +1,7 @@
 #include "withstand/WholeConversation.h"
+#include "examples/Examples.h"
 
+#include <stdexcept>
 #include <utility>
 
 using Json = nlohmann::json;
@@ -11,36 +13,44 @@ Json toolCall(const std::string& tool, Json arguments) {
 }
 
 std::vector<Question> questionsAbout(const std::string& member, const std::string& workoutID) {
-  const Json range{{"person", member}, {"from", "2024-02-01"}, {"to", "2024-03-17"}};
-  const auto trend = [&range](const char* metric) {
-    Json arguments = range;
-    arguments["metric"] = metric;
-    return toolCall("get_trend", arguments);
-  };
-  Json asJson = range;
-  asJson["format"] = "json";
-  return {{"list_persons", toolCall("list_persons", Json::object())},
-          {"get_overview", toolCall("get_overview", {{"person", member}})},
-          {"get_trend steps", trend("steps")},
-          {"get_trend heart_rate", trend("heart_rate")},
-          {"get_trend sleep", trend("sleep")},
-          {"get_day", toolCall("get_day", {{"person", member}, {"date", "2024-03-16"}})},
-          {"get_workouts text", toolCall("get_workouts", range)},
-          {"get_workouts json", toolCall("get_workouts", asJson)},
-          {"get_workout_heart_rate",
-           toolCall("get_workout_heart_rate", {{"person", member}, {"workout_id", workoutID}})},
-          {"compare_periods",
-           toolCall("compare_periods",
-                    {{"person", member},
-                     {"metric", "resting_heart_rate"},
-                     {"a_from", "2024-03-01"},
-                     {"a_to", "2024-03-17"},
-                     {"b_from", "2024-02-01"},
-                     {"b_to", "2024-02-29"}})},
-          {"resources/read",
-           {{"jsonrpc", "2.0"},
-            {"method", "resources/read"},
-            {"params", {{"uri", "larkspur://" + member + "/overview"}}}}}};
+  std::vector<Question> questions;
+  for (const Example& example : Examples::all()) {
+    const Json arguments = example.argumentsWith({{"person", member}, {"workout_id", workoutID}});
+    questions.push_back({example.name, toolCall(example.tool, arguments)});
+  }
+  questions.push_back({"resources/read",
+                       {{"jsonrpc", "2.0"},
+                        {"method", "resources/read"},
+                        {"params", {{"uri", "larkspur://" + member + "/overview"}}}}});
+  return questions;
+}
+
+Names operator+(Names names, const Names& others) {
+  names.insert(others.begin(), others.end());
+  return names;
+}
+
+Names operator-(Names names, const Names& others) {
+  for (const std::string& name : others) names.erase(name);
+  return names;
+}
+
+const Names& allQuestions() {
+  static const Names all = [] {
+    Names names;
+    for (const Question& question : questionsAbout("ann", "")) names.insert(question.name);
+    return names;
+  }();
+  return all;
+}
+
+Names questionsTo(const std::string& tool) {
+  Names names;
+  for (const Example& example : Examples::all()) {
+    if (example.tool == tool) names.insert(example.name);
+  }
+  if (names.empty()) throw std::invalid_argument("no example calls " + tool);
+  return names;
 }
 
 std::vector<Json> generalRequests() {

@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,9 +16,21 @@ struct Question {
 /// The call of a tool, without an id.
 nlohmann::json toolCall(const std::string& tool, nlohmann::json arguments);
 
-/// All tools, in each of their forms, and the resource, about the member of that id. The days
-/// are those around `testNow`; `workoutID` names the workout whose heart rate is wanted.
+/// All example calls and the resource, about the member of that id. `workoutID` names the workout
+/// whose heart rate is wanted.
 std::vector<Question> questionsAbout(const std::string& member, const std::string& workoutID);
+
+/// Questions by their names.
+using Names = std::set<std::string>;
+
+Names operator+(Names names, const Names& others);
+Names operator-(Names names, const Names& others);
+
+/// The names of all questions about a member.
+const Names& allQuestions();
+
+/// The names of the questions to one tool. Throws std::invalid_argument when there is none.
+Names questionsTo(const std::string& tool);
 
 /// Every method of the protocol but those two, and a notification.
 std::vector<nlohmann::json> generalRequests();
