@@ -5,7 +5,16 @@ import { test } from 'node:test';
 
 import { EmptyResultSchema } from '@modelcontextprotocol/sdk/types.js';
 
-import { chinese, connect, household, numberIn, textOf } from './support.mjs';
+import {
+  answer,
+  chinese,
+  connect,
+  environment,
+  examples,
+  household,
+  numberIn,
+  textOf,
+} from './support.mjs';
 
 // Two full weeks inside the sample's year, away from its last day.
 const fortnight = { from: '2024-03-04', to: '2024-03-17' };
@@ -77,15 +86,7 @@ test('the tools are listed in the order of the catalogue', async (t) => {
 
   assert.deepEqual(
     tools.map((tool) => tool.name),
-    [
-      'list_persons',
-      'get_overview',
-      'get_trend',
-      'get_day',
-      'get_workouts',
-      'get_workout_heart_rate',
-      'compare_periods',
-    ],
+    examples.map(({ tool }) => tool),
   );
   for (const { name, description, inputSchema } of tools) {
     assert.equal(inputSchema.type, 'object', name);
@@ -106,6 +107,21 @@ test('the tools describe themselves in Chinese', async (t) => {
     assert.match(description, / 本工具提供原始测量数据,不构成诊断;缺失仅代表未采集。$/);
   }
 });
+
+for (const [language, env] of Object.entries({ English: environment(), Chinese: chinese })) {
+  test(`every example call is answered in ${language}`, async (t) => {
+    const { client } = await connect(t, household(), { env });
+    const list = { person: 'Ann', from: '2024-01-01', format: 'json', limit: 1 };
+    const [newest] = JSON.parse(await answer(client, 'get_workouts', list)).workouts;
+
+    for (const { tool, calls } of examples) {
+      for (const args of Object.values(calls)) {
+        if ('workout_id' in args) args.workout_id = newest.workout_id;
+        assert.match(await answer(client, tool, args), /\bAnn\b/, tool);
+      }
+    }
+  });
+}
 
 test('get_trend answers in English', async (t) => {
   const { client } = await connect(t, household());

@@ -6,7 +6,7 @@ import { delimiter, dirname } from 'node:path';
 import { describe, test } from 'node:test';
 import { fileURLToPath } from 'node:url';
 
-import { chinese, environment, household, membersOf, server, textOf } from './support.mjs';
+import { chinese, environment, examples, household, membersOf, server, textOf } from './support.mjs';
 
 const inspector = fileURLToPath(
   new URL('node_modules/@modelcontextprotocol/inspector-cli/build/cli.js', import.meta.url),
@@ -47,15 +47,7 @@ describe('the Inspector', { concurrency: 2 }, () => {
 
     assert.deepEqual(
       tools.map(({ name }) => name),
-      [
-        'list_persons',
-        'get_overview',
-        'get_trend',
-        'get_day',
-        'get_workouts',
-        'get_workout_heart_rate',
-        'compare_periods',
-      ],
+      examples.map(({ tool }) => tool),
     );
   });
 

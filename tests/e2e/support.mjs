@@ -1,7 +1,7 @@
 // What the tests share: a sample household on disk, and the built server in a chosen environment.
 
 import { execFileSync, spawn } from 'node:child_process';
-import { mkdtempSync, rmSync } from 'node:fs';
+import { mkdtempSync, readFileSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 
@@ -19,6 +19,14 @@ function programFrom(variable) {
   if (!path) throw new Error(`${variable} must hold the path of the built program`);
   return path;
 }
+
+const fileOfExamples = new URL('../../examples/calls.json', import.meta.url);
+
+/**
+ * What may be asked of each tool, in the order of the catalogue.
+ * @type {{tool: string, about: string, calls: Object<string, Object>}[]}
+ */
+export const examples = JSON.parse(readFileSync(fileOfExamples, 'utf8'));
 
 /** A new empty folder that disappears when `test` ends (a test context or a suite's `after`). */
 export function temporaryFolder(test) {
