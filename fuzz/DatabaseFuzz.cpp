@@ -3,6 +3,7 @@
 #include "SampleDatabase.h"
 #include "Session.h"
 #include "Target.h"
+#include "examples/Examples.h"
 #include "platform/Files.h"
 #include "support/Household.h"
 
@@ -44,32 +45,16 @@ private:
   TestDatabase* damaged;
 };
 
-std::string call(const char* tool, nlohmann::json arguments) {
-  arguments["person"] = "Ann";
-  const nlohmann::json request{{"id", tool},
-                               {"method", "tools/call"},
-                               {"params", {{"name", tool}, {"arguments", std::move(arguments)}}}};
-  return request.dump() + "\n";
-}
-
-/// Every tool about the damaged file, every way in which a metric is computed, then the other
-/// member.
+/// Every example call about the damaged file and its days, then the other member.
 std::string requests() {
-  std::string lines = call("list_persons", {}) + call("get_overview", {});
-  for (const char* metric : {"steps", "weight", "sleep"}) {
-    lines += call("get_trend", {{"metric", metric}, {"from", "2023-01-01"}, {"to", "2024-12-31"}});
+  const nlohmann::json ours{
+      {"from", "2023-01-01"}, {"date", "2024-03-01"}, {"workout_id", sampleWorkout}};
+  std::string lines;
+  for (const Example& example : Examples::all()) {
+    nlohmann::json request{{"id", example.name}, {"method", "tools/call"}};
+    request["params"] = {{"name", example.tool}, {"arguments", example.argumentsWith(ours)}};
+    lines += request.dump() + "\n";
   }
-  lines += call("get_day", {{"date", "2024-03-01"}});
-  for (const char* format : {"text", "json"}) {
-    lines += call("get_workouts", {{"from", "2000-01-01"}, {"format", format}});
-  }
-  lines += call("get_workout_heart_rate", {{"workout_id", sampleWorkout}});
-  lines += call("compare_periods",
-                {{"metric", "steps"},
-                 {"a_from", "2023-01-01"},
-                 {"a_to", "2023-12-31"},
-                 {"b_from", "2024-01-01"},
-                 {"b_to", "2024-12-31"}});
   lines += R"({"id":"resource","method":"resources/read","params":{"uri":"larkspur://1/overview"}})"
            "\n";
   return lines.append(Neighbours::soundRequest);

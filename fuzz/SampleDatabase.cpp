@@ -20,6 +20,7 @@ std::vector<TestRecord> records() {
   for (const char* day : {"2023-03-01", "2024-02-29", "2024-03-01"}) {
     rows.push_back({.type = "StepCount", .unit = "count", .start_day = day, .value_num = 8000});
     rows.push_back({.type = "BodyMass", .unit = "kg", .start_day = day, .value_num = 60.5});
+    rows.push_back({.type = "RestingHeartRate", .start_day = day, .value_num = 58});
   }
   rows.push_back({.type = "SleepAnalysis",
                   .start_date = "2024-03-01 23:30:00 +0000",
@@ -37,7 +38,7 @@ const char* const sampleWorkout = identifier.c_str();
 void fillSample(TestDatabase& database) {
   database.addRecords(records());
   database.addWorkouts({run, {.activity_type = "Yoga", .start_day = "2024-02-29", .indoor = 1}});
-  database.addSources({{.source_name = "Watch", .n = 10, .last = "2024-03-01"}});
+  database.addSources({{.source_name = "Watch", .n = 13, .last = "2024-03-01"}});
   database.addHumidity(
       identifier,
       R"({"raw_value":55,"raw_unit":"%","encoding":"healthkit_percent","source_bundle_id":"com.apple.health"})");

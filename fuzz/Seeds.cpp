@@ -1,15 +1,19 @@
-// Writes the databases that the fuzzing of a member's database begins with into the folder that its
-// one argument names.
+// Writes what fuzzing begins with and is not kept into the folder that its one argument names: the
+// members' databases, and a conversation of all example calls.
 
 #include "SampleDatabase.h"
+#include "examples/Examples.h"
+
+#include <nlohmann/json.hpp>
 
 #include <exception>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 
 namespace {
 
-void write(const std::filesystem::path& folder) {
+void writeDatabases(const std::filesystem::path& folder) {
   std::filesystem::create_directories(folder);
   constexpr auto overwriting = std::filesystem::copy_options::overwrite_existing;
 
@@ -29,6 +33,17 @@ void write(const std::filesystem::path& folder) {
   std::filesystem::copy_file(logging.path(), folder / "logging.db", overwriting);
 }
 
+void writeConversation(const std::filesystem::path& folder) {
+  std::filesystem::create_directories(folder);
+  std::ofstream file(folder / "examples.txt");
+  file.exceptions(std::ios::badbit | std::ios::failbit);
+  for (const Example& example : Examples::all()) {
+    nlohmann::ordered_json request{{"id", example.name}, {"method", "tools/call"}};
+    request["params"] = {{"name", example.tool}, {"arguments", example.arguments}};
+    file << request.dump() << '\n';
+  }
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
@@ -37,7 +52,9 @@ int main(int argumentCount, char** arguments) {
     return 2;
   }
   try {
-    write(arguments[1]);
+    const std::filesystem::path folder = arguments[1];
+    writeDatabases(folder / "database");
+    writeConversation(folder / "conversation");
     return 0;
   } catch (const std::exception& error) {
     std::cerr << "larkspur_fuzz_seeds: " << error.what() << '\n';
