@@ -3,10 +3,12 @@
 #include "bench/Days.h"
 #include "bench/process/Child.h"
 #include "bench/process/Requests.h"
+#include "examples/Examples.h"
 
 #include <nlohmann/json.hpp>
 
 #include <optional>
+#include <set>
 #include <span>
 #include <stdexcept>
 
@@ -44,30 +46,45 @@ std::string overviewURI(const std::vector<std::string>& server) {
   return uri;
 }
 
-/// One call of each tool, and the resource, with the most to read and to answer; but of the heart
-/// rate only as much as a page has when nothing else is asked for.
-std::vector<Request> requests(const std::string& workoutID, const std::string& uri) {
-  const auto tool = [](const char* name, const Json& arguments) {
-    return Request{name, Requests::call(name, arguments)};
-  };
-  return {
-      tool("list_persons", Json::object()),
-      tool("get_overview", Json::object()),
-      tool("get_trend", {{"metric", "heart_rate"}, {"from", Days::beforeAll}, {"to", Days::last}}),
-      {"get_trend, all nights",
-       Requests::call("get_trend",
-                      {{"metric", "sleep"}, {"from", Days::beforeAll}, {"to", Days::last}})},
-      tool("compare_periods",
+/// The calls with the most to read and to answer; but of the heart rate only as much as a page has
+/// when nothing else is asked for.
+std::vector<Example> largeCalls(const std::string& workoutID) {
+  return {{"get_trend",
+           "get_trend",
+           {{"metric", "heart_rate"}, {"from", Days::beforeAll}, {"to", Days::last}}},
+          {"get_trend, all nights",
+           "get_trend",
+           {{"metric", "sleep"}, {"from", Days::beforeAll}, {"to", Days::last}}},
+          {"compare_periods",
+           "compare_periods",
            {{"metric", "heart_rate"},
             {"a_from", Days::beforeAll},
             {"a_to", "2022-12-31"},
             {"b_from", "2023-01-01"},
-            {"b_to", Days::last}}),
-      tool("get_day", {{"date", Days::ordinary}}),
-      tool("get_workouts",
-           {{"from", Days::beforeAll}, {"to", Days::last}, {"limit", 200}, {"format", "json"}}),
-      tool("get_workout_heart_rate", {{"workout_id", workoutID}}),
-      {"resources/read", Requests::line("resources/read", {{"uri", uri}})}};
+            {"b_to", Days::last}}},
+          {"get_day", "get_day", {{"date", Days::ordinary}}},
+          {"get_workouts",
+           "get_workouts",
+           {{"from", Days::beforeAll}, {"to", Days::last}, {"limit", 200}, {"format", "json"}}},
+          {"get_workout_heart_rate", "get_workout_heart_rate", {{"workout_id", workoutID}}}};
+}
+
+/// A call of every tool, one of these where there is one, and the resource.
+std::vector<Request> requests(const std::string& workoutID, const std::string& uri) {
+  const std::vector<Example> large = largeCalls(workoutID);
+  std::set<std::string> called;
+  for (const Example& call : large) called.insert(call.tool);
+  const Json days{{"from", Days::beforeAll}, {"to", Days::last}, {"date", Days::ordinary}};
+
+  std::vector<Request> all;
+  for (const Example& example : Examples::ofToolsBut(called)) {
+    all.push_back({example.name, Requests::call(example.tool, example.argumentsWith(days))});
+  }
+  for (const Example& call : large) {
+    all.push_back({call.name, Requests::call(call.tool, call.arguments)});
+  }
+  all.push_back({"resources/read", Requests::line("resources/read", {{"uri", uri}})});
+  return all;
 }
 
 Measurement peak(const std::string& what, const std::vector<std::string>& server,
