@@ -4,12 +4,17 @@
 
 TestDatabase& Household::add(const std::string& id, const std::string& name) {
   TestDatabase& database = databases.emplace_back();
+  addAt(id, name, database.path());
+  return database;
+}
+
+void Household::addAt(const std::string& id, const std::string& name,
+                      const std::filesystem::path& database) {
   Member member;
   member.id = id;
   member.name = name;
-  member.dbPath = database.path();
+  member.dbPath = database.string();
   add(member);
-  return database;
 }
 
 void Household::add(const Member& member) {

@@ -19,6 +19,12 @@ public:
   /// A member as it stands; its database need not exist.
   void add(const Member& member);
 
+  /// A member whose database is what stands at that path.
+  void addAt(const std::string& id, const std::string& name, const std::filesystem::path& database);
+
+  /// A path in the data root where nothing is, not even the folder.
+  std::filesystem::path nowhere() const { return folder / "nowhere/health.sqlite"; }
+
   const std::filesystem::path& dataRoot() const { return folder.path(); }
   std::filesystem::path rosterFile() const { return folder / "members.json"; }
 

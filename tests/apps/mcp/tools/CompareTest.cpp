@@ -214,21 +214,6 @@ TEST(ComparePeriods, TakesRangesThatOverlap) {
   EXPECT_THAT(comparisonOf(household, arguments), HasSubstr("\nA - B = -50 (-25.0%)\n"));
 }
 
-TEST(ComparePeriods, TakesAHistoryOfFourHundredDaysForComplete) {
-  const std::string fillingIn = "History is still being filled in";
-  Household shorter;
-  shorter.add("m1", "Ann")
-      .addRecords({{.start_day = "2023-01-01", .value_num = 1},
-                   {.start_day = "2024-02-04", .value_num = 1}});
-  Household longer;
-  longer.add("m1", "Ann")
-      .addRecords({{.start_day = "2023-01-01", .value_num = 1},
-                   {.start_day = "2024-02-05", .value_num = 1}});
-
-  EXPECT_THAT(comparisonOf(shorter), HasSubstr(fillingIn));
-  EXPECT_THAT(comparisonOf(longer), Not(HasSubstr(fillingIn)));
-}
-
 class MalformedDate : public testing::TestWithParam<std::string> {};
 
 TEST_P(MalformedDate, IsRefusedByItsKeyInChineseAlways) {
@@ -259,12 +244,8 @@ void PrintTo(const OrderCase& order, std::ostream* stream) { *stream << order.na
 class ChecksOfComparePeriods : public testing::TestWithParam<OrderCase> {};
 
 TEST_P(ChecksOfComparePeriods, ReportTheFirstThatFails) {
-  Member member;
-  member.id = "m1";
-  member.name = "Ann";
-  member.dbPath = "/nowhere/at/all.sqlite";
   Household household;
-  household.add(member);
+  household.addAt("m1", "Ann", household.nowhere());
 
   EXPECT_EQ(ToolCaller(household).refusal(GetParam().arguments, Tools::compare),
             GetParam().expected);
@@ -292,23 +273,8 @@ INSTANTIATE_TEST_SUITE_P(
         OrderCase{"FirstDayOfB",
                   {{"metric", "steps"}, {"a_from", "2024-03-01"}, {"a_to", "2024-03-07"}},
                   {-32602, "b_from 要是 YYYY-MM-DD"}},
-        OrderCase{"LastDayOfB", without("b_to"), {-32602, "b_to 要是 YYYY-MM-DD"}},
-        OrderCase{"Database",
-                  twoWeeks,
-                  {-32603, "打不开 Ann 的数据:数据目录不可用(盘没挂载?):/nowhere/at"}}),
+        OrderCase{"LastDayOfB", without("b_to"), {-32602, "b_to 要是 YYYY-MM-DD"}}),
     [](const auto& test) { return test.param.name; });
-
-TEST(ComparePeriods, PassesTheErrorOfAQuery) {
-  Household household;
-  household.add("m1", "Ann").run("DROP TABLE records");
-
-  try {
-    comparisonOf(household);
-    FAIL() << "there is no table to read";
-  } catch (const ReceiverError& error) {
-    EXPECT_STREQ(error.what(), "prepare 失败:no such table: records");
-  }
-}
 
 struct GoldenCase {
   std::string name;

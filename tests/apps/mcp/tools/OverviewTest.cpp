@@ -1,5 +1,4 @@
 #include "mcp/tools/Tools.h"
-#include "platform/ControlProtocol.h"
 #include "support/Family.h"
 #include "support/Golden.h"
 #include "support/Moment.h"
@@ -10,7 +9,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -44,49 +42,6 @@ TEST(GetOverview, IsAboutThePersonWhoIsNamed) {
 
   EXPECT_THAT(overviewOf(household, {{"person", "m1"}}), HasSubstr("Weight: 61.0 kg"));
   EXPECT_THAT(overviewOf(household, {{"person", " Ben\t"}}), HasSubstr("Weight: 82.0 kg"));
-}
-
-TEST(GetOverview, RefusesAnUncertainPerson) {
-  Household household;
-  household.add("m1", "Ann");
-  household.add("m2", "Ben");
-  ToolCaller english(household);
-  ToolCaller chinese(household, SummaryLang::zh);
-
-  EXPECT_EQ(english.refusal(Json::object(), Tools::overview),
-            (Refusal{-32602,
-                     "This Mac has 2 members, so person is required (there is no 'all members' "
-                     "option). Call list_persons first. Available: Ann, Ben"}));
-  EXPECT_EQ(chinese.refusal({{"person", "Cy"}}, Tools::overview),
-            (Refusal{-32602, "没有叫「Cy」的成员。可选:Ann, Ben"}));
-}
-
-TEST(GetOverview, RefusesADatabaseThatDoesNotOpenInChineseAlways) {
-  const TemporaryFolder folder;
-  Member member;
-  member.id = "m1";
-  member.name = "Ann";
-  member.dbPath = (folder / "lost.sqlite").string();
-  Household household;
-  household.add(member);
-
-  const Refusal expected{-32603, "打不开 Ann 的数据:库文件不存在:" + member.dbPath};
-  for (const SummaryLang lang : {SummaryLang::en, SummaryLang::zh}) {
-    EXPECT_EQ(ToolCaller(household, lang).refusal(Json::object(), Tools::overview), expected);
-  }
-  EXPECT_FALSE(std::filesystem::exists(member.dbPath));
-}
-
-TEST(GetOverview, PassesTheErrorOfARecordTableThatCannotBeRead) {
-  Household household;
-  household.add("m1", "Ann").run("DROP TABLE records");
-
-  try {
-    overviewOf(household);
-    FAIL() << "there is no table to read";
-  } catch (const ReceiverError& error) {
-    EXPECT_STREQ(error.what(), "prepare 失败:no such table: records");
-  }
 }
 
 TEST(GetOverview, IsGivenWithoutTheWorkoutsThatCannotBeRead) {

@@ -1,5 +1,4 @@
 #include "mcp/tools/Tools.h"
-#include "platform/ControlProtocol.h"
 #include "support/Golden.h"
 #include "support/ToolCaller.h"
 #include "support/ZoneGuard.h"
@@ -214,14 +213,7 @@ class TrendOrder : public testing::TestWithParam<RefusedCase> {};
 
 TEST_P(TrendOrder, ChecksThePersonThenTheMetricThenTheDatabase) {
   Household household;
-  const std::string nowhere = household.dataRoot() / "gone.sqlite";
-  for (const char* id : {"1", "2"}) {
-    Member member;
-    member.id = id;
-    member.name = id;
-    member.dbPath = nowhere;
-    household.add(member);
-  }
+  for (const char* id : {"1", "2"}) household.addAt(id, id, household.nowhere());
 
   const std::optional<Refusal> refusal =
       ToolCaller(household).refusal(GetParam().arguments, Tools::trend);
@@ -245,31 +237,8 @@ INSTANTIATE_TEST_SUITE_P(
                                 "Unknown metric \"Steps\""},
                     RefusedCase{"DatabaseMissing",
                                 {{"person", "1"}, {"metric", "steps"}},
-                                "打不开 1 的数据:库文件不存在:"}),
+                                "打不开 1 的数据:数据目录不可用"}),
     [](const auto& test) { return test.param.name; });
-
-/// The message of the ReceiverError that leaves the tool.
-std::string failureOf(const Household& household) {
-  try {
-    return "answered: " + ToolCaller(household).of({{"metric", "steps"}}, Tools::trend);
-  } catch (const ReceiverError& error) {
-    return error.what();
-  }
-}
-
-TEST(Trend, LetsAFailingQueryPass) {
-  Household household;
-  household.add("ann", "Ann").run("DROP TABLE records");
-
-  EXPECT_EQ(failureOf(household), "prepare 失败:no such table: records");
-}
-
-TEST(Trend, SaysThatTheFileIsNoDatabase) {
-  Household household;
-  household.add("ann", "Ann").replaceFile(std::string(4096, 'x'));
-
-  EXPECT_EQ(failureOf(household), "prepare 失败:file is not a database");
-}
 
 TEST(Trend, LetsGoOfTheDatabase) {
   Household household;
