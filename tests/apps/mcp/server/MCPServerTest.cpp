@@ -211,15 +211,12 @@ TEST(ToolsCall, RefusesInTheLanguageOfTheProcess) {
 
 TEST(ToolsCall, SaysThatADatabaseIsMissing) {
   Household household;
-  Member member;
-  member.id = "1";
-  member.name = "Ann";
-  member.dbPath = "/nowhere/health.sqlite";
-  household.add(member);
+  household.addAt("1", "Ann", household.nowhere());
+  const std::string folder = household.nowhere().parent_path().string();
 
   EXPECT_EQ(Conversation(household).called("get_trend", {{"metric", "steps"}})["error"],
             (Json{{"code", -32603},
-                  {"message", "打不开 Ann 的数据:数据目录不可用(盘没挂载?):/nowhere"}}));
+                  {"message", "打不开 Ann 的数据:数据目录不可用(盘没挂载?):" + folder}}));
 }
 
 TEST(ToolsCall, TurnsAFailingQueryIntoAnInternalErrorAndGoesOn) {
@@ -269,12 +266,10 @@ TEST(ToolsCall, EscapesLineSeparatorsOfAName) {
 
 TEST(Start, OpensNoDatabase) {
   Household household;
-  for (const char* path : {"/nowhere/health.sqlite", "", "relative.sqlite", "/"}) {
-    Member member;
-    member.id = path;
-    member.name = "Ann";
-    member.dbPath = path;
-    household.add(member);
+  const std::string nowhere = household.nowhere().string();
+  for (const std::string& path :
+       {nowhere, std::string(), std::string("relative.sqlite"), household.dataRoot().string()}) {
+    household.addAt(path, "Ann", path);
   }
 
   const std::vector<Json> replies = Conversation(household).replies(

@@ -18,8 +18,8 @@ using Json = nlohmann::json;
 
 const Json noArguments = Json::object();
 
-Member memberWith(const std::string& id, const std::string& name,
-                  const std::string& dbPath = "/nowhere/health.sqlite") {
+/// Without a path, a member whose database nobody opens.
+Member memberWith(const std::string& id, const std::string& name, const std::string& dbPath = "") {
   Member member;
   member.id = id;
   member.name = name;

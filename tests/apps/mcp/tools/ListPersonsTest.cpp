@@ -83,9 +83,9 @@ TEST(ListPersons, EndsWithTheLastSync) {
 }
 
 TEST(ListPersons, ShowsTheSyncInTheMachinesTime) {
-  Member member = memberAt("/nowhere/at/all.sqlite");
-  member.lastSyncAt = moment("2024-03-10 07:30:00 +0000");
   Household household;
+  Member member = memberAt(household.nowhere());
+  member.lastSyncAt = moment("2024-03-10 07:30:00 +0000");
   household.add(member);
 
   {
@@ -100,9 +100,9 @@ TEST(ListPersons, ShowsTheSyncInTheMachinesTime) {
 }
 
 TEST(ListPersons, ShowsASyncAtTheBeginningOfTime) {
-  Member member = memberAt("/nowhere/at/all.sqlite");
-  member.lastSyncAt = 0;
   Household household;
+  Member member = memberAt(household.nowhere());
+  member.lastSyncAt = 0;
   household.add(member);
 
   EXPECT_EQ(listOf(household), "· Ann (person=m1), last synced 1970-01-01 00:00");
@@ -131,7 +131,7 @@ TEST(ListPersons, LeavesOutTheDataThatCannotBeRead) {
 
 TEST(ListPersons, GoesOnAfterAMemberWhoseDataCannotBeRead) {
   Household household;
-  household.add(memberAt("/nowhere/at/all.sqlite"));
+  household.addAt("m1", "Ann", household.nowhere());
   household.add("m2", "Ben").addRecord({.start_day = "2024-03-01", .value_num = 1});
 
   EXPECT_EQ(listOf(household),
@@ -240,9 +240,9 @@ TEST(ListPersons, TakesNoNotesOfArguments) {
 }
 
 TEST(ListPersons, KeepsBracesInNamesAsTheyAre) {
-  Member member = memberAt("/nowhere/at/all.sqlite");
-  member.name = "{0}{1}";
   Household household;
+  Member member = memberAt(household.nowhere());
+  member.name = "{0}{1}";
   household.add(member);
 
   EXPECT_EQ(listOf(household), "· {0}{1} (person=m1)");
