@@ -5,6 +5,7 @@
 #include "mcp/tools/Resources.h"
 #include "mcp/tools/Tools.h"
 #include "platform/Files.h"
+#include "platform/Locale.h"
 #include "store/HealthStore.h"
 #include "support/ExampleNames.h"
 #include "support/Household.h"
