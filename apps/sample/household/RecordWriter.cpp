@@ -78,12 +78,12 @@ void RecordWriter::add(const Sample& sample) {
   }
 }
 
-void RecordWriter::count(Tallies& tallies, std::string_view key, std::string_view start) {
-  auto found = tallies.find(key);
-  if (found == tallies.end()) found = tallies.emplace(key, Tally{}).first;
-  Tally& tally = found->second;
-  ++tally.count;
-  if (start > tally.last) tally.last = start;
+void RecordWriter::count(Counts& counts, std::string_view key, std::string_view start) {
+  auto found = counts.find(key);
+  if (found == counts.end()) found = counts.emplace(key, TypeCount{}).first;
+  TypeCount& entry = found->second;
+  ++entry.count;
+  if (start > entry.last) entry.last = start;
 }
 
 void RecordWriter::add(const Workout& workout) {
@@ -106,10 +106,10 @@ void RecordWriter::add(const Workout& workout) {
   insertHumidity.bind(1, entry.workout_id()).bind(2, data).run();
 }
 
-void RecordWriter::insertTallies(const char* sql, const Tallies& tallies) {
+void RecordWriter::insertCounts(const char* sql, const Counts& counts) {
   Statement insert = store.prepare(sql);
-  for (const auto& [key, tally] : tallies) {
-    insert.bind(1, key).bind(2, tally.count).bind(3, tally.last).run();
+  for (const auto& [key, entry] : counts) {
+    insert.bind(1, key).bind(2, entry.count).bind(3, entry.last).run();
   }
 }
 
@@ -119,8 +119,8 @@ void RecordWriter::noteImportZone(std::string_view name) {
 
 void RecordWriter::finish(Statistics statistics) {
   if (statistics == Statistics::built) {
-    insertTallies("INSERT INTO stat_types (type, n, last) VALUES (?, ?, ?)", types);
-    insertTallies("INSERT INTO stat_sources (source_name, n, last) VALUES (?, ?, ?)", sources);
+    insertCounts("INSERT INTO stat_types (type, n, last) VALUES (?, ?, ?)", types);
+    insertCounts("INSERT INTO stat_sources (source_name, n, last) VALUES (?, ?, ?)", sources);
   } else {
     // The store marked the statistics of the empty file as complete; those of its records are not.
     run("DELETE FROM stat_meta WHERE k = 'built'");

@@ -33,15 +33,15 @@ public:
   std::int64_t workouts() const { return workoutCount; }
 
 private:
-  struct Tally {
+  struct TypeCount {
     std::int64_t count = 0;
     std::string last;  ///< latest start, as text
   };
-  using Tallies = std::map<std::string, Tally, std::less<>>;
+  using Counts = std::map<std::string, TypeCount, std::less<>>;
 
-  static void count(Tallies& tallies, std::string_view key, std::string_view start);
+  static void count(Counts& counts, std::string_view key, std::string_view start);
   void run(const char* sql);
-  void insertTallies(const char* sql, const Tallies& tallies);
+  void insertCounts(const char* sql, const Counts& counts);
 
   HealthStore& store;
   Progress& progress;
@@ -50,8 +50,8 @@ private:
   Statement insertHumidity;
   const char* boundType = nullptr;  ///< in `insertSample`: neighbours share type and source
   const Source* boundSource = nullptr;
-  Tallies types;
-  Tallies sources;
+  Counts types;
+  Counts sources;
   std::int64_t recordCount = 0;
   std::int64_t workoutCount = 0;
 };
