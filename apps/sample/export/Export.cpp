@@ -38,10 +38,10 @@ Stamp exportedOf(const Person& person, const Options& options, CivilDay today) {
 }
 
 /// What the flaws add, in a week that ends before the history begins.
-std::string addedTo(const Person& person, const HistoryRequest& request, const FlawSet& flaws,
+std::string addedTo(const Person& person, const HistoryOptions& life, const FlawSet& flaws,
                     Stamp exported) {
   constexpr int week = 7;
-  const CivilDay day = AppleFormat::daysBefore(firstDay(person, request), week);
+  const CivilDay day = AppleFormat::daysBefore(firstDay(person, life), week);
   return AddedElements::of(flaws, {midnight(person.home, day).moment, exported.offset}, day);
 }
 
@@ -69,13 +69,13 @@ ExportOutput::Pieces once(std::string text) {
 
 void writeExport(const Options& options, CivilDay today, std::ostream& report, Progress& progress) {
   const Person person = exporter(options);
-  const HistoryRequest request{
+  const HistoryOptions life{
       .today = today, .years = options.years, .seed = options.seed, .records = options.records};
   const Stamp exported = exportedOf(person, options, today);
   ExportDocument document(
-      person, request, exported, options.units.value_or(UnitSystem::metric), progress);
+      person, life, exported, options.units.value_or(UnitSystem::metric), progress);
   FlawedDocument flawed(
-      document, options.flaws, options.seed, addedTo(person, request, options.flaws, exported));
+      document, options.flaws, options.seed, addedTo(person, life, options.flaws, exported));
 
   progress.begin(person.name);
   const bool isArchive = options.exportsArchive();

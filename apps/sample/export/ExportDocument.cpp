@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
-ExportDocument::ExportDocument(const Person& person, const HistoryRequest& request, Stamp exported,
+ExportDocument::ExportDocument(const Person& person, const HistoryOptions& options, Stamp exported,
                                UnitSystem units, Progress& progress)
-    : history(person, request), writer(person, units, progress) {
+    : history(person, options), writer(person, units, progress) {
   writer.open(exported);
 }
 

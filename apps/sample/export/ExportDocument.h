@@ -12,7 +12,7 @@ class ExportDocument {
 public:
   /// The document is made at the moment and on the clocks of `exported`, by a phone that measures
   /// in `units`. `person` and `progress` outlive it.
-  ExportDocument(const Person& person, const HistoryRequest& request, Stamp exported,
+  ExportDocument(const Person& person, const HistoryOptions& options, Stamp exported,
                  UnitSystem units, Progress& progress);
 
   /// The next piece, valid until the next call; empty after the last.

@@ -33,21 +33,21 @@ public:
       : report(report), progress(progress), log(log) {}
 
   /// As the receiver application leaves the database.
-  void received(const Person& person, const HistoryRequest& request,
+  void received(const Person& person, const HistoryOptions& life,
                 const std::filesystem::path& database) {
     write(person, database, [&](RecordWriter& writer) {
-      tellHistory(person, request, writer);
+      tellHistory(person, life, writer);
       writer.finish(statisticsOf(person));
     });
   }
 
   /// As an import of the person's export leaves it. Returns the history's first day, if any.
-  std::optional<std::string> imported(const Person& person, const HistoryRequest& request,
+  std::optional<std::string> imported(const Person& person, const HistoryOptions& life,
                                       const std::filesystem::path& database) {
     std::optional<std::string> first;
     write(person, database, [&](RecordWriter& writer) {
       Imported imported(writer, person.home);
-      tellHistory(person, request, imported);
+      tellHistory(person, life, imported);
       writer.noteImportZone(nameOf(person.home));
       writer.finish(RecordWriter::Statistics::built);
       first = imported.firstDay();
@@ -86,20 +86,20 @@ void writeHousehold(const Options& options, CivilDay today, std::ostream& report
   refuseExisting(rosterPath);
   for (const Person& person : people) refuseExisting(databasePath(root, person));
 
-  HistoryRequest request{
+  HistoryOptions life{
       .today = today, .years = options.years, .seed = options.seed, .records = options.records};
   Writing writing(report, progress, log);
   Roster::File roster{.version = 1, .members = {}};
   for (const Person& person : people) {
     const std::filesystem::path database = databasePath(root, person);
     if (options.asImported) {
-      const std::optional<std::string> first = writing.imported(person, request, database);
-      roster.members.push_back(importedMemberOf(person, request, database, first));
+      const std::optional<std::string> first = writing.imported(person, life, database);
+      roster.members.push_back(importedMemberOf(person, life, database, first));
     } else {
-      writing.received(person, request, database);
-      roster.members.push_back(memberOf(person, roster.members.size(), request, database));
+      writing.received(person, life, database);
+      roster.members.push_back(memberOf(person, roster.members.size(), life, database));
     }
-    request.records.reset();  // the wish is for the first member alone
+    life.records.reset();  // the wish is for the first member alone
   }
   writeRoster(rosterPath, roster);
 }

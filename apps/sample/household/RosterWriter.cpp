@@ -33,17 +33,17 @@ std::string tokenOf(const Person& person, std::uint64_t seed, std::string_view d
 using AppleFormat::dayText;
 
 /// A phone with everything known about it, and the one it replaced, of which little is.
-std::vector<PairedDevice> phonesOf(const Person& person, const HistoryRequest& request,
+std::vector<PairedDevice> phonesOf(const Person& person, const HistoryOptions& options,
                                    double sync) {
-  const std::string first = dayText(firstDay(person, request));
-  return {{.token = tokenOf(person, request.seed, "phone"),
+  const std::string first = dayText(firstDay(person, options));
+  return {{.token = tokenOf(person, options.seed, "phone"),
            .model = "iPhone14,5",
            .deviceName = person.name + "\u2019s iPhone",
            .pairedAt = sync - 200 * dayLength,
            .lastSeenAt = sync + 12.5,
-           .history = HistoryHint{.through = dayText(request.today), .earliest = first},
-           .key = tokenOf(person, request.seed, "key")},
-          {.token = tokenOf(person, request.seed, "old phone"),
+           .history = HistoryHint{.through = dayText(options.today), .earliest = first},
+           .key = tokenOf(person, options.seed, "key")},
+          {.token = tokenOf(person, options.seed, "old phone"),
            .model = "iPhone11,8",
            .deviceName = std::nullopt,
            .pairedAt = sync - 700 * dayLength,
@@ -52,20 +52,20 @@ std::vector<PairedDevice> phonesOf(const Person& person, const HistoryRequest& r
            .key = std::nullopt}};
 }
 
-PairedDevice onlyPhoneOf(const Person& person, const HistoryRequest& request, double sync) {
-  return {.token = tokenOf(person, request.seed, "phone"),
+PairedDevice onlyPhoneOf(const Person& person, const HistoryOptions& options, double sync) {
+  return {.token = tokenOf(person, options.seed, "phone"),
           .model = std::nullopt,
           .deviceName = person.name + "\u2019s iPhone",
           .pairedAt = sync - 30 * dayLength,
           .lastSeenAt = sync,
-          .history = HistoryHint{.through = dayText(request.today), .earliest = std::nullopt},
+          .history = HistoryHint{.through = dayText(options.today), .earliest = std::nullopt},
           .key = std::nullopt};
 }
 
 /// Ann's history is complete; that of later members with a watch is still on its way.
 BackfillState backfillWithWatch(const Person& person, std::size_t position,
-                                const HistoryRequest& request) {
-  const CivilDay first = firstDay(person, request);
+                                const HistoryOptions& options) {
+  const CivilDay first = firstDay(person, options);
   if (position == 0) {
     return {.frontier = dayText(first),
             .earliest = dayText(first),
@@ -89,9 +89,9 @@ std::optional<BackfillState> backfillOfPhone(std::size_t position) {
 
 }  // namespace
 
-Member memberOf(const Person& person, std::size_t position, const HistoryRequest& request,
+Member memberOf(const Person& person, std::size_t position, const HistoryOptions& options,
                 const std::filesystem::path& database) {
-  const auto sync = static_cast<double>(lastSync(request.today).moment);
+  const auto sync = static_cast<double>(lastSync(options.today).moment);
   Member member{.id = person.id,
                 .name = person.name,
                 .dbPath = database.string(),
@@ -101,25 +101,25 @@ Member memberOf(const Person& person, std::size_t position, const HistoryRequest
                 .backfill = std::nullopt};
   switch (person.kind) {
     case Person::Kind::watchAndPhone:
-      member.devices = phonesOf(person, request, sync);
-      member.backfill = backfillWithWatch(person, position, request);
+      member.devices = phonesOf(person, options, sync);
+      member.backfill = backfillWithWatch(person, position, options);
       break;
     case Person::Kind::phoneAlone:
       member.createdAt = sync - 30 * dayLength;
-      member.devices = {onlyPhoneOf(person, request, sync)};
+      member.devices = {onlyPhoneOf(person, options, sync)};
       member.backfill = backfillOfPhone(position);
       break;
     case Person::Kind::justPaired:
       member.createdAt = sync - 90;
       member.lastSyncAt.reset();
-      member.devices = {{.token = tokenOf(person, request.seed, "phone"),
+      member.devices = {{.token = tokenOf(person, options.seed, "phone"),
                          .model = std::nullopt,
                          .deviceName = std::nullopt,
                          .pairedAt = sync - 60,
                          .lastSeenAt = std::nullopt,
                          .history = std::nullopt,
                          .key = std::nullopt}};
-      member.backfill = BackfillState{.frontier = dayText(request.today),
+      member.backfill = BackfillState{.frontier = dayText(options.today),
                                       .earliest = "2019-05-02",
                                       .done = false,
                                       .completeFrom = std::nullopt};
@@ -128,10 +128,10 @@ Member memberOf(const Person& person, std::size_t position, const HistoryRequest
   return member;
 }
 
-Member importedMemberOf(const Person& person, const HistoryRequest& request,
+Member importedMemberOf(const Person& person, const HistoryOptions& options,
                         const std::filesystem::path& database,
                         const std::optional<std::string>& firstDay) {
-  const auto exported = static_cast<double>(lastSync(request.today).moment);
+  const auto exported = static_cast<double>(lastSync(options.today).moment);
   return {.id = person.id,
           .name = person.name,
           .dbPath = database.string(),

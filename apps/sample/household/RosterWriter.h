@@ -14,12 +14,12 @@ std::filesystem::path databasePath(const std::filesystem::path& dataRoot, const 
 
 /// The roster's entry of the `position`th member, counted from 0, whose database lies at
 /// `database`.
-Member memberOf(const Person& person, std::size_t position, const HistoryRequest& request,
+Member memberOf(const Person& person, std::size_t position, const HistoryOptions& options,
                 const std::filesystem::path& database);
 
 /// The entry of somebody whose history came from an export alone: no device is paired, and the
 /// history is complete from `firstDay` on.
-Member importedMemberOf(const Person& person, const HistoryRequest& request,
+Member importedMemberOf(const Person& person, const HistoryOptions& options,
                         const std::filesystem::path& database,
                         const std::optional<std::string>& firstDay);
 

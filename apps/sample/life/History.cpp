@@ -88,30 +88,30 @@ double densityFor(std::int64_t wanted, const Person& person, HistoryContext cont
 
 }  // namespace
 
-CivilDay firstDay(const Person& person, const HistoryRequest& request) {
+CivilDay firstDay(const Person& person, const HistoryOptions& options) {
   // Short enough to be taken for a history that is still coming in.
   constexpr int daysOfPhone = 380;
   if (person.kind != Person::Kind::watchAndPhone) {
-    return AppleFormat::daysBefore(request.today, daysOfPhone);
+    return AppleFormat::daysBefore(options.today, daysOfPhone);
   }
-  CivilDay day = request.today;
-  for (int year = 0; year < request.years; ++year) day = AppleFormat::yearBefore(day);
+  CivilDay day = options.today;
+  for (int year = 0; year < options.years; ++year) day = AppleFormat::yearBefore(day);
   return day;
 }
 
 Stamp lastSync(CivilDay today) { return midnight(Zone::shanghai, today).after(7 * hour); }
 
-History::History(const Person& person, const HistoryRequest& request)
+History::History(const Person& person, const HistoryOptions& options)
     : person(person),
-      context{.first = firstDay(person, request),
-              .last = request.today,
+      context{.first = firstDay(person, options),
+              .last = options.today,
               .density = 1,
-              .seed = request.seed},
-      sync(lastSync(request.today)),
+              .seed = options.seed},
+      sync(lastSync(options.today)),
       date(context.first),
       ended(person.kind == Person::Kind::justPaired) {
-  if (request.records && !ended) {
-    context.density = densityFor(*request.records, person, context, sync);
+  if (options.records && !ended) {
+    context.density = densityFor(*options.records, person, context, sync);
   }
 }
 
@@ -125,8 +125,8 @@ bool History::tellNextDay(RecordSink& sink) {
   return true;
 }
 
-void tellHistory(const Person& person, const HistoryRequest& request, RecordSink& sink) {
-  History history(person, request);
+void tellHistory(const Person& person, const HistoryOptions& options, RecordSink& sink) {
+  History history(person, options);
   while (history.tellNextDay(sink)) {
   }
 }

@@ -9,7 +9,7 @@
 #include <optional>
 
 /// Which life to tell.
-struct HistoryRequest {
+struct HistoryOptions {
   CivilDay today;  ///< the history ends on its morning, with the last sync
   int years = 3;   ///< of a person with a watch; a phone alone has about one year
   std::uint64_t seed = 1;
@@ -17,7 +17,7 @@ struct HistoryRequest {
 };
 
 /// The first day of the person's history.
-CivilDay firstDay(const Person& person, const HistoryRequest& request);
+CivilDay firstDay(const Person& person, const HistoryOptions& options);
 
 /// The household's last sync: seven o'clock in the morning of `today` in Shanghai, which is past on
 /// most machines whose clock says `today`. Nothing later is told, but for the one weight that
@@ -28,7 +28,7 @@ Stamp lastSync(CivilDay today);
 class History {
 public:
   /// `person` outlives the history.
-  History(const Person& person, const HistoryRequest& request);
+  History(const Person& person, const HistoryOptions& options);
 
   /// Tells `sink` the next day, oldest first; false after the last.
   bool tellNextDay(RecordSink& sink);
@@ -42,5 +42,5 @@ private:
   bool ended;
 };
 
-/// Tells `sink` everything, oldest day first. The same request tells the same.
-void tellHistory(const Person& person, const HistoryRequest& request, RecordSink& sink);
+/// Tells `sink` everything, oldest day first. The same options tells the same.
+void tellHistory(const Person& person, const HistoryOptions& options, RecordSink& sink);

@@ -11,13 +11,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-const HistoryRequest request{.today = 2026y / 11 / 20, .years = 2, .seed = 1, .records = {}};
+const HistoryOptions options{.today = 2026y / 11 / 20, .years = 2, .seed = 1, .records = {}};
 
 Roster::File rosterOf(int members, const std::filesystem::path& root) {
   Roster::File file{.version = 1, .members = {}};
   for (const Person& person : household(members)) {
     file.members.push_back(
-        memberOf(person, file.members.size(), request, databasePath(root, person)));
+        memberOf(person, file.members.size(), options, databasePath(root, person)));
   }
   return file;
 }

@@ -47,13 +47,13 @@ public:
   std::set<std::string> keys;
 };
 
-HistoryRequest requestOf(std::optional<std::int64_t> records, int years = 1) {
+HistoryOptions optionsOf(std::optional<std::int64_t> records, int years = 1) {
   return {.today = today, .years = years, .seed = 1, .records = records};
 }
 
-Observer told(const Person& person, const HistoryRequest& request) {
+Observer told(const Person& person, const HistoryOptions& options) {
   Observer observer;
-  tellHistory(person, request, observer);
+  tellHistory(person, options, observer);
   return observer;
 }
 
@@ -61,14 +61,14 @@ Person ann() { return household(1).at(0); }
 Person ben() { return household(2).at(1); }
 
 TEST(History, TellsNoSampleTwiceAndNoneBackwards) {
-  const Observer observer = told(ann(), requestOf(std::nullopt));
+  const Observer observer = told(ann(), optionsOf(std::nullopt));
 
   EXPECT_EQ(observer.repeated, 0);
   EXPECT_EQ(observer.backwards, 0);
 }
 
 TEST(History, TellsNoSampleTwiceHoweverDense) {
-  const Observer observer = told(ann(), requestOf(600000));
+  const Observer observer = told(ann(), optionsOf(600000));
 
   EXPECT_EQ(observer.repeated, 0);
 }
@@ -76,7 +76,7 @@ TEST(History, TellsNoSampleTwiceHoweverDense) {
 class WantedRecords : public testing::TestWithParam<int> {};
 
 TEST_P(WantedRecords, AreToldWithinAFewPercent) {
-  const Observer observer = told(ann(), requestOf(GetParam()));
+  const Observer observer = told(ann(), optionsOf(GetParam()));
 
   EXPECT_NEAR(observer.samples, GetParam(), 0.05 * GetParam());
 }
@@ -84,8 +84,8 @@ TEST_P(WantedRecords, AreToldWithinAFewPercent) {
 INSTANTIATE_TEST_SUITE_P(Cases, WantedRecords, testing::Values(5000, 60000, 500000));
 
 TEST(History, KeepsTheTotalsOfADayWhenItGetsDenser) {
-  const Observer natural = told(ann(), requestOf(std::nullopt));
-  const Observer dense = told(ann(), requestOf(natural.samples * 3));
+  const Observer natural = told(ann(), optionsOf(std::nullopt));
+  const Observer dense = told(ann(), optionsOf(natural.samples * 3));
   const auto sum = [](const Observer& observer) {
     double total = 0;
     for (const auto& [day, steps] : observer.steps) total += steps;
@@ -96,7 +96,7 @@ TEST(History, KeepsTheTotalsOfADayWhenItGetsDenser) {
 }
 
 TEST(History, EndsWithTheSyncAndBeginsYearsBefore) {
-  const Observer observer = told(ann(), requestOf(10000, 2));
+  const Observer observer = told(ann(), optionsOf(10000, 2));
 
   EXPECT_LE(observer.lastEnd, lastSync(today).moment);
   EXPECT_EQ(observer.sourcesOfDay.begin()->first.substr(0, 7), "2024-11");
@@ -105,23 +105,23 @@ TEST(History, EndsWithTheSyncAndBeginsYearsBefore) {
 TEST(History, IsTheSameADayAtATime) {
   const Person person = ann();
   Observer observer;
-  History history(person, requestOf(20000));
+  History history(person, optionsOf(20000));
   int days = 0;
   while (history.tellNextDay(observer)) ++days;
 
   EXPECT_EQ(days, 366);
-  EXPECT_EQ(observer.keys, told(person, requestOf(20000)).keys);
+  EXPECT_EQ(observer.keys, told(person, optionsOf(20000)).keys);
   EXPECT_FALSE(history.tellNextDay(observer));
 }
 
 TEST(History, HasNothingOfThoseWhoWereJustPaired) {
-  const Observer observer = told(household(3).at(2), requestOf(std::nullopt));
+  const Observer observer = told(household(3).at(2), optionsOf(std::nullopt));
 
   EXPECT_EQ(observer.samples + observer.workouts, 0);
 }
 
 TEST(History, LeavesTheWatchAtHomeNowAndThenAndInRepairForAWeek) {
-  const Observer observer = told(ann(), requestOf(std::nullopt));
+  const Observer observer = told(ann(), optionsOf(std::nullopt));
   const auto daysWithout = observer.sourcesOfDay.size() - observer.daysWithPulse.size();
 
   for (const char* day : {"2026-02-10", "2026-02-13", "2026-02-16"}) {
@@ -132,13 +132,13 @@ TEST(History, LeavesTheWatchAtHomeNowAndThenAndInRepairForAWeek) {
 }
 
 TEST(History, HasNothingFromTheFutureOfTheFirstTwoMembers) {
-  const Observer observer = told(ben(), requestOf(std::nullopt));
+  const Observer observer = told(ben(), optionsOf(std::nullopt));
 
   EXPECT_LE(observer.lastEnd, lastSync(today).moment);
 }
 
 TEST(History, OfAPhoneAloneIsShorterThanFourHundredDaysWithItsMisdatedSample) {
-  const Observer observer = told(household(5).at(4), requestOf(std::nullopt));
+  const Observer observer = told(household(5).at(4), optionsOf(std::nullopt));
   const std::string& first = observer.sourcesOfDay.begin()->first;
   const std::string& last = observer.sourcesOfDay.rbegin()->first;
 
