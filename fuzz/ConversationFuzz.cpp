@@ -22,7 +22,7 @@ public:
     std::ostringstream unseen;
     Progress progress(unseen, false, [] { return 0.0; });
     Logger quiet(std::nullopt, Logger::Level::error, false, [] { return 0.0; });
-    writeHousehold(options, std::chrono::year{2026} / 11 / 20, unseen, progress, quiet);
+    writeHousehold(options, std::chrono::year{2026} / 11 / 20, unseen, progress);
     muteAccessLog(dataRoot());
     const HealthStore ann((dataRoot() / "members/ann-01/health.db").string(), {}, quiet);
     newest = ann.workoutDetails(std::nullopt, std::nullopt).front().workout_id();

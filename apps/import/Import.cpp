@@ -13,7 +13,7 @@
 #include "platform/AppleFormat.h"
 #include "platform/Phrase.h"
 #include "platform/Text.h"
-#include "store/HealthStore.h"
+#include "store/Schema.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -85,24 +85,18 @@ struct Outcome {
 /// Everything that happens in the database. Fills the counts of `report`.
 Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
               const ImportSurroundings& surroundings, ImportReport& report) {
-  // First, because the store changes the file, and the zone may be a reason not to import into it.
+  // First, because a migration changes the file, and the zone may be a reason not to import into
+  // it.
   MemberZone zone({.member = order.name,
                    .id = place.id,
                    .database = place.database,
                    .asked = order.timeZone,
                    .machine = surroundings.timeZone,
                    .interrupted = surroundings.interrupted});
-  // The store makes the file and brings its tables up to date, before the one transaction begins.
-  Logger quiet(std::nullopt, Logger::Level::error, false, surroundings.clock);
-  const std::string path = place.database.string();
-  {
-    const HealthStore migrated(
-        path,
-        {.createIfMissing = true, .readOnly = false, .interrupted = &surroundings.interrupted},
-        quiet);
-  }
-  Database database(path,
-                    {.create = false, .readOnly = false, .interrupted = &surroundings.interrupted});
+  // Makes the file, and its tables before the one transaction begins.
+  Database database(place.database.string(),
+                    {.create = true, .readOnly = false, .interrupted = &surroundings.interrupted});
+  Schema::migrate(database);
   ImportWriter writer(database,
                       {.inUse = place.inUse,
                        .lastSyncAt = place.lastSyncAt,

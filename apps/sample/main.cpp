@@ -4,7 +4,6 @@
 #include "platform/AppLanguage.h"
 #include "platform/AppleFormat.h"
 #include "platform/Clock.h"
-#include "platform/Logger.h"
 #include "platform/System.h"
 #include "sample/Options.h"
 #include "sample/Progress.h"
@@ -34,8 +33,7 @@ int write(const Options& options) {
     writeExport(options, today, std::cout, progress);
     return succeeded;
   }
-  Logger log(std::nullopt, Logger::Level::error, true, systemTime);
-  writeHousehold(options, today, std::cout, progress, log);
+  writeHousehold(options, today, std::cout, progress);
   return succeeded;
 }
 

@@ -1,8 +1,6 @@
 #include "bench/import/BareInsertion.h"
 #include "import/database/ImportWriter.h"
-#include "platform/Clock.h"
-#include "platform/Logger.h"
-#include "store/HealthStore.h"
+#include "store/Schema.h"
 
 #include <cstddef>
 #include <optional>
@@ -134,10 +132,9 @@ void set(const Database& database) {
 }  // namespace
 
 Cost bareInsertion(const std::filesystem::path& source, const std::filesystem::path& target) {
-  Logger log(std::nullopt, Logger::Level::error, false, systemTime);
-  { const HealthStore made(target.string(), {.createIfMissing = true, .readOnly = false}, log); }
   const Database from(source.string(), {});
-  const Database into(target.string(), {.create = false, .readOnly = false});
+  Database into(target.string(), {.create = true, .readOnly = false});
+  Schema::migrate(into);
   set(into);
 
   Cost cost = run(into, "BEGIN IMMEDIATE");

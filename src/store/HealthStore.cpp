@@ -1,7 +1,8 @@
-// Opening a member's database, and the schema it has.
+// Opening a member's database.
 
 #include "store/HealthStore.h"
 #include "platform/ControlProtocol.h"
+#include "store/Schema.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -45,12 +46,10 @@ HealthStore::HealthStore(std::string path, Options options, Logger& log)
   log.write(Logger::Level::debug, "打开库:" + this->path);
   if (options.readOnly) {
     // Deferred: reads nothing and locks nothing until the first query, then holds that state.
-    exec("BEGIN");
+    db.exec("BEGIN");
     return;
   }
-  exec("PRAGMA journal_mode=WAL");
-  exec("PRAGMA synchronous=NORMAL");
-  migrate();
+  Schema::migrate(db);
 }
 
 Statement HealthStore::prepare(const std::string& sql, std::string stepFailure) const {
@@ -60,82 +59,9 @@ Statement HealthStore::prepare(const std::string& sql, std::string stepFailure) 
   return db.prepare(sql, std::move(stepFailure));
 }
 
-void HealthStore::exec(const std::string& sql) { db.exec(sql); }
-
 bool HealthStore::hasTable(std::string_view name) const {
   Statement query = prepare("SELECT COUNT(*) FROM sqlite_master WHERE type='table' AND name=?");
   query.bind(1, name);
   const std::optional<Row> row = query.next();
   return row && row->find<std::int64_t>(0).value_or(0) > 0;
-}
-
-namespace {
-
-constexpr const char* mainSchema = R"sql(
-CREATE TABLE IF NOT EXISTS imports (
-  id INTEGER PRIMARY KEY, imported_at TEXT NOT NULL, source_file TEXT NOT NULL,
-  source_bytes INTEGER, n_records INTEGER, n_workouts INTEGER, n_summary INTEGER, n_ecg INTEGER,
-  n_routes INTEGER);
-CREATE TABLE IF NOT EXISTS records (
-  type TEXT NOT NULL, source_name TEXT, device TEXT, unit TEXT, start_date TEXT NOT NULL,
-  start_day TEXT, end_date TEXT, creation_date TEXT, value TEXT, value_num REAL,
-  UNIQUE (type, source_name, start_date, end_date, value));
-CREATE TABLE IF NOT EXISTS workouts (
-  activity_type TEXT, duration_min REAL, source_name TEXT, start_date TEXT NOT NULL,
-  start_day TEXT, end_date TEXT, creation_date TEXT, distance_km REAL, active_energy_kcal REAL,
-  basal_energy_kcal REAL, hr_avg REAL, hr_min REAL, hr_max REAL, elevation_m REAL, avg_mets REAL,
-  indoor INTEGER, temp_c REAL, humidity_pct REAL,
-  UNIQUE (activity_type, source_name, start_date, end_date));
-CREATE TABLE IF NOT EXISTS activity_summary (
-  date TEXT PRIMARY KEY, active_energy REAL, active_energy_goal REAL, active_energy_unit TEXT,
-  move_time REAL, move_time_goal REAL, exercise_time REAL, exercise_time_goal REAL,
-  stand_hours REAL, stand_hours_goal REAL);
-CREATE TABLE IF NOT EXISTS ecg (
-  id INTEGER PRIMARY KEY, file TEXT NOT NULL UNIQUE, person TEXT, birth_date TEXT,
-  recorded_at TEXT, classification TEXT, symptoms TEXT, sw_version TEXT, device TEXT,
-  sample_rate_hz REAL, lead TEXT, unit TEXT, n_samples INTEGER, duration_s REAL);
-CREATE TABLE IF NOT EXISTS ecg_samples (
-  ecg_id INTEGER NOT NULL REFERENCES ecg(id), idx INTEGER NOT NULL, uv REAL,
-  PRIMARY KEY (ecg_id, idx)) WITHOUT ROWID;
-CREATE TABLE IF NOT EXISTS routes (
-  id INTEGER PRIMARY KEY, file TEXT NOT NULL UNIQUE, name TEXT, start_time TEXT, end_time TEXT,
-  n_points INTEGER, duration_s REAL, distance_m REAL, ele_gain_m REAL, ele_min REAL, ele_max REAL,
-  avg_speed_ms REAL, max_speed_ms REAL);
-CREATE TABLE IF NOT EXISTS route_points (
-  route_id INTEGER NOT NULL REFERENCES routes(id), idx INTEGER NOT NULL, time TEXT, lat REAL,
-  lon REAL, ele REAL, speed REAL, course REAL, hacc REAL, vacc REAL,
-  PRIMARY KEY (route_id, idx)) WITHOUT ROWID;
-CREATE INDEX IF NOT EXISTS ix_rec_type_day ON records(type, start_day);
-CREATE INDEX IF NOT EXISTS ix_wo_day ON workouts(start_day);
-)sql";
-
-constexpr const char* humiditySchema =
-    "CREATE TABLE IF NOT EXISTS workout_humidity (workout_id TEXT PRIMARY KEY, data TEXT NOT NULL)";
-
-constexpr const char* statisticsSchema = R"sql(
-CREATE TABLE IF NOT EXISTS stat_types (type TEXT PRIMARY KEY, n INTEGER NOT NULL, last TEXT);
-CREATE TABLE IF NOT EXISTS stat_sources (source_name TEXT PRIMARY KEY, n INTEGER NOT NULL, last TEXT);
-CREATE TABLE IF NOT EXISTS stat_meta (k TEXT PRIMARY KEY, v TEXT);
-)sql";
-
-}  // namespace
-
-void HealthStore::migrate() {
-  exec(mainSchema);
-  addColumnIfMissing("imports", "types", "TEXT");
-  exec(humiditySchema);
-  exec(statisticsSchema);
-  Statement query = prepare("SELECT COUNT(*) FROM (SELECT 1 FROM records LIMIT 1)");
-  const std::optional<Row> row = query.next();
-  const bool hasRecords = row && row->find<std::int64_t>(0).value_or(0) != 0;
-  // The statistics of no records are complete; those of records are for whoever builds them.
-  if (!hasRecords) exec("INSERT OR IGNORE INTO stat_meta (k, v) VALUES ('built', '1')");
-}
-
-void HealthStore::addColumnIfMissing(const std::string& table, const std::string& column,
-                                     const std::string& type) {
-  Statement query = prepare("PRAGMA table_info(" + table + ")");
-  bool found = false;
-  while (const std::optional<Row> row = query.next()) found |= row->text(1) == column;
-  if (!found) exec("ALTER TABLE " + table + " ADD COLUMN " + column + " " + type);
 }

@@ -46,7 +46,7 @@ class HealthStore final : public SummaryDataSource {
 public:
   struct Options {
     bool createIfMissing = false;  ///< make the directory and the file if need be
-    bool readOnly = true;          ///< otherwise WAL mode, and the schema is brought up to date
+    bool readOnly = true;          ///< otherwise migrated, see store/Schema.h
     int patienceMilliseconds = usualPatienceMilliseconds;  ///< see Database::Options
     Patience* sharedPatience = nullptr;                    ///< the same
     const std::function<bool()>* interrupted = nullptr;    ///< see Database::Options
@@ -116,10 +116,6 @@ public:
   WorkoutStats workoutStats(std::string_view from, std::string_view to) const override;
 
 private:
-  void exec(const std::string& sql);
-  void migrate();
-  void addColumnIfMissing(const std::string& table, const std::string& column,
-                          const std::string& type);
   bool hasTable(std::string_view name) const;
   std::vector<DailyValue> medianSeries(std::string_view type, std::string_view from,
                                        std::string_view to) const;

@@ -1,5 +1,6 @@
 #include "support/TestDatabase.h"
 #include "platform/Files.h"
+#include "store/Schema.h"
 
 #include <array>
 #include <cstddef>
@@ -35,12 +36,14 @@ std::string startOf(const std::optional<std::string>& stamp,
   return stamp ? *stamp : day.value_or("2024-03-01") + " 08:00:00 +0000";
 }
 
-/// The bytes of a database that the store has just made.
+/// The bytes of a database that was just made.
 std::string migratedFile() {
   const TemporaryFolder folder;
   const std::filesystem::path path = folder / "health.sqlite";
-  Logger quiet(std::nullopt, Logger::Level::error, false, [] { return 0.0; });
-  { const HealthStore store(path.string(), {.createIfMissing = true, .readOnly = false}, quiet); }
+  {
+    Database database(path.string(), {.create = true, .readOnly = false});
+    Schema::migrate(database);
+  }
   return fileContents(path).value();
 }
 

@@ -6,7 +6,7 @@
 #include "sample/household/RosterWriter.h"
 #include "sample/life/History.h"
 #include "sample/life/Person.h"
-#include "store/HealthStore.h"
+#include "store/Schema.h"
 
 #include <filesystem>
 #include <optional>
@@ -29,8 +29,7 @@ RecordWriter::Statistics statisticsOf(const Person& person) {
 /// Writes people's databases, the way the options want it.
 class Writing {
 public:
-  Writing(std::ostream& report, Progress& progress, Logger& log)
-      : report(report), progress(progress), log(log) {}
+  Writing(std::ostream& report, Progress& progress) : report(report), progress(progress) {}
 
   /// As the receiver application leaves the database.
   void received(const Person& person, const HistoryOptions& life,
@@ -57,9 +56,11 @@ public:
 
 private:
   template <typename Tell>
-  void write(const Person& person, const std::filesystem::path& database, Tell tell) {
-    HealthStore store(database.string(), {.createIfMissing = true, .readOnly = false}, log);
-    RecordWriter writer(store, progress);
+  void write(const Person& person, const std::filesystem::path& path, Tell tell) {
+    std::filesystem::create_directories(path.parent_path());
+    Database database(path.string(), {.create = true, .readOnly = false});
+    Schema::migrate(database);
+    RecordWriter writer(database, progress);
     progress.begin(person.name);
     tell(writer);
     progress.end();
@@ -68,7 +69,6 @@ private:
 
   std::ostream& report;
   Progress& progress;
-  Logger& log;
 };
 
 }  // namespace
@@ -79,7 +79,7 @@ std::string memberReport(const Person& person, std::int64_t records, std::int64_
 }
 
 void writeHousehold(const Options& options, CivilDay today, std::ostream& report,
-                    Progress& progress, Logger& log) {
+                    Progress& progress) {
   const std::filesystem::path root = std::filesystem::absolute(options.out).lexically_normal();
   const std::filesystem::path rosterPath = root / "members.json";
   const std::vector<Person> people = household(options.members);
@@ -88,7 +88,7 @@ void writeHousehold(const Options& options, CivilDay today, std::ostream& report
 
   HistoryOptions life{
       .today = today, .years = options.years, .seed = options.seed, .records = options.records};
-  Writing writing(report, progress, log);
+  Writing writing(report, progress);
   Roster::File roster{.version = 1, .members = {}};
   for (const Person& person : people) {
     const std::filesystem::path database = databasePath(root, person);

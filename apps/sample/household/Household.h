@@ -1,7 +1,6 @@
 #pragma once
 // A whole data root: everybody's database, then the roster that names them.
 
-#include "platform/Logger.h"
 #include "sample/Options.h"
 #include "sample/Progress.h"
 #include "sample/life/Person.h"
@@ -19,4 +18,4 @@ std::string memberReport(const Person& person, std::int64_t records, std::int64_
 /// ReceiverError before anything is written; failures to write leave as ReceiverError or
 /// std::system_error.
 void writeHousehold(const Options& options, CivilDay today, std::ostream& report,
-                    Progress& progress, Logger& log);
+                    Progress& progress);

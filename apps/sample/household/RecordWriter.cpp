@@ -5,19 +5,20 @@
 #include <optional>
 #include <variant>
 
-RecordWriter::RecordWriter(HealthStore& store, Progress& progress)
-    : store(store),
+RecordWriter::RecordWriter(Database& database, Progress& progress)
+    : database(database),
       progress(progress),
-      insertSample(store.prepare("INSERT INTO records (type, source_name, device, unit, start_date,"
-                                 " start_day, end_date, creation_date, value, value_num)"
-                                 " VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")),
-      insertWorkout(store.prepare(
+      insertSample(
+          database.prepare("INSERT INTO records (type, source_name, device, unit, start_date,"
+                           " start_day, end_date, creation_date, value, value_num)"
+                           " VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")),
+      insertWorkout(database.prepare(
           "INSERT INTO workouts (activity_type, duration_min, source_name, start_date, start_day,"
           " end_date, creation_date, distance_km, active_energy_kcal, basal_energy_kcal, hr_avg,"
           " hr_min, hr_max, elevation_m, avg_mets, indoor, temp_c, humidity_pct)"
           " VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")),
       insertHumidity(
-          store.prepare("INSERT INTO workout_humidity (workout_id, data) VALUES (?, ?)")) {
+          database.prepare("INSERT INTO workout_humidity (workout_id, data) VALUES (?, ?)")) {
   // Nobody reads the file before the roster names it, and the roster comes last: a crash costs
   // nothing but another run.
   run("PRAGMA synchronous=OFF");
@@ -27,7 +28,7 @@ RecordWriter::RecordWriter(HealthStore& store, Progress& progress)
   run("BEGIN");
 }
 
-void RecordWriter::run(const char* sql) { store.prepare(sql).run(); }
+void RecordWriter::run(const char* sql) { database.prepare(sql).run(); }
 
 namespace {
 
@@ -107,14 +108,16 @@ void RecordWriter::add(const Workout& workout) {
 }
 
 void RecordWriter::insertCounts(const char* sql, const Counts& counts) {
-  Statement insert = store.prepare(sql);
+  Statement insert = database.prepare(sql);
   for (const auto& [key, entry] : counts) {
     insert.bind(1, key).bind(2, entry.count).bind(3, entry.last).run();
   }
 }
 
 void RecordWriter::noteImportZone(std::string_view name) {
-  store.prepare("INSERT INTO stat_meta (k, v) VALUES ('import_time_zone', ?)").bind(1, name).run();
+  database.prepare("INSERT INTO stat_meta (k, v) VALUES ('import_time_zone', ?)")
+      .bind(1, name)
+      .run();
 }
 
 void RecordWriter::finish(Statistics statistics) {
@@ -122,7 +125,7 @@ void RecordWriter::finish(Statistics statistics) {
     insertCounts("INSERT INTO stat_types (type, n, last) VALUES (?, ?, ?)", types);
     insertCounts("INSERT INTO stat_sources (source_name, n, last) VALUES (?, ?, ?)", sources);
   } else {
-    // The store marked the statistics of the empty file as complete; those of its records are not.
+    // A new file has its statistics marked as complete; those of its records are not.
     run("DELETE FROM stat_meta WHERE k = 'built'");
   }
   run("COMMIT");

@@ -3,22 +3,22 @@
 
 #include "sample/Progress.h"
 #include "sample/life/Sample.h"
-#include "store/HealthStore.h"
+#include "store/Database.h"
 
 #include <cstdint>
 #include <map>
 #include <string>
 #include <string_view>
 
-/// Inserts into a writable store, in transactions of many rows. Failures leave as ReceiverError.
+/// Inserts into a writable database, in transactions of many rows. Failures leave as ReceiverError.
 class RecordWriter final : public RecordSink {
 public:
   /// Whether the tables of statistics are left as a receiver leaves them after its run, or as an
   /// older one that never built them.
   enum class Statistics { built, missing };
 
-  /// Begins writing. `store` is new and empty; both outlive the writer.
-  RecordWriter(HealthStore& store, Progress& progress);
+  /// Begins writing. `database` is new and empty; both outlive the writer.
+  RecordWriter(Database& database, Progress& progress);
 
   void add(const Sample& sample) override;
   void add(const Workout& workout) override;
@@ -43,7 +43,7 @@ private:
   void run(const char* sql);
   void insertCounts(const char* sql, const Counts& counts);
 
-  HealthStore& store;
+  Database& database;
   Progress& progress;
   Statement insertSample;
   Statement insertWorkout;

@@ -30,7 +30,7 @@ std::string blockOf(const std::string& readme, const std::string& language) {
 }
 
 /// The household that both files name for their example, at `root`.
-void writeExampleHousehold(const std::filesystem::path& root, Logger& log) {
+void writeExampleHousehold(const std::filesystem::path& root) {
   Options options;
   options.out = root;
   options.members = 1;
@@ -41,7 +41,7 @@ void writeExampleHousehold(const std::filesystem::path& root, Logger& log) {
   std::ostringstream report;
   std::ostringstream quiet;
   Progress progress(quiet, false, systemTime);
-  writeHousehold(options, today, report, progress, log);
+  writeHousehold(options, today, report, progress);
 }
 
 struct ReadmeCase {
@@ -66,7 +66,7 @@ TEST_P(Readme, OpensWithWhatTheServerAnswers) {
   const TemporaryFolder folder;
   const Clock clock = [] { return 1795147200.0; };  // 2026-11-20 08:00 in Shanghai
   Logger log(std::nullopt, Logger::Level::error, false, clock);
-  writeExampleHousehold(folder / "household", log);
+  writeExampleHousehold(folder / "household");
   Roster roster(folder / "household" / "members.json", log, clock);
   roster.load();
   const auto call = nlohmann::json::parse(blockOf(readme, "json"));

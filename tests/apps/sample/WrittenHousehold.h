@@ -1,6 +1,7 @@
 #pragma once
 // A sample household that was really written, and questions to its databases.
 
+#include "platform/Logger.h"
 #include "sample/household/Household.h"
 #include "store/Database.h"
 #include "support/TemporaryFolder.h"
@@ -28,7 +29,7 @@ public:
     options.out = folder / "root";
     std::ostringstream unseen;
     Progress progress(unseen, false, [] { return 0.0; });
-    writeHousehold(options, day, report, progress, quiet);
+    writeHousehold(options, day, report, progress);
   }
 
   std::string database(const std::string& id) const {

@@ -84,8 +84,7 @@ TEST(SampleHousehold, IsNotWrittenOverARoster) {
   again.out = household.folder / "root";
   Progress progress(household.report, false, [] { return 0.0; });
 
-  EXPECT_THROW(writeHousehold(again, sampleDay, household.report, progress, household.quiet),
-               ReceiverError);
+  EXPECT_THROW(writeHousehold(again, sampleDay, household.report, progress), ReceiverError);
   EXPECT_EQ(fileContents(roster), before);
 }
 
@@ -96,8 +95,7 @@ TEST(SampleHousehold, IsNotWrittenOverAMembersDatabase) {
   again.out = household.folder / "root";
   Progress progress(household.report, false, [] { return 0.0; });
 
-  EXPECT_THROW(writeHousehold(again, sampleDay, household.report, progress, household.quiet),
-               ReceiverError);
+  EXPECT_THROW(writeHousehold(again, sampleDay, household.report, progress), ReceiverError);
   EXPECT_FALSE(std::filesystem::exists(household.folder / "root/members.json"));
 }
 
