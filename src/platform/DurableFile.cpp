@@ -1,4 +1,5 @@
 #include "platform/DurableFile.h"
+#include "platform/Descriptor.h"
 #include "platform/Files.h"
 
 #include <fcntl.h>
@@ -25,51 +26,47 @@ int uninterrupted(Call call) {
   return result;
 }
 
-/// A descriptor, closed by the destructor.
-class Descriptor {
+/// An open file. What fails is told by its path.
+class OpenFile {
 public:
-  Descriptor(const std::filesystem::path& path, int flags)
-      : path(path),
-        descriptor(uninterrupted([&] { return open(path.c_str(), flags | O_CLOEXEC, 0600); })) {
-    if (descriptor < 0) fail(path);
+  OpenFile(const std::filesystem::path& path, int flags)
+      : path(path), descriptor(Descriptor::ofFile(path, flags)) {
+    if (!descriptor) fail(path);
   }
-  ~Descriptor() { close(descriptor); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
 
   void write(std::string_view bytes) const {
-    if (!writeAll(descriptor, bytes)) fail(path);
+    if (!writeAll(descriptor.get(), bytes)) fail(path);
   }
 
   /// Waits until the disk itself has what was written.
   void sync() const {
 #ifdef F_FULLFSYNC
     // Where fsync stops at the drive's cache, this goes on; not every file system can.
-    if (uninterrupted([this] { return fcntl(descriptor, F_FULLFSYNC); }) == 0) return;
+    if (uninterrupted([this] { return fcntl(descriptor.get(), F_FULLFSYNC); }) == 0) return;
 #endif
-    if (uninterrupted([this] { return fsync(descriptor); }) != 0) fail(path);
+    if (uninterrupted([this] { return fsync(descriptor.get()); }) != 0) fail(path);
   }
 
   /// Makes mode, owner and group those of `other`. Only the administrator may give a file away.
   void take(const struct stat& other) const {
     struct stat own {};
-    if (fstat(descriptor, &own) != 0) fail(path);
+    if (fstat(descriptor.get(), &own) != 0) fail(path);
     const bool sameOwner = own.st_uid == other.st_uid;
     const bool sameGroup = own.st_gid == other.st_gid;
     constexpr auto unchanged = static_cast<uid_t>(-1);
-    const bool hasGroup = sameGroup || fchown(descriptor, unchanged, other.st_gid) == 0;
+    const bool hasGroup = sameGroup || fchown(descriptor.get(), unchanged, other.st_gid) == 0;
     mode_t mode = other.st_mode & 0777U;
     if (!hasGroup) mode &= ~0070U | (mode & 0007U) << 3U;
-    if (fchmod(descriptor, mode) != 0) fail(path);
-    if (!sameOwner && fchown(descriptor, other.st_uid, static_cast<gid_t>(-1)) != 0 &&
+    if (fchmod(descriptor.get(), mode) != 0) fail(path);
+    if (!sameOwner && fchown(descriptor.get(), other.st_uid, static_cast<gid_t>(-1)) != 0 &&
         errno != EPERM) {
       fail(path);
     }
   }
 
 private:
-  const std::filesystem::path& path;  ///< outlives the descriptor
-  int descriptor;
+  const std::filesystem::path& path;  ///< outlives the open file
+  Descriptor descriptor;
 };
 
 std::filesystem::path withoutLinks(const std::filesystem::path& path) {
@@ -83,7 +80,7 @@ void replaceDurably(const std::filesystem::path& path, std::string_view bytes) {
   std::filesystem::path unfinished = target;
   unfinished += ".new";
   std::filesystem::remove(unfinished);  // what an interrupted writer left
-  const Descriptor file(unfinished, O_WRONLY | O_CREAT | O_EXCL);
+  const OpenFile file(unfinished, O_WRONLY | O_CREAT | O_EXCL);
   try {
     struct stat replaced {};
     if (stat(target.c_str(), &replaced) == 0) file.take(replaced);
@@ -98,4 +95,4 @@ void replaceDurably(const std::filesystem::path& path, std::string_view bytes) {
   syncFolder(target.has_parent_path() ? target.parent_path() : ".");  // the new name is its entry
 }
 
-void syncFolder(const std::filesystem::path& path) { Descriptor(path, O_RDONLY).sync(); }
+void syncFolder(const std::filesystem::path& path) { OpenFile(path, O_RDONLY).sync(); }

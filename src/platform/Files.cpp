@@ -1,4 +1,5 @@
 #include "platform/Files.h"
+#include "platform/Descriptor.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -73,10 +74,8 @@ void makeTerminalOwn(int descriptor) {
   const std::string path = ttyname_r(descriptor, name, sizeof name) == 0
                                ? name
                                : "/dev/fd/" + std::to_string(descriptor);
-  const int own = open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-  if (own < 0) return;
-  dup2(own, descriptor);
-  close(own);
+  const Descriptor own = Descriptor::ofFile(path, O_WRONLY | O_NONBLOCK | O_NOCTTY);
+  if (own) dup2(own.get(), descriptor);
 }
 
 namespace {

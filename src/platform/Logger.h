@@ -3,6 +3,7 @@
 // carries the protocol; never a health value.
 
 #include "platform/Clock.h"
+#include "platform/Descriptor.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -21,9 +22,6 @@ public:
   /// standard error: those of level `error`, or all when it is a terminal at this moment.
   Logger(const std::optional<std::filesystem::path>& path, Level minLevel, bool toStderr,
          Clock clock);
-  ~Logger();
-  Logger(const Logger&) = delete;
-  Logger& operator=(const Logger&) = delete;
 
   /// The most bytes that a record of the file has, its line feed included. A client says what
   /// stands in it, and must not be able to fill the disk.
@@ -40,8 +38,8 @@ private:
   void append(std::string_view record);
 
   std::mutex lock;
-  int handle = -1;    ///< the file, opened for appending; -1 without one
-  bool torn = false;  ///< the last record of the file, as far as is known, has no end
+  Descriptor file;  ///< opened for appending; none without a path
+  bool torn;        ///< the last record of the file, as far as is known, has no end
   Level minLevel;
   bool toStderr;
   Level stderrMinLevel;

@@ -1,6 +1,7 @@
 // What the Linux kernel refuses to a confined program: files by Landlock, the network by Landlock
 // and, with sockets, programs and tracing, by a seccomp filter.
 
+#include "platform/Descriptor.h"
 #include "platform/Files.h"
 #include "platform/Mounts.h"
 #include "platform/System.h"
@@ -74,22 +75,6 @@ std::size_t sizeFor(long edition) {
   return edition >= 4 ? offsetof(RulesetAttributes, scopes) : offsetof(RulesetAttributes, network);
 }
 
-/// A descriptor, closed by the destructor.
-class Descriptor {
-public:
-  explicit Descriptor(long number) : number(static_cast<int>(number)) {}
-  ~Descriptor() {
-    if (number >= 0) close(number);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  int get() const { return number; }
-
-private:
-  int number;
-};
-
 /// The rules of a process to be, made step by step. False stands for a kernel that refuses one.
 class Ruleset {
 public:
@@ -98,8 +83,8 @@ public:
 
   /// Allows `rights` to a file, or below a folder. What is not there needs no rule.
   bool allow(const path& place, std::uint64_t rights) {
-    const Descriptor file(open(place.c_str(), O_PATH | O_CLOEXEC));
-    if (file.get() < 0) return errno != EMFILE && errno != ENFILE && errno != ENOMEM;
+    const Descriptor file = Descriptor::ofFile(place, O_PATH);
+    if (!file) return errno != EMFILE && errno != ENFILE && errno != ENOMEM;
     struct stat status {};
     if (fstat(file.get(), &status) != 0) return false;
     const std::uint64_t possible = S_ISDIR(status.st_mode) ? refused.files : ofOneFile;
@@ -115,8 +100,9 @@ public:
   bool refusesNetwork() const { return refused.network != 0; }
 
 private:
-  static long made(const RulesetAttributes& attributes, long edition) {
-    return syscall(SYS_landlock_create_ruleset, &attributes, sizeFor(edition), 0U);
+  static int made(const RulesetAttributes& attributes, long edition) {
+    return static_cast<int>(
+        syscall(SYS_landlock_create_ruleset, &attributes, sizeFor(edition), 0U));
   }
 
   RulesetAttributes refused;

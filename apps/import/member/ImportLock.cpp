@@ -21,15 +21,6 @@ constexpr Phrase anotherImport{"另一个导入正在进行,等它结束后再�
       "import lock", path, std::error_code(error, std::generic_category()));
 }
 
-/// The open file; negative, with errno set, when it cannot be opened.
-int openedFile(const std::filesystem::path& path, int flags) {
-  int descriptor = -1;
-  do {
-    descriptor = open(path.c_str(), O_RDWR | O_CLOEXEC | flags, 0600);
-  } while (descriptor < 0 && errno == EINTR);
-  return descriptor;
-}
-
 }  // namespace
 
 // An import that made the file and comes to nothing removes it while it holds the lock. Another one
@@ -48,18 +39,18 @@ ImportLock::~ImportLock() { release(); }
 
 /// False when the folder or the file went between two looks.
 bool ImportLock::tryToOpen() {
-  descriptor = openedFile(path, O_CREAT | O_EXCL);
-  madeFile = descriptor >= 0;
-  if (descriptor < 0 && errno == EEXIST) descriptor = openedFile(path, 0);
-  if (descriptor < 0 && errno != ENOENT) fail(path, errno);
-  return descriptor >= 0;
+  file = Descriptor::ofFile(path, O_RDWR | O_CREAT | O_EXCL);
+  madeFile = static_cast<bool>(file);
+  if (!file && errno == EEXIST) file = Descriptor::ofFile(path, O_RDWR);
+  if (!file && errno != ENOENT) fail(path, errno);
+  return static_cast<bool>(file);
 }
 
 /// False, with the file closed, when it is not the one that others find.
 bool ImportLock::lockFile() {
   int result = 0;
   do {
-    result = flock(descriptor, LOCK_EX | LOCK_NB);
+    result = flock(file.get(), LOCK_EX | LOCK_NB);
   } while (result != 0 && errno == EINTR);
   const int error = errno;
   if (result == 0 && isStillThere()) return true;
@@ -74,13 +65,13 @@ bool ImportLock::lockFile() {
 bool ImportLock::isStillThere() const {
   struct stat locked {};
   struct stat named {};
-  return fstat(descriptor, &locked) == 0 && stat(path.c_str(), &named) == 0 &&
+  return fstat(file.get(), &locked) == 0 && stat(path.c_str(), &named) == 0 &&
          locked.st_dev == named.st_dev && locked.st_ino == named.st_ino;
 }
 
 void ImportLock::release() {
-  if (descriptor < 0) return;
+  if (!file) return;
   // Before the lock is given back: afterwards the file may be another import's.
   if (std::exchange(madeFile, false)) unlink(path.c_str());
-  close(std::exchange(descriptor, -1));
+  file = Descriptor();
 }

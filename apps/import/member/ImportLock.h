@@ -2,6 +2,7 @@
 // One import at a time.
 
 #include "import/member/MadeFolders.h"
+#include "platform/Descriptor.h"
 
 #include <filesystem>
 #include <optional>
@@ -32,6 +33,6 @@ private:
 
   std::optional<MadeFolders> folders;  // removed when the file has gone
   std::filesystem::path path;
-  int descriptor = -1;
+  Descriptor file;
   bool madeFile = false;  ///< and may remove it
 };

@@ -1,13 +1,13 @@
 #include "import/xml/ExportFile.h"
 #include "import/ImportError.h"
 #include "import/xml/ZipArchive.h"
+#include "platform/Descriptor.h"
 #include "platform/Files.h"
 #include "platform/Phrase.h"
 #include "platform/Text.h"
 
 #include <fcntl.h>
 #include <poll.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -51,18 +51,15 @@ public:
       : path(file), interrupted(std::move(interrupted)) {
     do {
       heed(this->interrupted);
-      descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    } while (descriptor < 0 && errno == EINTR);
-    if (descriptor < 0) throw ImportError(phrases::unreadable, {path.string()});
+      descriptor = Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    } while (!descriptor && errno == EINTR);
+    if (!descriptor) throw ImportError(phrases::unreadable, {path.string()});
   }
-  ~PlainFile() override { close(descriptor); }
-  PlainFile(const PlainFile&) = delete;
-  PlainFile& operator=(const PlainFile&) = delete;
 
   std::size_t read(std::span<char> buffer) override {
     awaitBytes();
     try {
-      return readSome(descriptor, buffer.data(), buffer.size());
+      return readSome(descriptor.get(), buffer.data(), buffer.size());
     } catch (const std::system_error&) {
       throw ImportError(phrases::unreadable, {path.string()});
     }
@@ -73,7 +70,7 @@ private:
   /// is short.
   void awaitBytes() const {
     constexpr int shortWaitMilliseconds = 200;
-    pollfd waiting{descriptor, POLLIN, 0};
+    pollfd waiting{descriptor.get(), POLLIN, 0};
     int ready = 0;
     do {
       heed(interrupted);
@@ -83,7 +80,7 @@ private:
 
   std::filesystem::path path;
   Interrupted interrupted;
-  int descriptor = -1;
+  Descriptor descriptor;
 };
 
 /// The first bytes of the file at `path`, `size` at most.
