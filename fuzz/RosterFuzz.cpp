@@ -2,9 +2,9 @@
 
 #include "Session.h"
 #include "Target.h"
-#include "platform/ControlProtocol.h"
 #include "platform/Files.h"
 #include "platform/JsonFields.h"
+#include "platform/ReceiverError.h"
 #include "roster/Roster.h"
 #include "support/TemporaryFolder.h"
 

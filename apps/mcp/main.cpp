@@ -7,6 +7,7 @@
 #include "platform/ControlProtocol.h"
 #include "platform/Files.h"
 #include "platform/MemoryReserve.h"
+#include "platform/ReceiverError.h"
 #include "platform/System.h"
 
 #include <sys/stat.h>

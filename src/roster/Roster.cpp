@@ -1,8 +1,8 @@
 #include "roster/Roster.h"
-#include "platform/ControlProtocol.h"
 #include "platform/Files.h"
 #include "platform/JsonFields.h"
 #include "platform/MemoryReserve.h"
+#include "platform/ReceiverError.h"
 #include "platform/Text.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #pragma once
 // SQLite behind three types that own or borrow its handles: a connection, a statement, a row.
 
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,7 +1,7 @@
 // Opening a member's database.
 
 #include "store/HealthStore.h"
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 #include "store/Schema.h"
 
 #include <algorithm>

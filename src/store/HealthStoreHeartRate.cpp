@@ -1,7 +1,7 @@
 // The heart-rate samples of one workout.
 
 #include "platform/AppleFormat.h"
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 #include "platform/Text.h"
 #include "store/HealthStore.h"
 #include "store/Queries.h"

@@ -1,6 +1,6 @@
 // Workouts: in numbers, in short, in full.
 
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 #include "store/HealthStore.h"
 
 #include <algorithm>

@@ -12,9 +12,4 @@ TEST(DefaultDataRoot, LiesInTheHomeDirectoryOfTheFirstUse) {
   EXPECT_EQ(ControlProtocol::defaultDataRoot(), "/home/kim/Library/Application Support/Larkspur");
 }
 
-TEST(ReceiverError, SaysItsMessageAndNothingElse) {
-  EXPECT_STREQ(ReceiverError("库文件不存在:/data/kim.sqlite").what(),
-               "库文件不存在:/data/kim.sqlite");
-}
-
 }  // namespace

@@ -1,8 +1,8 @@
 #pragma once
 // A roster file for the tests that load it.
 
-#include "platform/ControlProtocol.h"
 #include "platform/Files.h"
+#include "platform/ReceiverError.h"
 #include "roster/Roster.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,4 +1,4 @@
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 #include "store/Database.h"
 #include "support/TemporaryFolder.h"
 

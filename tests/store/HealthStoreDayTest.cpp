@@ -1,4 +1,4 @@
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 #include "store/HealthStore.h"
 #include "support/RuinedPages.h"
 #include "support/TestDatabase.h"

@@ -1,6 +1,6 @@
 // The order of a workout's samples, their segments, what all of them say, and one page of them.
 
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 #include "store/HealthStore.h"
 #include "support/TestDatabase.h"
 #include "support/WorkoutSamples.h"

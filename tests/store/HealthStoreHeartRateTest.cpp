@@ -1,6 +1,6 @@
 // Which heart-rate samples belong to a workout, and which of those can be read.
 
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 #include "store/HealthStore.h"
 #include "support/RuinedPages.h"
 #include "support/TestDatabase.h"

@@ -1,7 +1,7 @@
 // Which workout an identifier means, whether its times can be read, and how many samples are too
 // many.
 
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 #include "store/HealthStore.h"
 #include "support/TestDatabase.h"
 #include "support/WorkoutSamples.h"

@@ -1,6 +1,6 @@
 // Pipes where SQLite opens a file, when no check beforehand can find them.
 
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 #include "store/Database.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 // Opening a store in its three ways, and looking into its file from outside.
 
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 #include "store/HealthStore.h"
 #include "support/TestDatabase.h"
 

@@ -1,4 +1,4 @@
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 #include "summary/Insights.h"
 #include "summary/SummaryEngine.h"
 #include "summary/SummaryOfAnn.h"

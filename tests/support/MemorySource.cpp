@@ -1,6 +1,6 @@
 #include "support/MemorySource.h"
 #include "platform/AppleFormat.h"
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 
 #include <algorithm>
 #include <utility>

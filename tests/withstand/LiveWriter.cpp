@@ -3,8 +3,8 @@
 // "begun" after the first session, "refused" once for every session that someone else's lock kept
 // from being written, however often it was tried, and what it failed of.
 
-#include "platform/ControlProtocol.h"
 #include "platform/Files.h"
+#include "platform/ReceiverError.h"
 #include "withstand/LiveSessions.h"
 
 #include <fcntl.h>

@@ -2,8 +2,8 @@
 #include "mcp/server/Confinement.h"
 #include "mcp/server/Wire.h"
 #include "mcp/tools/MCPError.h"
-#include "platform/ControlProtocol.h"
 #include "platform/MemoryReserve.h"
+#include "platform/ReceiverError.h"
 #include "platform/System.h"
 #include "platform/Text.h"
 

@@ -1,8 +1,8 @@
 #include "mcp/tools/Arguments.h"
 #include "mcp/tools/MCPError.h"
-#include "platform/ControlProtocol.h"
 #include "platform/JsonFields.h"
 #include "platform/Phrase.h"
+#include "platform/ReceiverError.h"
 #include "platform/Text.h"
 
 #include <nlohmann/json.hpp>

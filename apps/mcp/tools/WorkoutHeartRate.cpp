@@ -4,9 +4,9 @@
 #include "mcp/tools/JsonText.h"
 #include "mcp/tools/MCPError.h"
 #include "mcp/tools/Tools.h"
-#include "platform/ControlProtocol.h"
 #include "platform/JsonFields.h"
 #include "platform/Phrase.h"
+#include "platform/ReceiverError.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,5 +1,5 @@
 #include "sample/export/ExportOutput.h"
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 
 #include <zip.h>
 

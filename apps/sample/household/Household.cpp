@@ -1,6 +1,6 @@
 #include "sample/household/Household.h"
-#include "platform/ControlProtocol.h"
 #include "platform/Locale.h"
+#include "platform/ReceiverError.h"
 #include "sample/household/Imported.h"
 #include "sample/household/RecordWriter.h"
 #include "sample/household/RosterWriter.h"

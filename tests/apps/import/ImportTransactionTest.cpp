@@ -1,7 +1,7 @@
 // The one transaction of an import, as its readers and a full disk see it.
 
 #include "apps/import/WriterHarness.h"
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

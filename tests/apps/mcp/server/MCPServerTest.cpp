@@ -3,8 +3,8 @@
 #include "mcp/server/Instructions.h"
 #include "mcp/server/MCPServer.h"
 #include "mcp/tools/Tools.h"
-#include "platform/ControlProtocol.h"
 #include "platform/Files.h"
+#include "platform/ReceiverError.h"
 #include "support/Conversation.h"
 #include "support/StandardError.h"
 

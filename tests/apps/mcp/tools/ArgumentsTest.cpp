@@ -1,5 +1,4 @@
 #include "mcp/tools/Arguments.h"
-#include "platform/ControlProtocol.h"
 #include "support/ToolCaller.h"
 #include "support/ZoneGuard.h"
 

@@ -1,5 +1,5 @@
 #include "mcp/tools/Tools.h"
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 #include "support/Family.h"
 #include "support/Golden.h"
 #include "support/MemorySource.h"

@@ -1,7 +1,7 @@
 // What holds for every tool that is about a person, asked by the example calls.
 
 #include "mcp/tools/Tools.h"
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 #include "support/ExampleNames.h"
 #include "support/ToolCaller.h"
 #include "support/WorkoutSamples.h"

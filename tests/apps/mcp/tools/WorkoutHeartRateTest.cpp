@@ -1,5 +1,5 @@
 #include "mcp/tools/Tools.h"
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 #include "support/Golden.h"
 #include "support/ToolCaller.h"
 #include "support/WorkoutSamples.h"

@@ -1,7 +1,7 @@
 // What get_workouts takes for arguments. The two forms of its answer have tests of their own.
 
 #include "mcp/tools/Tools.h"
-#include "platform/ControlProtocol.h"
+#include "platform/ReceiverError.h"
 #include "support/ToolCaller.h"
 #include "support/WorkoutSamples.h"
 #include "support/ZoneGuard.h"

@@ -1,6 +1,6 @@
 #include "apps/sample/ReadArchive.h"
-#include "platform/ControlProtocol.h"
 #include "platform/Files.h"
+#include "platform/ReceiverError.h"
 #include "sample/export/ExportOutput.h"
 #include "support/FileSizeGuard.h"
 #include "support/TemporaryFolder.h"

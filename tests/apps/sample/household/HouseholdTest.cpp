@@ -1,6 +1,6 @@
 #include "apps/sample/WrittenHousehold.h"
-#include "platform/ControlProtocol.h"
 #include "platform/Files.h"
+#include "platform/ReceiverError.h"
 #include "roster/Roster.h"
 #include "sample/household/Household.h"
 #include "store/HealthStore.h"
