@@ -1,5 +1,4 @@
 #include "import/Import.h"
-#include "import/DatabaseFailure.h"
 #include "import/ImportError.h"
 #include "import/database/ImportWriter.h"
 #include "import/database/NewDatabase.h"
@@ -139,7 +138,7 @@ Outcome storeOrExplain(ExportFile& source, const Place& place, const ImportOrder
     Outcome outcome = store(source, place, order, surroundings, report);
     made.keep();
     return outcome;
-  } catch (const ReceiverError& error) {
+  } catch (const DatabaseError& error) {
     // SQLite was told to break off, and tells it as a failure.
     heed(surroundings.interrupted);
     throw databaseFailure(error);

@@ -34,5 +34,5 @@ struct ImportSurroundings {
 /// member, a folder with an empty database. An import that ends between commit and roster is
 /// completed by the next of the same name, which finds the data there and only writes the roster.
 /// Files are made with the process's creation mask. Refusals and failures leave as ImportError
-/// (Interruption when the import was asked to stop), ReceiverError or std::system_error.
+/// (Interruption when the import was asked to stop) or std::system_error.
 ImportReport runImport(const ImportOrder& order, const ImportSurroundings& surroundings);

@@ -8,6 +8,9 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
+
+class DatabaseError;
 
 /// Ends the import; nothing of the run is kept. `what()` is the English text.
 class ImportError : public std::runtime_error {
@@ -26,3 +29,11 @@ private:
   std::string chinese;
   std::string english;
 };
+
+/// Why the import ends when a database fails it; a full disk is named as such. SQLite's sentence
+/// about anything else is passed on as it is.
+ImportError databaseFailure(const DatabaseError& error);
+
+/// The same when the system refuses it something: names the file that `error` is about, where it
+/// knows one, and the system's reason in the system's own words.
+ImportError systemFailure(const std::system_error& error);

@@ -6,7 +6,6 @@
 #include "import/ImportError.h"
 #include "import/Interruption.h"
 #include "import/StopSignals.h"
-#include "import/SystemFailure.h"
 #include "import/census/CensusText.h"
 #include "import/census/Check.h"
 #include "platform/AppLanguage.h"

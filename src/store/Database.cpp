@@ -37,7 +37,17 @@ int systemErrorOf(sqlite3* database) {
   return number;
 }
 
+/// Why `act` just failed on `database`, which may be null.
+DatabaseError::Facts factsOf(sqlite3* database, DatabaseError::Act act) {
+  return {.act = act,
+          .reason = messageOf(database),
+          .code = sqlite3_errcode(database) & 0xff,
+          .systemError = systemErrorOf(database)};
+}
+
 }  // namespace
+
+bool DatabaseError::isDiskFull() const { return facts.code == SQLITE_FULL; }
 
 namespace {
 
@@ -96,7 +106,7 @@ Statement::Statement(sqlite3* database, const std::string& sql, std::string step
   const int result = sqlite3_prepare_v2(database, sql.c_str(), -1, &prepared, nullptr);
   handle.reset(prepared);
   if (result == SQLITE_OK && handle) return;
-  throw ReceiverError("prepare 失败:" + messageOf(database));
+  throw DatabaseError("prepare 失败:", factsOf(database, DatabaseError::Act::work));
 }
 
 Statement& Statement::bind(int position, std::string_view text) {
@@ -139,7 +149,7 @@ void Statement::reset() { check(sqlite3_reset(handle.get())); }
 
 void Statement::check(int result) const {
   if (result == SQLITE_OK) return;
-  throw ReceiverError(stepFailure + messageOf(database), systemErrorOf(database));
+  throw DatabaseError(stepFailure, factsOf(database, DatabaseError::Act::work));
 }
 
 void Database::Closer::operator()(sqlite3* database) const { sqlite3_close(database); }
@@ -156,6 +166,10 @@ std::string plainName(const std::string& path) {
   return path.starts_with("file:") ? "./" + path : path;
 }
 
+DatabaseError noFile(const std::filesystem::path& path) {
+  return {"不是普通文件:", {.act = DatabaseError::Act::look, .reason = path.string()}};
+}
+
 /// Names what is no file where SQLite opens one: at `path` and where it looks for what it keeps
 /// beside a database. It would say no more than that it cannot open one. A folder it refuses by
 /// itself.
@@ -167,14 +181,14 @@ void requireFiles(const std::filesystem::path& path) {
           ? std::filesystem::weakly_canonical(path, ignored)
           : path;
   if (std::filesystem::is_other(std::filesystem::status(database, ignored))) {
-    throw ReceiverError("不是普通文件:" + path.string());
+    throw noFile(path);
   }
   for (const char* ending : {"-journal", "-wal", "-shm"}) {
     std::filesystem::path beside = database;
     beside += ending;
     const std::filesystem::file_status status = std::filesystem::status(beside, ignored);
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
-      throw ReceiverError("不是普通文件:" + beside.string());
+      throw noFile(beside);
     }
   }
 }
@@ -237,17 +251,16 @@ Database::Database(const std::string& path, Options options) {
   const std::string name = plainName(path);
   const int result = sqlite3_open_v2(name.c_str(), &opened, openFlags(options), nullptr);
   handle.reset(opened);
-  if (result != SQLITE_OK || !handle) {
-    throw ReceiverError("打不开库:" + (result == SQLITE_OK ? "?" : messageOf(opened)));
-  }
+  const auto unopened = [opened] {
+    return DatabaseError("打不开库:", factsOf(opened, DatabaseError::Act::open));
+  };
+  if (result != SQLITE_OK || !handle) throw unopened();
   if (!waits(opened, options) || !hardened(opened) || (options.readOnly && !withoutViews(opened))) {
-    throw ReceiverError("打不开库:" + messageOf(opened));
+    throw unopened();
   }
   // What does not fit into SQLite's cache would be sorted in a file otherwise, in a folder for all.
   if (options.readOnly) exec("PRAGMA temp_store=MEMORY");
-  if (options.interrupted != nullptr && !askWhetherInterrupted(options)) {
-    throw ReceiverError("打不开库:" + messageOf(opened));
-  }
+  if (options.interrupted != nullptr && !askWhetherInterrupted(options)) throw unopened();
 }
 
 Statement Database::prepare(const std::string& sql, std::string stepFailure) const {
@@ -267,6 +280,7 @@ void Database::exec(const std::string& sql) {
   const int result = sqlite3_exec(handle.get(), sql.c_str(), nullptr, nullptr, &message);
   const std::unique_ptr<char, SQLiteFree> owned(message);
   if (result == SQLITE_OK) return;
-  throw ReceiverError("SQL 失败:" + (owned ? repaired(owned.get()) : std::string("?")),
-                      systemErrorOf(handle.get()));
+  DatabaseError::Facts facts = factsOf(handle.get(), DatabaseError::Act::work);
+  facts.reason = owned ? repaired(owned.get()) : "?";
+  throw DatabaseError("SQL 失败:", std::move(facts));
 }

@@ -1,7 +1,7 @@
 #pragma once
 // SQLite behind three types that own or borrow its handles: a connection, a statement, a row.
 
-#include "platform/ReceiverError.h"
+#include "store/DatabaseError.h"
 
 #include <cstdint>
 #include <functional>
@@ -56,7 +56,7 @@ inline std::string_view Row::bytes(int index) const {
 }
 
 /// A prepared statement and the sole owner of its handle. Positions count from 1. Failures leave as
-/// ReceiverError. The connection belongs to the statement's thread while it lives: another waits.
+/// DatabaseError. The connection belongs to the statement's thread while it lives: another waits.
 class Statement {
 public:
   /// Fails with "prepare 失败:" and SQLite's message. A step that fails says `stepFailure` and

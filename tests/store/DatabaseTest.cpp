@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 #include <limits>
 #include <new>
 #include <optional>
@@ -204,6 +205,54 @@ TEST_F(DatabaseFile, SaysWhyAValueCannotBeBound) {
 TEST_F(DatabaseFile, SaysWhyAScriptFails) {
   EXPECT_EQ(failureOf([&] { database.exec("DROP TABLE missing"); }),
             "SQL 失败:no such table: missing");
+}
+
+/// The facts of what `act` fails with.
+template <typename Act>
+DatabaseError::Facts factsOf(Act act) {
+  try {
+    act();
+  } catch (const DatabaseError& error) {
+    return error.facts;
+  }
+  ADD_FAILURE() << "nothing failed";
+  return {};
+}
+
+TEST_F(DatabaseFile, TellsAFullDiskFromOtherFailures) {
+  database.exec("PRAGMA max_page_count=3");
+  try {
+    database.exec("INSERT INTO t VALUES (zeroblob(100000))");
+    ADD_FAILURE() << "it fitted";
+  } catch (const DatabaseError& error) {
+    EXPECT_TRUE(error.isDiskFull());
+    EXPECT_EQ(error.message, "SQL 失败:database or disk is full");
+  }
+  try {
+    database.prepare("SELECT * FROM missing");
+    ADD_FAILURE() << "there is such a table";
+  } catch (const DatabaseError& error) {
+    EXPECT_FALSE(error.isDiskFull());
+    EXPECT_EQ(error.message, "prepare 失败:no such table: missing");
+  }
+}
+
+TEST_F(DatabaseFile, TellsAReasonApartFromTheWordsBeforeIt) {
+  const DatabaseError::Facts step =
+      factsOf([&] { database.prepare("SELECT abs(-9223372036854775807 - 1)").next(); });
+  EXPECT_EQ(step.act, DatabaseError::Act::work);
+  EXPECT_EQ(step.reason, "integer overflow");
+  EXPECT_EQ(step.systemError, 0);
+
+  std::filesystem::create_directory(folder / "folder");
+  const DatabaseError::Facts opening =
+      factsOf([&] { Database((folder / "folder").string(), creating); });
+  EXPECT_EQ(opening.act, DatabaseError::Act::open);
+  EXPECT_EQ(opening.reason, "unable to open database file");
+
+  const DatabaseError::Facts looking = factsOf([&] { Database("/dev/null", creating); });
+  EXPECT_EQ(looking.act, DatabaseError::Act::look);
+  EXPECT_EQ(looking.reason, "/dev/null");
 }
 
 TEST_F(DatabaseFile, RunsAScriptUntilItFails) {

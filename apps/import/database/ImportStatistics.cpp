@@ -1,7 +1,7 @@
 #include "import/database/ImportStatistics.h"
 
 bool ImportStatistics::built(const Database& database) {
-  return database.prepare("SELECT v FROM stat_meta WHERE k = 'built' AND v = '1'", "")
+  return database.prepare("SELECT v FROM stat_meta WHERE k = 'built' AND v = '1'")
       .next()
       .has_value();
 }
@@ -21,12 +21,12 @@ void ImportStatistics::rebuild(Database& database) {
         " FROM temp.pairs WHERE source_name IS NOT NULL GROUP BY source_name",
         "DROP TABLE temp.pairs",
         "INSERT OR REPLACE INTO stat_meta (k, v) VALUES ('built', '1')"}) {
-    database.prepare(sql, "").run();
+    database.prepare(sql).run();
   }
 }
 
 std::int64_t ImportStatistics::sources(const Database& database) {
-  Statement query = database.prepare("SELECT COUNT(*) FROM stat_sources WHERE n > 0", "");
+  Statement query = database.prepare("SELECT COUNT(*) FROM stat_sources WHERE n > 0");
   const std::optional<Row> row = query.next();
   return row ? row->find<std::int64_t>(0).value_or(0) : 0;
 }
@@ -35,8 +35,7 @@ std::optional<std::string> ImportStatistics::firstDay(const Database& database) 
   // One step down the index for every type, instead of a walk along all of it.
   Statement query = database.prepare(
       "SELECT MIN(day) FROM (SELECT (SELECT MIN(start_day) FROM records WHERE records.type ="
-      " stat_types.type) AS day FROM stat_types UNION ALL SELECT MIN(start_day) FROM workouts)",
-      "");
+      " stat_types.type) AS day FROM stat_types UNION ALL SELECT MIN(start_day) FROM workouts)");
   const std::optional<Row> row = query.next();
   return row ? row->find<std::string>(0) : std::nullopt;
 }

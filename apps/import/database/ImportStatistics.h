@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-/// All run inside the caller's transaction; failures leave as ReceiverError.
+/// All run inside the caller's transaction; failures leave as DatabaseError.
 namespace ImportStatistics {
 
 /// Whether the tables are marked as complete.

@@ -11,11 +11,11 @@
 
 namespace {
 
-void run(Database& database, const std::string& sql) { database.prepare(sql, "").run(); }
+void run(Database& database, const std::string& sql) { database.prepare(sql).run(); }
 
 /// 0 when there are no records.
 std::int64_t lastRow(const Database& database) {
-  Statement query = database.prepare("SELECT MAX(rowid) FROM records", "");
+  Statement query = database.prepare("SELECT MAX(rowid) FROM records");
   const std::optional<Row> row = query.next();
   return row ? row->find<std::int64_t>(0).value_or(0) : 0;
 }
@@ -94,12 +94,12 @@ ImportWriter::ImportWriter(Database& database, Options options)
     : database(database),
       options(options),
       lastRowBefore(begun(database, options)),
-      findRecord(database.prepare(recordSearch, "")),
-      insertRecord(database.prepare(recordInsertion, "")),
-      insertWorkout(database.prepare(workoutInsertion, "")),
-      insertHumidity(database.prepare(humidityInsertion, "")),
-      findDay(database.prepare(daySearch, "")),
-      replaceDay(database.prepare(dayReplacement, "")) {}
+      findRecord(database.prepare(recordSearch)),
+      insertRecord(database.prepare(recordInsertion)),
+      insertWorkout(database.prepare(workoutInsertion)),
+      insertHumidity(database.prepare(humidityInsertion)),
+      findDay(database.prepare(daySearch)),
+      replaceDay(database.prepare(dayReplacement)) {}
 
 void ImportWriter::exportedAt(std::string_view stamp) {
   counts.exportedAt = stamp;
@@ -131,7 +131,7 @@ std::optional<std::string> ImportWriter::firstUnitOf(const ExportedRecord& recor
       "SELECT unit FROM records WHERE type = ? AND unit IS NOT NULL AND value_num IS NOT NULL"
       " ORDER BY rowid LIMIT 1"};
   for (const char* search : searches) {
-    Statement query = database.prepare(search, "");
+    Statement query = database.prepare(search);
     const std::optional<Row> row = query.bind(1, record.type).next();
     unit = row ? row->find<std::string>(0) : std::nullopt;
     if (!unit || *unit == *record.unit) return unit;
@@ -244,8 +244,7 @@ void ImportWriter::skipped(std::string_view reason, long long line) { counts.ski
 void ImportWriter::insertRun(const Origin& origin) {
   Statement insert = database.prepare(
       "INSERT INTO imports (imported_at, source_file, source_bytes, n_records, n_workouts,"
-      " n_summary, n_ecg, n_routes) VALUES (?, ?, ?, ?, ?, ?, 0, 0)",
-      "");
+      " n_summary, n_ecg, n_routes) VALUES (?, ?, ?, ?, ?, ?, 0, 0)");
   insert.bind(1, origin.importedAt).bind(2, origin.sourceFile).bind(3, origin.sourceBytes);
   insert.bind(4, counts.records.added).bind(5, counts.workouts.added);
   insert.bind(6, counts.activityDays.added).run();

@@ -19,7 +19,7 @@
 /// whose unit was changed on the phone since it was stored is stored already. The numbers of one
 /// type are all in one unit: a type for which StoredUnit has none takes the one that the database
 /// has; what cannot be converted to it is stored as exported and counted. Failures leave as
-/// ReceiverError with SQLite's own message, mostly.
+/// DatabaseError.
 class ImportWriter final : public ExportSink {
 public:
   static constexpr int usualCacheKibibytes = 24576;

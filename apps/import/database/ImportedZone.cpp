@@ -34,14 +34,14 @@ ImportedZone::State ImportedZone::of(const std::string& path, const Interrupted&
   if (!std::filesystem::exists(path)) return {};
   try {
     return stateOf(path, {.create = false, .readOnly = true, .patienceMilliseconds = 0});
-  } catch (const ReceiverError&) {
+  } catch (const DatabaseError&) {
     // Somebody may be writing, and what a killed writer left is undone by a connection that writes.
     return stateOf(path, {.create = false, .readOnly = false, .interrupted = &interrupted});
   }
 }
 
 void ImportedZone::keep(Database& database, const std::string& name) {
-  Statement insert = database.prepare(
-      "INSERT OR REPLACE INTO stat_meta (k, v) VALUES ('import_time_zone', ?)", "");
+  Statement insert =
+      database.prepare("INSERT OR REPLACE INTO stat_meta (k, v) VALUES ('import_time_zone', ?)");
   insert.bind(1, name).run();
 }

@@ -9,7 +9,7 @@
 
 /// The stamps of one database are all in one zone, or one sample would come to have two texts. The
 /// database itself says which, in a row of `stat_meta` that is ours. Failures leave as
-/// ReceiverError.
+/// DatabaseError.
 namespace ImportedZone {
 
 /// What a database says of itself.

@@ -25,7 +25,7 @@ public:
   /// The zone that the database's samples are in, else the one that was asked for, else the one
   /// that an earlier import was told, else the machine's. Throws ImportError when another one was
   /// asked for than the samples are in, when nobody knows which they are in, when the system does
-  /// not know the zone, and when there is none. Failures of the database leave as ReceiverError.
+  /// not know the zone, and when there is none. Failures of the database leave as DatabaseError.
   explicit MemberZone(const Hints& hints);
 
   TimeZone& zone() { return timeZone; }

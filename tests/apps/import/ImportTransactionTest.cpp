@@ -1,7 +1,6 @@
 // The one transaction of an import, as its readers and a full disk see it.
 
 #include "apps/import/WriterHarness.h"
-#include "platform/ReceiverError.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -69,8 +68,8 @@ TEST(ImportTransaction, TakesEverythingBackWhenThereIsNoMoreRoom) {
     try {
       fill(writer);
       ADD_FAILURE() << "all of it fitted";
-    } catch (const ReceiverError& error) {
-      EXPECT_EQ(error.message, "database or disk is full");
+    } catch (const DatabaseError& error) {
+      EXPECT_TRUE(error.isDiskFull()) << error.message;
     }
   }
 

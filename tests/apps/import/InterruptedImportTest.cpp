@@ -118,7 +118,7 @@ TEST_F(InterruptedImport, DoesNotWaitForADatabaseThatIsLocked) {
   writeExport(exportText(300));
   importFor("Ann", "ann");
   Database other((root() / "members/ann/health.db").string(), {.create = false, .readOnly = false});
-  other.prepare("PRAGMA journal_mode=WAL", "").run();
+  other.prepare("PRAGMA journal_mode=WAL").run();
   other.exec("BEGIN IMMEDIATE");
   writeExport(exportText(400));
 
