@@ -1,11 +1,11 @@
 #pragma once
 // A whole import: the export, the member's database, the roster.
 
-#include "import/ImportCommandLine.h"
-#include "import/ImportProgress.h"
-#include "import/ImportReport.h"
+#include "import/CommandLine.h"
 #include "import/Interruption.h"
-#include "import/database/ImportWriter.h"
+#include "import/Progress.h"
+#include "import/Report.h"
+#include "import/database/Writer.h"
 #include "platform/Clock.h"
 #include "platform/SummaryLang.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 // An import or a check that was asked to stop.
 
-#include "import/ImportError.h"
+#include "import/Failure.h"
 #include "platform/Phrase.h"
 
 #include <functional>

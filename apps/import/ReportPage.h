@@ -1,7 +1,7 @@
 #pragma once
 // The lines of a report about an export, and those that all such reports have in common.
 
-#include "import/database/ImportTally.h"
+#include "import/database/RunTally.h"
 #include "import/export/Irregularities.h"
 #include "import/xml/ExportFile.h"
 #include "platform/Locale.h"

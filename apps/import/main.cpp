@@ -1,9 +1,9 @@
 // larkspur-import: start-up. Reads the command line and the machine's language, and leaves the rest
 // to the import.
 
+#include "import/Confinement.h"
+#include "import/Failure.h"
 #include "import/Import.h"
-#include "import/ImportConfinement.h"
-#include "import/ImportError.h"
 #include "import/Interruption.h"
 #include "import/StopSignals.h"
 #include "import/census/CensusText.h"

@@ -1,5 +1,5 @@
 #include "bench/import/BareInsertion.h"
-#include "import/database/ImportWriter.h"
+#include "import/database/Writer.h"
 #include "store/Schema.h"
 
 #include <cstddef>

@@ -6,7 +6,7 @@
 // Writes what holds, as a diagnostic log at level debug has it, to "confined.log" in the data root,
 // and to standard output "done", or the system's words for its refusal.
 
-#include "import/ImportConfinement.h"
+#include "import/Confinement.h"
 #include "mcp/server/Confinement.h"
 #include "platform/Clock.h"
 #include "roster/Roster.h"

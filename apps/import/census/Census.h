@@ -1,7 +1,7 @@
 #pragma once
 // What kinds of things an export holds, and how many of each.
 
-#include "import/database/ImportTally.h"
+#include "import/database/RunTally.h"
 #include "import/export/ExportSink.h"
 #include "import/export/FirstUnits.h"
 #include "import/export/Irregularities.h"

@@ -1,10 +1,10 @@
 #pragma once
 // Reads an export to its end without storing any of it.
 
-#include "import/ImportCommandLine.h"
-#include "import/ImportError.h"
-#include "import/ImportProgress.h"
+#include "import/CommandLine.h"
+#include "import/Failure.h"
 #include "import/Interruption.h"
+#include "import/Progress.h"
 #include "import/census/Census.h"
 #include "platform/Clock.h"
 #include "platform/SummaryLang.h"

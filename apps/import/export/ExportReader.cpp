@@ -1,5 +1,5 @@
 #include "import/export/ExportReader.h"
-#include "import/ImportError.h"
+#include "import/Failure.h"
 #include "import/export/SkipReasons.h"
 #include "import/export/StoredUnit.h"
 #include "import/export/TypeNames.h"

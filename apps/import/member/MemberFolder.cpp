@@ -1,5 +1,5 @@
 #include "import/member/MemberFolder.h"
-#include "import/ImportError.h"
+#include "import/Failure.h"
 #include "platform/DurableFile.h"
 #include "platform/Files.h"
 #include "platform/Phrase.h"

@@ -1,5 +1,5 @@
 #include "import/member/MemberZone.h"
-#include "import/ImportError.h"
+#include "import/Failure.h"
 #include "import/database/ImportedZone.h"
 #include "platform/Phrase.h"
 #include "platform/System.h"

@@ -1,5 +1,5 @@
 #include "import/xml/ExportFile.h"
-#include "import/ImportError.h"
+#include "import/Failure.h"
 #include "import/xml/ZipArchive.h"
 #include "platform/Descriptor.h"
 #include "platform/Files.h"

@@ -1,5 +1,5 @@
 #include "import/xml/XmlParser.h"
-#include "import/ImportError.h"
+#include "import/Failure.h"
 #include "platform/Phrase.h"
 #include "platform/Text.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 // Keeps what a reader tells, for tests to look at.
 
-#include "import/ImportError.h"
+#include "import/Failure.h"
 #include "import/export/ExportReader.h"
 #include "import/export/ExportSink.h"
 

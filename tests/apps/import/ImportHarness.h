@@ -2,8 +2,8 @@
 // Whole imports into a data root of their own.
 
 #include "apps/import/ExportText.h"
+#include "import/Failure.h"
 #include "import/Import.h"
-#include "import/ImportError.h"
 #include "platform/Files.h"
 #include "support/TemporaryFolder.h"
 

@@ -2,7 +2,7 @@
 
 #include "apps/import/DatabaseContents.h"
 #include "apps/import/ExportText.h"
-#include "import/member/ImportLock.h"
+#include "import/member/Lock.h"
 #include "platform/Files.h"
 #include "platform/Text.h"
 #include "support/ChildProcess.h"

@@ -1,7 +1,7 @@
 #pragma once
 // Imports into a member's database without an export file, and questions to it.
 
-#include "import/database/ImportWriter.h"
+#include "import/database/Writer.h"
 #include "support/TestDatabase.h"
 
 #include <functional>

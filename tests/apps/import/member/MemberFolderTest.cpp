@@ -1,5 +1,5 @@
-#include "import/ImportError.h"
-#include "import/member/ImportLock.h"
+#include "import/Failure.h"
+#include "import/member/Lock.h"
 #include "import/member/MemberFolder.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,4 +1,4 @@
-#include "import/ImportError.h"
+#include "import/Failure.h"
 #include "import/member/Recipient.h"
 #include "support/TemporaryFolder.h"
 

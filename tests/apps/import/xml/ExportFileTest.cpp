@@ -1,5 +1,5 @@
 #include "apps/import/ZipFile.h"
-#include "import/ImportError.h"
+#include "import/Failure.h"
 #include "import/xml/ExportFile.h"
 #include "support/TemporaryFolder.h"
 

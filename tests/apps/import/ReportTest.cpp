@@ -1,4 +1,4 @@
-#include "import/ImportReport.h"
+#include "import/Report.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

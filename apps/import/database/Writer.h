@@ -1,7 +1,7 @@
 #pragma once
 // Puts an export into a member's database.
 
-#include "import/database/ImportTally.h"
+#include "import/database/RunTally.h"
 #include "import/export/ExportSink.h"
 #include "import/export/FirstUnits.h"
 #include "store/Database.h"

@@ -1,4 +1,4 @@
-#include "import/ImportError.h"
+#include "import/Failure.h"
 #include "platform/Text.h"
 #include "store/DatabaseError.h"
 

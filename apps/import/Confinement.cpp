@@ -1,5 +1,5 @@
-#include "import/ImportConfinement.h"
-#include "import/ImportError.h"
+#include "import/Confinement.h"
+#include "import/Failure.h"
 #include "import/member/Recipient.h"
 #include "import/member/RosterDocument.h"
 #include "platform/System.h"

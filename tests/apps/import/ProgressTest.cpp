@@ -1,4 +1,4 @@
-#include "import/ImportProgress.h"
+#include "import/Progress.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "import/member/ImportLock.h"
-#include "import/ImportError.h"
+#include "import/member/Lock.h"
+#include "import/Failure.h"
 #include "platform/Phrase.h"
 
 #include <fcntl.h>

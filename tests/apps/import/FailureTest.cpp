@@ -1,4 +1,4 @@
-#include "import/ImportError.h"
+#include "import/Failure.h"
 #include "platform/Phrase.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "import/database/ImportTally.h"
+#include "import/database/RunTally.h"
 
 #include <cstddef>
 

@@ -1,4 +1,4 @@
-#include "import/ImportReport.h"
+#include "import/Report.h"
 #include "import/ReportPage.h"
 #include "platform/Phrase.h"
 #include "platform/System.h"

@@ -1,7 +1,7 @@
 #pragma once
 // What an import or a check gives up before it reads the first byte of the export.
 
-#include "import/ImportCommandLine.h"
+#include "import/CommandLine.h"
 
 /// Confines this process, for good and as far as the system can, to what `order` needs: it reads
 /// the export, time zones and locales, and changes the data root, the folder of the member's

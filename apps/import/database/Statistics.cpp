@@ -1,4 +1,4 @@
-#include "import/database/ImportStatistics.h"
+#include "import/database/Statistics.h"
 
 bool ImportStatistics::built(const Database& database) {
   return database.prepare("SELECT v FROM stat_meta WHERE k = 'built' AND v = '1'")

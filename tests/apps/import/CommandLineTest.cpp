@@ -1,4 +1,4 @@
-#include "import/ImportCommandLine.h"
+#include "import/CommandLine.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "import/database/ImportWriter.h"
-#include "import/database/ImportStatistics.h"
+#include "import/database/Writer.h"
 #include "import/database/ImportedZone.h"
+#include "import/database/Statistics.h"
 #include "import/export/Units.h"
 #include "platform/AppleFormat.h"
 

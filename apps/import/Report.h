@@ -1,7 +1,7 @@
 #pragma once
 // What an import says when it has ended.
 
-#include "import/database/ImportTally.h"
+#include "import/database/RunTally.h"
 #include "import/export/Irregularities.h"
 #include "import/xml/ExportFile.h"
 #include "platform/SummaryLang.h"

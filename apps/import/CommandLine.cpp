@@ -1,4 +1,4 @@
-#include "import/ImportCommandLine.h"
+#include "import/CommandLine.h"
 #include "platform/Phrase.h"
 #include "platform/Text.h"
 
