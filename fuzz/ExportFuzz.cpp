@@ -35,7 +35,7 @@ std::string endOfReading(CollectingSink& sink, std::string_view document, Length
       rest.remove_prefix(piece.size());
     }
     reader.finish();
-  } catch (const ImportError& error) {
+  } catch (const Failure& error) {
     return error.what();
   }
   return std::to_string(reader.irregularities().droppedCharacters) + " dropped, " +

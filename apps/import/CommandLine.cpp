@@ -8,6 +8,8 @@
 
 namespace {
 
+using Importer::CommandLine::Say;
+
 namespace phrases {
 
 constexpr Phrase usage{
@@ -103,19 +105,19 @@ public:
   Reading(const std::filesystem::path& defaultDataRoot, SummaryLang lang)
       : order{.dataRoot = defaultDataRoot, .name = {}, .id = {}, .source = {}}, lang(lang) {}
 
-  ImportCommandLine::Say refusal(const Phrase& phrase, std::string_view value = {}) const {
+  Say refusal(const Phrase& phrase, std::string_view value = {}) const {
     return {.text = "larkspur-import: " + filled(phrase.in(lang), {value}) + "\n\n" +
                     std::string(phrases::usage.in(lang)),
             .toStderr = true,
             .status = usageError};
   }
 
-  ImportCommandLine::Say answer(std::string text) const {
+  Say answer(std::string text) const {
     return {.text = std::move(text), .toStderr = false, .status = 0};
   }
 
   /// What is wrong with the value; `nullopt` when it was taken.
-  std::optional<ImportCommandLine::Say> take(std::string_view option, std::string_view value) {
+  std::optional<Say> take(std::string_view option, std::string_view value) {
     if (storing.empty()) storing = option;
     if (option == "--data-root") {
       if (value.empty()) return refusal(phrases::rootEmpty);
@@ -133,7 +135,7 @@ public:
     return std::nullopt;
   }
 
-  std::optional<ImportCommandLine::Say> takeExport(std::string_view path) {
+  std::optional<Say> takeExport(std::string_view path) {
     if (!order.source.empty()) return refusal(phrases::secondExport, path);
     order.source = path;
     return std::nullopt;
@@ -141,7 +143,7 @@ public:
 
   void takeCheck() { checks = true; }
 
-  std::variant<ImportOrder, CheckOrder, ImportCommandLine::Say> finished() const {
+  std::variant<ImportOrder, CheckOrder, Say> finished() const {
     if (checks) return finishedCheck();
     if (order.name.empty()) return refusal(phrases::memberMissing);
     if (order.source.empty()) return refusal(phrases::exportMissing);
@@ -149,7 +151,7 @@ public:
   }
 
 private:
-  std::variant<ImportOrder, CheckOrder, ImportCommandLine::Say> finishedCheck() const {
+  std::variant<ImportOrder, CheckOrder, Say> finishedCheck() const {
     if (!storing.empty()) return refusal(phrases::notWithCheck, storing);
     if (order.source.empty()) return refusal(phrases::uncheckedExport);
     return CheckOrder{.source = order.source};
@@ -163,7 +165,7 @@ private:
 
 }  // namespace
 
-std::variant<ImportOrder, CheckOrder, ImportCommandLine::Say> ImportCommandLine::parsed(
+std::variant<ImportOrder, CheckOrder, Say> Importer::CommandLine::parsed(
     std::span<const char* const> arguments, const std::filesystem::path& defaultDataRoot,
     SummaryLang lang) {
   Reading reading(defaultDataRoot, lang);

@@ -27,7 +27,7 @@ struct CheckOrder {
   bool operator==(const CheckOrder&) const = default;
 };
 
-namespace ImportCommandLine {
+namespace Importer::CommandLine {
 
 /// Say something and end.
 struct Say {
@@ -45,4 +45,4 @@ std::variant<ImportOrder, CheckOrder, Say> parsed(std::span<const char* const> a
                                                   const std::filesystem::path& defaultDataRoot,
                                                   SummaryLang lang);
 
-}  // namespace ImportCommandLine
+}  // namespace Importer::CommandLine

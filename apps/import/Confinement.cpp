@@ -37,7 +37,7 @@ std::optional<path> databaseOf(const ImportOrder& order, const path& roster) {
     const std::optional<Member> member =
         recipient(RosterDocument(roster).members(), order.name, order.id);
     if (member) return member->dbPath;
-  } catch (const ImportError&) {
+  } catch (const Failure&) {
   }
   return std::nullopt;
 }

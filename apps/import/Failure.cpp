@@ -6,14 +6,14 @@
 #include <filesystem>
 #include <utility>
 
-ImportError::ImportError(const Phrase& phrase, std::initializer_list<std::string_view> values)
-    : ImportError(filled(phrase.in(SummaryLang::zh), values),
-                  filled(phrase.in(SummaryLang::en), values)) {}
+Failure::Failure(const Phrase& phrase, std::initializer_list<std::string_view> values)
+    : Failure(filled(phrase.in(SummaryLang::zh), values),
+              filled(phrase.in(SummaryLang::en), values)) {}
 
-ImportError::ImportError(std::string chinese, std::string english)
+Failure::Failure(std::string chinese, std::string english)
     : std::runtime_error(english), chinese(std::move(chinese)), english(std::move(english)) {}
 
-const std::string& ImportError::text(SummaryLang lang) const noexcept {
+const std::string& Failure::text(SummaryLang lang) const noexcept {
   return lang == SummaryLang::zh ? chinese : english;
 }
 
@@ -40,26 +40,26 @@ constexpr Phrase refused{"系统报错:{0}", "the system reports: {0}"};
 
 }  // namespace
 
-ImportError databaseFailure(const DatabaseError& error) {
+Failure databaseFailure(const DatabaseError& error) {
   const std::string& reason = error.facts.reason;
-  if (error.isDiskFull()) return ImportError(phrases::diskFull);
-  if (error.facts.systemError == EFBIG) return ImportError(phrases::fileFull);
+  if (error.isDiskFull()) return Failure(phrases::diskFull);
+  if (error.facts.systemError == EFBIG) return Failure(phrases::fileFull);
   switch (error.facts.act) {
     case DatabaseError::Act::look:
-      return ImportError(phrases::noFile, {reason});
+      return Failure(phrases::noFile, {reason});
     case DatabaseError::Act::open:
-      return ImportError(phrases::unopened, {reason});
+      return Failure(phrases::unopened, {reason});
     case DatabaseError::Act::work:
       break;
   }
-  return ImportError(phrases::failed, {reason});
+  return Failure(phrases::failed, {reason});
 }
 
-ImportError systemFailure(const std::system_error& error) {
+Failure systemFailure(const std::system_error& error) {
   const std::string reason = error.code().message();
   const auto* const aboutFile = dynamic_cast<const std::filesystem::filesystem_error*>(&error);
   if (aboutFile == nullptr || aboutFile->path1().empty()) {
-    return ImportError(phrases::refused, {reason});
+    return Failure(phrases::refused, {reason});
   }
-  return ImportError(phrases::unusable, {aboutFile->path1().string(), reason});
+  return Failure(phrases::unusable, {aboutFile->path1().string(), reason});
 }

@@ -13,13 +13,13 @@
 class DatabaseError;
 
 /// Ends the import; nothing of the run is kept. `what()` is the English text.
-class ImportError : public std::runtime_error {
+class Failure : public std::runtime_error {
 public:
   /// `phrase` with its marks "{0}", "{1}", ... replaced by `values`.
-  explicit ImportError(const Phrase& phrase, std::initializer_list<std::string_view> values = {});
+  explicit Failure(const Phrase& phrase, std::initializer_list<std::string_view> values = {});
 
   /// A text that is made otherwise in each language.
-  ImportError(std::string chinese, std::string english);
+  Failure(std::string chinese, std::string english);
 
   const std::string& text(SummaryLang lang) const noexcept;
 
@@ -32,8 +32,8 @@ private:
 
 /// Why the import ends when a database fails it; a full disk is named as such. SQLite's sentence
 /// about anything else is passed on as it is.
-ImportError databaseFailure(const DatabaseError& error);
+Failure databaseFailure(const DatabaseError& error);
 
 /// The same when the system refuses it something: names the file that `error` is about, where it
 /// knows one, and the system's reason in the system's own words.
-ImportError systemFailure(const std::system_error& error);
+Failure systemFailure(const std::system_error& error);

@@ -50,7 +50,7 @@ constexpr Phrase rosterUnread{
 struct Place {
   std::string id;
   std::filesystem::path database;
-  bool inUse = true;  ///< see ImportWriter::Options
+  bool inUse = true;  ///< see Writer::Options
   /// When the database was last brought up to date; absent when that is not known.
   std::optional<double> lastSyncAt = std::nullopt;
 };
@@ -62,7 +62,7 @@ std::string lastName(const std::filesystem::path& path) {
 
 /// Reads the export into the open transaction of the reader's sink; returns the bytes read.
 std::uint64_t transfer(ExportFile& source, ExportReader& reader, MemberZone& zone,
-                       ImportProgress& progress) {
+                       Importer::Progress& progress) {
   std::uint64_t total = 0;
   source.readAll([&](std::string_view piece) {
     reader.feed(piece);
@@ -83,7 +83,7 @@ struct Outcome {
 
 /// Everything that happens in the database. Fills the counts of `report`.
 Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
-              const ImportSurroundings& surroundings, ImportReport& report) {
+              const ImportSurroundings& surroundings, Report& report) {
   // First, because a migration changes the file, and the zone may be a reason not to import into
   // it.
   MemberZone zone({.member = order.name,
@@ -96,16 +96,16 @@ Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
   Database database(place.database.string(),
                     {.create = true, .readOnly = false, .interrupted = &surroundings.interrupted});
   Schema::migrate(database);
-  ImportWriter writer(database,
-                      {.inUse = place.inUse,
-                       .lastSyncAt = place.lastSyncAt,
-                       .cacheKibibytes = surroundings.cacheKibibytes});
+  Writer writer(database,
+                {.inUse = place.inUse,
+                 .lastSyncAt = place.lastSyncAt,
+                 .cacheKibibytes = surroundings.cacheKibibytes});
   ExportReader reader(writer, zone.zone());
-  ImportProgress progress(surroundings.progress,
-                          surroundings.progressKind,
-                          surroundings.lang,
-                          surroundings.clock,
-                          source.size());
+  Importer::Progress progress(surroundings.progress,
+                              surroundings.progressKind,
+                              surroundings.lang,
+                              surroundings.clock,
+                              source.size());
   const std::uint64_t bytes = transfer(source, reader, zone, progress);
   progress.finishing();
   const double now = surroundings.clock();
@@ -132,7 +132,7 @@ Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
 
 /// The same, with failures in words. A failure leaves no database where there was none.
 Outcome storeOrExplain(ExportFile& source, const Place& place, const ImportOrder& order,
-                       const ImportSurroundings& surroundings, ImportReport& report) {
+                       const ImportSurroundings& surroundings, Report& report) {
   NewDatabase made(place.database);
   try {
     Outcome outcome = store(source, place, order, surroundings, report);
@@ -142,7 +142,7 @@ Outcome storeOrExplain(ExportFile& source, const Place& place, const ImportOrder
     // SQLite was told to break off, and tells it as a failure.
     heed(surroundings.interrupted);
     throw databaseFailure(error);
-  } catch (const ImportError&) {
+  } catch (const Failure&) {
     // A signal may also have kept bytes from coming.
     heed(surroundings.interrupted);
     throw;
@@ -154,11 +154,11 @@ Place placeOf(const Member& member, double now) {
   const std::filesystem::path database = member.dbPath;
   // Anything else would depend on the folder that the import happens to be started in.
   if (!database.is_absolute()) {
-    throw ImportError(phrases::pathUnusable, {member.name, member.dbPath});
+    throw Failure(phrases::pathUnusable, {member.name, member.dbPath});
   }
   // Making the folder would put the data where the drive is to be mounted.
   if (!std::filesystem::is_directory(database.parent_path())) {
-    throw ImportError(phrases::folderMissing, {database.parent_path().string()});
+    throw Failure(phrases::folderMissing, {database.parent_path().string()});
   }
   const bool inPast = member.lastSyncAt && *member.lastSyncAt <= now;
   return {.id = member.id,
@@ -174,7 +174,7 @@ std::vector<std::string> idsOf(const std::vector<Member>& members) {
 }
 
 /// Names the member in the roster as it is by now: reading the export may have taken minutes.
-void enter(const std::filesystem::path& rosterPath, const ImportReport& report,
+void enter(const std::filesystem::path& rosterPath, const Report& report,
            const std::filesystem::path& database, const Outcome& outcome, double now) {
   try {
     RosterDocument roster(rosterPath);
@@ -185,17 +185,17 @@ void enter(const std::filesystem::path& rosterPath, const ImportReport& report,
                 .exportedAt = outcome.exportedAt,
                 .firstDay = outcome.firstDay});
     roster.write();
-  } catch (const ImportError&) {
-    throw ImportError(phrases::rosterUnread, {rosterPath.string()});
+  } catch (const Failure&) {
+    throw Failure(phrases::rosterUnread, {rosterPath.string()});
   } catch (const std::system_error& error) {
-    throw ImportError(phrases::rosterUnwritten, {rosterPath.string(), error.code().message()});
+    throw Failure(phrases::rosterUnwritten, {rosterPath.string(), error.code().message()});
   }
 }
 
 /// The same for a member whom the roster does not name yet.
 void storeNew(ExportFile& source, const MemberFolder& folder, const std::vector<Member>& members,
               const std::filesystem::path& rosterPath, const ImportOrder& order,
-              const ImportSurroundings& surroundings, ImportReport& report) {
+              const ImportSurroundings& surroundings, Report& report) {
   const Place place{.id = folder.id(), .database = folder.database(), .inUse = false};
   report.id = place.id;
   report.newMember = true;
@@ -216,18 +216,18 @@ void storeNew(ExportFile& source, const MemberFolder& folder, const std::vector<
 /// The roster names databases by their paths and is JSON, which takes UTF-8 alone.
 void requireUTF8(const std::filesystem::path& root) {
   const std::string text = repaired(root.string());
-  if (text != root.string()) throw ImportError(phrases::rootNotUTF8, {text});
+  if (text != root.string()) throw Failure(phrases::rootNotUTF8, {text});
 }
 
 }  // namespace
 
-ImportReport runImport(const ImportOrder& order, const ImportSurroundings& surroundings) {
+Report runImport(const ImportOrder& order, const ImportSurroundings& surroundings) {
   const double began = surroundings.clock();
   const std::filesystem::path root = std::filesystem::absolute(order.dataRoot).lexically_normal();
   requireUTF8(root);
   if (order.timeZone) knownZone(*order.timeZone);
   ExportFile source(order.source, surroundings.interrupted);
-  ImportReport report;
+  Report report;
   report.name = order.name;
   report.source = order.source.string();
   report.beside = source.contents();
@@ -235,7 +235,7 @@ ImportReport runImport(const ImportOrder& order, const ImportSurroundings& surro
   // Whoever must not be written for is refused before the first file is made.
   recipient(RosterDocument(rosterPath).members(), order.name, order.id);
 
-  ImportLock lock(root);
+  Lock lock(root);
   const std::vector<Member> members = RosterDocument(rosterPath).members();
   if (const std::optional<Member> member = recipient(members, order.name, order.id)) {
     const Place place = placeOf(*member, began);

@@ -16,12 +16,12 @@
 /// Where an import shows how far it has come, and what time it is there.
 struct ImportSurroundings {
   std::ostream& progress;
-  ImportProgress::Kind progressKind;
+  Importer::Progress::Kind progressKind;
   SummaryLang lang;
   Clock clock;
   std::optional<std::string> timeZone;  ///< the machine's, by its name; absent when it has none
   /// Memory for pages of the database. What does not fit is written early, inside the transaction.
-  int cacheKibibytes = ImportWriter::usualCacheKibibytes;
+  int cacheKibibytes = Writer::usualCacheKibibytes;
   /// Whether the user or the system wants the import to stop. Not asked any more once the data is
   /// committed.
   Interrupted interrupted = neverInterrupted;
@@ -33,6 +33,6 @@ struct ImportSurroundings {
 /// database lacks, and its write-ahead log mode. A process that is killed also leaves, of a new
 /// member, a folder with an empty database. An import that ends between commit and roster is
 /// completed by the next of the same name, which finds the data there and only writes the roster.
-/// Files are made with the process's creation mask. Refusals and failures leave as ImportError
+/// Files are made with the process's creation mask. Refusals and failures leave as Failure
 /// (Interruption when the import was asked to stop) or std::system_error.
-ImportReport runImport(const ImportOrder& order, const ImportSurroundings& surroundings);
+Report runImport(const ImportOrder& order, const ImportSurroundings& surroundings);

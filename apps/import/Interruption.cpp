@@ -9,7 +9,7 @@ constexpr Phrase interruptedRun{"已中断:没有改动任何数据", "interrupt
 
 Interruption::Interruption() : Interruption(interruptedRun) {}
 
-Interruption::Interruption(const Phrase& phrase) : ImportError(phrase) {}
+Interruption::Interruption(const Phrase& phrase) : Failure(phrase) {}
 
 void heed(const Interrupted& interrupted) {
   if (interrupted()) throw Interruption();

@@ -7,7 +7,7 @@
 #include <functional>
 
 /// Ends an import that was asked to stop before its commit, or a check.
-class Interruption : public ImportError {
+class Interruption : public Failure {
 public:
   Interruption();  ///< says that nothing was changed
 

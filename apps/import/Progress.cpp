@@ -48,14 +48,14 @@ std::string duration(double seconds) {
 
 }  // namespace
 
-ImportProgress::ImportProgress(std::ostream& out, Kind kind, SummaryLang lang, Clock clock,
-                               std::optional<std::uint64_t> total)
+Importer::Progress::Progress(std::ostream& out, Kind kind, SummaryLang lang, Clock clock,
+                             std::optional<std::uint64_t> total)
     : out(out), kind(kind), lang(lang), clock(std::move(clock)), total(total) {
   began = this->clock();
   shown = began;
 }
 
-std::string ImportProgress::text(double seconds) const {
+std::string Importer::Progress::text(double seconds) const {
   const auto read = static_cast<double>(done);
   const double rate = read / seconds;
   if (!total || *total == 0) {
@@ -72,7 +72,7 @@ std::string ImportProgress::text(double seconds) const {
                  duration(std::max(all - read, 0.0) / rate)});
 }
 
-void ImportProgress::show(const std::string& line) {
+void Importer::Progress::show(const std::string& line) {
   if (kind == Kind::terminal) {
     out << clearLine << line;
   } else {
@@ -81,7 +81,7 @@ void ImportProgress::show(const std::string& line) {
   out.flush();
 }
 
-void ImportProgress::read(std::uint64_t bytes) {
+void Importer::Progress::read(std::uint64_t bytes) {
   done += bytes;
   const double now = clock();
   const double interval = kind == Kind::terminal ? 0.2 : 60;
@@ -92,10 +92,10 @@ void ImportProgress::read(std::uint64_t bytes) {
   show(text(now - began));
 }
 
-void ImportProgress::finishing() {
+void Importer::Progress::finishing() {
   if (kind == Kind::terminal) show(std::string(phrases::finishing.in(lang)));
 }
 
-ImportProgress::~ImportProgress() {
+Importer::Progress::~Progress() {
   if (kind == Kind::terminal) (out << clearLine).flush();
 }

@@ -9,8 +9,10 @@
 #include <ostream>
 #include <string>
 
+namespace Importer {
+
 /// Shows the bytes read, the rate and the time left. Cheap enough to be told of every piece.
-class ImportProgress {
+class Progress {
 public:
   enum class Kind {
     terminal,  ///< one line that updates itself several times a second
@@ -18,12 +20,12 @@ public:
   };
 
   /// `out` outlives the progress. Without `total`, the bytes to come are not known.
-  ImportProgress(std::ostream& out, Kind kind, SummaryLang lang, Clock clock,
-                 std::optional<std::uint64_t> total);
+  Progress(std::ostream& out, Kind kind, SummaryLang lang, Clock clock,
+           std::optional<std::uint64_t> total);
 
-  ~ImportProgress();  ///< takes the terminal's line away
-  ImportProgress(const ImportProgress&) = delete;
-  ImportProgress& operator=(const ImportProgress&) = delete;
+  ~Progress();  ///< takes the terminal's line away
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
 
   void read(std::uint64_t bytes);  ///< so many more
 
@@ -43,3 +45,5 @@ private:
   double shown;
   std::uint64_t done = 0;
 };
+
+}  // namespace Importer

@@ -35,8 +35,8 @@ constexpr Phrase nothingNew{"没有新数据,数据库未变。", "Nothing new: 
 
 }  // namespace
 
-std::string reportText(const ImportReport& report, SummaryLang lang) {
-  const ImportTally& tally = report.tally;
+std::string reportText(const Report& report, SummaryLang lang) {
+  const RunTally& tally = report.tally;
   ReportPage page(lang, System::digitGrouping());
   page.add(report.newMember ? phrases::intoNew : phrases::into,
            {report.source, report.name, report.id});

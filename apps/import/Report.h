@@ -10,12 +10,12 @@
 #include <string>
 
 /// A run that has ended well.
-struct ImportReport {
+struct Report {
   std::string name;  ///< the member's
   std::string id;    ///< the member's
   bool newMember = false;
   std::string source;  ///< as named on the command line
-  ImportTally tally;
+  RunTally tally;
   std::string timeZone;  ///< that the member's days are in
   /// The machine's, in which the server tells nights; absent when it has no name.
   std::optional<std::string> machineTimeZone;
@@ -23,8 +23,8 @@ struct ImportReport {
   ExportContents beside;
   double seconds = 0;  ///< that it took
 
-  bool operator==(const ImportReport&) const = default;
+  bool operator==(const Report&) const = default;
 };
 
 /// The report for a person to read, in lines with their last line feed.
-std::string reportText(const ImportReport& report, SummaryLang lang);
+std::string reportText(const Report& report, SummaryLang lang);

@@ -53,7 +53,7 @@ void ReportPage::addUnlessZero(const Phrase& phrase, std::int64_t count) {
   if (count != 0) add(phrase, {number(count)});
 }
 
-void ReportPage::addTroubles(const ImportTally& tally, const Irregularities& irregularities,
+void ReportPage::addTroubles(const RunTally& tally, const Irregularities& irregularities,
                              const ExportContents& beside) {
   addUnlessZero(phrases::converted, tally.converted);
   addUnlessZero(phrases::unknownUnits, tally.unknownUnits);
@@ -74,7 +74,7 @@ void ReportPage::addTroubles(const ImportTally& tally, const Irregularities& irr
 void ReportPage::addTime(double seconds) { add(phrases::time, {fixedDecimals(seconds, 1)}); }
 
 /// "WorkoutRoute 12, route files 12"; empty when everything was stored.
-std::string ReportPage::notStored(const ImportTally& tally, const ExportContents& beside) const {
+std::string ReportPage::notStored(const RunTally& tally, const ExportContents& beside) const {
   std::vector<std::string> kinds;
   const auto addKind = [&](std::string_view kind, std::int64_t count) {
     if (count != 0) kinds.push_back(filled(phrases::oneKind.in(lang), {kind, number(count)}));

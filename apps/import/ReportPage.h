@@ -27,7 +27,7 @@ public:
 
   /// What was converted, put up with and left out, by reason and by name. `beside` lies beside the
   /// export.xml and is not stored either.
-  void addTroubles(const ImportTally& tally, const Irregularities& irregularities,
+  void addTroubles(const RunTally& tally, const Irregularities& irregularities,
                    const ExportContents& beside);
 
   void addTime(double seconds);
@@ -39,7 +39,7 @@ public:
   std::string text() const { return lines.joined() + "\n"; }
 
 private:
-  std::string notStored(const ImportTally& tally, const ExportContents& beside) const;
+  std::string notStored(const RunTally& tally, const ExportContents& beside) const;
 
   SummaryLang lang;
   DigitGrouping grouping;

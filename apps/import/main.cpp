@@ -47,27 +47,28 @@ int fail(const std::string& message) {
   return failed;
 }
 
-int say(const ImportCommandLine::Say& order) {
+int say(const Importer::CommandLine::Say& order) {
   const bool said = writeAll(order.toStderr ? STDERR_FILENO : STDOUT_FILENO, order.text);
   return said ? order.status : failed;
 }
 
-ImportProgress::Kind progressKind() {
-  return isatty(STDERR_FILENO) == 1 ? ImportProgress::Kind::terminal : ImportProgress::Kind::log;
+Importer::Progress::Kind progressKind() {
+  return isatty(STDERR_FILENO) == 1 ? Importer::Progress::Kind::terminal
+                                    : Importer::Progress::Kind::log;
 }
 
 int bringIn(const ImportOrder& order, SummaryLang lang) {
   confine(order);
-  const ImportReport report = runImport(order,
-                                        {.progress = std::cerr,
-                                         .progressKind = progressKind(),
-                                         .lang = lang,
-                                         .clock = systemTime,
-                                         .timeZone = System::timeZoneName(),
-                                         .interrupted = StopSignals::noted});
+  const Report report = runImport(order,
+                                  {.progress = std::cerr,
+                                   .progressKind = progressKind(),
+                                   .lang = lang,
+                                   .clock = systemTime,
+                                   .timeZone = System::timeZoneName(),
+                                   .interrupted = StopSignals::noted});
   if (!writeAll(STDOUT_FILENO, reportText(report, lang))) {
     const std::string reason = std::generic_category().message(errno);
-    complain(ImportError(reportUnwritten, {reason}).text(lang));
+    complain(Failure(reportUnwritten, {reason}).text(lang));
   }
   return succeeded;
 }
@@ -89,7 +90,7 @@ int check(const CheckOrder& order, SummaryLang lang) {
   const bool written = writeAll(STDOUT_FILENO, censusText(outcome.census, lang));
   const std::string reason = std::generic_category().message(errno);
   if (outcome.failure) return fail(outcome.failure->text(lang));
-  return written ? succeeded : fail(ImportError(censusUnwritten, {reason}).text(lang));
+  return written ? succeeded : fail(Failure(censusUnwritten, {reason}).text(lang));
 }
 
 }  // namespace
@@ -109,14 +110,14 @@ int main(int count, char* words[]) {
     lang = AppLanguage::isChinese() ? SummaryLang::zh : SummaryLang::en;
     const std::span arguments(words + 1, static_cast<std::size_t>(count > 0 ? count - 1 : 0));
     const auto order =
-        ImportCommandLine::parsed(arguments, ControlProtocol::defaultDataRoot(), lang);
-    if (const auto* saying = std::get_if<ImportCommandLine::Say>(&order)) return say(*saying);
+        Importer::CommandLine::parsed(arguments, ControlProtocol::defaultDataRoot(), lang);
+    if (const auto* saying = std::get_if<Importer::CommandLine::Say>(&order)) return say(*saying);
     if (const auto* checking = std::get_if<CheckOrder>(&order)) return check(*checking, lang);
     return bringIn(std::get<ImportOrder>(order), lang);
   } catch (const Interruption& interruption) {
     complain(interruption.text(lang));
     StopSignals::end();
-  } catch (const ImportError& error) {
+  } catch (const Failure& error) {
     return fail(error.text(lang));
   } catch (const std::system_error& error) {
     return fail(systemFailure(error).text(lang));

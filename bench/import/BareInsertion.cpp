@@ -118,10 +118,10 @@ Cost run(const Database& database, const std::string& sql) {
   return meter.taken();
 }
 
-/// As ImportWriter has it for a new member: pages for as long as they fit, no reader to spare, and
+/// As Writer has it for a new member: pages for as long as they fit, no reader to spare, and
 /// a commit that has reached the disk.
 void set(const Database& database) {
-  const ImportWriter::Options options{.inUse = false};
+  const Writer::Options options{.inUse = false};
   run(database, "PRAGMA synchronous=EXTRA");
   run(database, "PRAGMA fullfsync=ON");
   run(database, "PRAGMA checkpoint_fullfsync=ON");

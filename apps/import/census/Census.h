@@ -51,7 +51,7 @@ struct Census {
   std::size_t sources = 0;         ///< of records and workouts
   bool moreSources = false;        ///< there are more, but counting them takes memory
   std::size_t years = 0;           ///< in which records and workouts start
-  ImportTally tally;
+  RunTally tally;
   Irregularities irregularities;
   ExportContents beside;
   std::uint64_t bytes = 0;  ///< of XML

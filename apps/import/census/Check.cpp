@@ -21,13 +21,13 @@ CheckOutcome outcomeOf(const CheckOrder& order, const CheckSurroundings& surroun
   ExportReader reader(taker);
   FormatVersion version;
   std::uint64_t bytes = 0;
-  std::optional<ImportError> failure;
+  std::optional<Failure> failure;
   {
-    ImportProgress progress(surroundings.progress,
-                            surroundings.progressKind,
-                            surroundings.lang,
-                            surroundings.clock,
-                            source.size());
+    Importer::Progress progress(surroundings.progress,
+                                surroundings.progressKind,
+                                surroundings.lang,
+                                surroundings.clock,
+                                source.size());
     try {
       source.readAll([&](std::string_view piece) {
         bytes += piece.size();
@@ -36,7 +36,7 @@ CheckOutcome outcomeOf(const CheckOrder& order, const CheckSurroundings& surroun
         progress.read(piece.size());
       });
       reader.finish();
-    } catch (const ImportError& error) {
+    } catch (const Failure& error) {
       // A signal may also have kept bytes from coming.
       heed(surroundings.interrupted);
       failure = error;

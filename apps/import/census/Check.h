@@ -15,7 +15,7 @@
 /// Where a check shows how far it has come, and what may end it.
 struct CheckSurroundings {
   std::ostream& progress;
-  ImportProgress::Kind progressKind;
+  Importer::Progress::Kind progressKind;
   SummaryLang lang;
   Clock clock;                                 ///< for how long it takes; may count from any moment
   Interrupted interrupted = neverInterrupted;  ///< whether the user or the system wants it to stop
@@ -23,11 +23,11 @@ struct CheckSurroundings {
 
 /// What came of it.
 struct CheckOutcome {
-  Census census;                       ///< of what could be read
-  std::optional<ImportError> failure;  ///< why the export cannot be read whole
+  Census census;                   ///< of what could be read
+  std::optional<Failure> failure;  ///< why the export cannot be read whole
 };
 
 /// Reads the export that `order` names as an import for a new member would, and counts. Makes,
 /// writes and locks nothing and opens no other file. An export that cannot even be opened throws
-/// ImportError; a check that was asked to stop throws Interruption, and has no outcome.
+/// Failure; a check that was asked to stop throws Interruption, and has no outcome.
 CheckOutcome runCheck(const CheckOrder& order, const CheckSurroundings& surroundings);

@@ -2,12 +2,12 @@
 
 #include <cstddef>
 
-void ImportTally::met(std::string_view day) {
+void RunTally::met(std::string_view day) {
   if (!firstDay || day < *firstDay) firstDay = day;
   if (!lastDay || day > *lastDay) lastDay = day;
 }
 
-void ImportTally::count(std::string_view element) {
+void RunTally::count(std::string_view element) {
   constexpr std::size_t mostNames = 50;
   const auto found = notStored.find(element);
   if (found != notStored.end()) {
@@ -19,7 +19,7 @@ void ImportTally::count(std::string_view element) {
   }
 }
 
-void ImportTally::skip(std::string_view reason, long long line) {
+void RunTally::skip(std::string_view reason, long long line) {
   const auto found = skipped.find(reason);
   if (found != skipped.end()) {
     ++found->second.count;

@@ -26,7 +26,7 @@ struct Skipped {
 };
 
 /// Counts of one run. Grows with the kinds of things in the export, not with their number.
-struct ImportTally {
+struct RunTally {
   Tally records;
   Tally workouts;
   Tally activityDays;             ///< `added`: new, or with newer values
@@ -58,5 +58,5 @@ struct ImportTally {
   void count(std::string_view element);
   void skip(std::string_view reason, long long line);
 
-  bool operator==(const ImportTally&) const = default;
+  bool operator==(const RunTally&) const = default;
 };

@@ -1,12 +1,12 @@
 #include "import/database/Statistics.h"
 
-bool ImportStatistics::built(const Database& database) {
+bool Statistics::built(const Database& database) {
   return database.prepare("SELECT v FROM stat_meta WHERE k = 'built' AND v = '1'")
       .next()
       .has_value();
 }
 
-void ImportStatistics::rebuild(Database& database) {
+void Statistics::rebuild(Database& database) {
   // The records are read once, along the index of their constraint, which has all that is asked for
   // in this order; both tables are made of the pairs.
   for (const char* sql :
@@ -25,13 +25,13 @@ void ImportStatistics::rebuild(Database& database) {
   }
 }
 
-std::int64_t ImportStatistics::sources(const Database& database) {
+std::int64_t Statistics::sources(const Database& database) {
   Statement query = database.prepare("SELECT COUNT(*) FROM stat_sources WHERE n > 0");
   const std::optional<Row> row = query.next();
   return row ? row->find<std::int64_t>(0).value_or(0) : 0;
 }
 
-std::optional<std::string> ImportStatistics::firstDay(const Database& database) {
+std::optional<std::string> Statistics::firstDay(const Database& database) {
   // One step down the index for every type, instead of a walk along all of it.
   Statement query = database.prepare(
       "SELECT MIN(day) FROM (SELECT (SELECT MIN(start_day) FROM records WHERE records.type ="

@@ -8,7 +8,7 @@
 #include <string>
 
 /// All run inside the caller's transaction; failures leave as DatabaseError.
-namespace ImportStatistics {
+namespace Statistics {
 
 /// Whether the tables are marked as complete.
 bool built(const Database& database);
@@ -23,4 +23,4 @@ std::int64_t sources(const Database& database);
 /// from which the history is complete. Absent when there are none.
 std::optional<std::string> firstDay(const Database& database);
 
-}  // namespace ImportStatistics
+}  // namespace Statistics

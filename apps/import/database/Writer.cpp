@@ -21,7 +21,7 @@ std::int64_t lastRow(const Database& database) {
 }
 
 /// Settings for one long transaction, then its beginning; returns the last rowid of the records.
-std::int64_t begun(Database& database, const ImportWriter::Options& options) {
+std::int64_t begun(Database& database, const Writer::Options& options) {
   // The roster is written after the commit and says that the data is there: the commit has to be on
   // the disk by then, not on its way.
   run(database, "PRAGMA synchronous=EXTRA");
@@ -90,7 +90,7 @@ std::optional<std::string_view> unlessEmpty(std::string_view text) {
 
 }  // namespace
 
-ImportWriter::ImportWriter(Database& database, Options options)
+Writer::Writer(Database& database, Options options)
     : database(database),
       options(options),
       lastRowBefore(begun(database, options)),
@@ -101,7 +101,7 @@ ImportWriter::ImportWriter(Database& database, Options options)
       findDay(database.prepare(daySearch)),
       replaceDay(database.prepare(dayReplacement)) {}
 
-void ImportWriter::exportedAt(std::string_view stamp) {
+void Writer::exportedAt(std::string_view stamp) {
   counts.exportedAt = stamp;
   const std::optional<std::int64_t> moment = AppleFormat::stampParser.parse(stamp);
   olderExport = moment && options.lastSyncAt && static_cast<double>(*moment) < *options.lastSyncAt;
@@ -109,7 +109,7 @@ void ImportWriter::exportedAt(std::string_view stamp) {
 
 /// Binds only what differs from the row before; most of a row's texts are the same as its
 /// neighbour's, and binding copies.
-void ImportWriter::bindIfChanged(std::size_t position, std::optional<std::string_view> text) {
+void Writer::bindIfChanged(std::size_t position, std::optional<std::string_view> text) {
   std::optional<std::string>& present = bound[position - 1];
   if (text ? present && *present == *text : !present) return;
   if (text) {
@@ -121,7 +121,7 @@ void ImportWriter::bindIfChanged(std::size_t position, std::optional<std::string
 }
 
 /// The unit of the first number that was stored of the record's type; `nullopt` when there is none.
-std::optional<std::string> ImportWriter::firstUnitOf(const ExportedRecord& record) {
+std::optional<std::string> Writer::firstUnitOf(const ExportedRecord& record) {
   std::optional<std::string> unit;
   // Mostly all numbers of a type are in one unit, which the index finds at once; to find the first
   // row takes as long as there are rows of the type.
@@ -142,7 +142,7 @@ std::optional<std::string> ImportWriter::firstUnitOf(const ExportedRecord& recor
 /// Whether the sample is there: the same text, or a number that lies no further from the stored one
 /// than the phone's rounding. The phone exports a sample in the unit that is chosen there at that
 /// time, "1.609344" km once and "1" mi later.
-bool ImportWriter::isStored(const ExportedRecord& record) {
+bool Writer::isStored(const ExportedRecord& record) {
   findRecord.bind(1, record.type).bind(2, record.sourceName).bind(3, record.startDate);
   findRecord.bind(4, record.endDate).bind(5, record.unit);
   const bool comparable = record.number && record.unit && Units::isConvertible(*record.unit);
@@ -160,7 +160,7 @@ bool ImportWriter::isStored(const ExportedRecord& record) {
   return found;
 }
 
-void ImportWriter::add(const ExportedRecord& exported) {
+void Writer::add(const ExportedRecord& exported) {
   ExportedRecord record = exported;
   firstUnits.convert(record, [this](const ExportedRecord& first) { return firstUnitOf(first); });
   counts.read(counts.records, record);
@@ -181,7 +181,7 @@ void ImportWriter::add(const ExportedRecord& exported) {
   insertRecord.run();
 }
 
-void ImportWriter::add(const ExportedWorkout& workout) {
+void Writer::add(const ExportedWorkout& workout) {
   const WorkoutEntry& entry = workout.entry;
   const std::string day = entry.start.substr(0, 10);
   counts.read(counts.workouts, workout);
@@ -201,14 +201,14 @@ void ImportWriter::add(const ExportedWorkout& workout) {
   if (entry.humidity) addHumidity(entry);
 }
 
-void ImportWriter::addHumidity(const WorkoutEntry& entry) {
+void Writer::addHumidity(const WorkoutEntry& entry) {
   const std::string data = nlohmann::ordered_json(*entry.humidity).dump();
   insertHumidity.bind(1, entry.workout_id()).bind(2, data).run();
 }
 
 /// Whether the rings of that day are there and need no change: the same but for the phone's
 /// rounding, or not older than those of an older export.
-bool ImportWriter::isStored(const ExportedActivityDay& day) {
+bool Writer::isStored(const ExportedActivityDay& day) {
   findDay.bind(1, day.date);
   const std::optional<Row> row = findDay.next();
   bool stored = row.has_value();
@@ -227,7 +227,7 @@ bool ImportWriter::isStored(const ExportedActivityDay& day) {
   return stored;
 }
 
-void ImportWriter::add(const ExportedActivityDay& day) {
+void Writer::add(const ExportedActivityDay& day) {
   counts.read(counts.activityDays, day);
   if (isStored(day)) return;
   replaceDay.bind(1, day.date).bind(2, day.activeEnergyUnit);
@@ -237,11 +237,11 @@ void ImportWriter::add(const ExportedActivityDay& day) {
   ++counts.activityDays.added;
 }
 
-void ImportWriter::notStored(std::string_view element) { counts.count(element); }
+void Writer::notStored(std::string_view element) { counts.count(element); }
 
-void ImportWriter::skipped(std::string_view reason, long long line) { counts.skip(reason, line); }
+void Writer::skipped(std::string_view reason, long long line) { counts.skip(reason, line); }
 
-void ImportWriter::insertRun(const Origin& origin) {
+void Writer::insertRun(const Origin& origin) {
   Statement insert = database.prepare(
       "INSERT INTO imports (imported_at, source_file, source_bytes, n_records, n_workouts,"
       " n_summary, n_ecg, n_routes) VALUES (?, ?, ?, ?, ?, ?, 0, 0)");
@@ -250,14 +250,14 @@ void ImportWriter::insertRun(const Origin& origin) {
   insert.bind(6, counts.activityDays.added).run();
 }
 
-void ImportWriter::finish(const Origin& origin) {
+void Writer::finish(const Origin& origin) {
   // A row that is ignored takes no rowid, and a new one always that after the last.
   counts.records.added = lastRow(database) - lastRowBefore;
-  if (counts.records.added > 0 || !ImportStatistics::built(database)) {
-    ImportStatistics::rebuild(database);
+  if (counts.records.added > 0 || !Statistics::built(database)) {
+    Statistics::rebuild(database);
   }
-  counts.sources = ImportStatistics::sources(database);
-  firstStored = ImportStatistics::firstDay(database);
+  counts.sources = Statistics::sources(database);
+  firstStored = Statistics::firstDay(database);
   insertRun(origin);
   if (origin.timeZone) ImportedZone::keep(database, *origin.timeZone);
   run(database, "COMMIT");

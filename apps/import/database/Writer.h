@@ -20,7 +20,7 @@
 /// type are all in one unit: a type for which StoredUnit has none takes the one that the database
 /// has; what cannot be converted to it is stored as exported and counted. Failures leave as
 /// DatabaseError.
-class ImportWriter final : public ExportSink {
+class Writer final : public ExportSink {
 public:
   static constexpr int usualCacheKibibytes = 24576;
 
@@ -46,7 +46,7 @@ public:
 
   /// Begins. `database` has the present schema, may be written, has no open transaction, and
   /// outlives the writer.
-  ImportWriter(Database& database, Options options);
+  Writer(Database& database, Options options);
 
   void exportedAt(std::string_view stamp) override;
   void add(const ExportedRecord& record) override;
@@ -59,7 +59,7 @@ public:
   void finish(const Origin& origin);
 
   /// Complete after `finish`.
-  const ImportTally& tally() const { return counts; }
+  const RunTally& tally() const { return counts; }
 
   /// The first day of all records and workouts in the database, after `finish`; absent without any.
   const std::optional<std::string>& firstStoredDay() const { return firstStored; }
@@ -85,6 +85,6 @@ private:
   std::array<std::optional<std::string>, 4> bound;
   FirstUnits firstUnits;
   bool olderExport = false;
-  ImportTally counts;
+  RunTally counts;
   std::optional<std::string> firstStored;
 };

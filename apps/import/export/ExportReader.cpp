@@ -44,7 +44,7 @@ void ExportReader::parse(std::string_view bytes) {
     const std::size_t first = bytes.find_first_not_of(" \t\r\n");
     begun = first != std::string_view::npos;
     // Nobody who gave a picture or a list by mistake wants to hear of broken XML.
-    if (begun && bytes[first] != '<') throw ImportError(phrases::noExport);
+    if (begun && bytes[first] != '<') throw Failure(phrases::noExport);
   }
   parser.parse(unrepeated.removed(prolog.passed(bytes)));
 }
@@ -69,8 +69,8 @@ void ExportReader::startElement(std::string_view name, const Attributes& attribu
   if (depth > deepestElement) parser.refuse(phrases::tooDeep);
   if (ignoredDepth != 0) return;
   if (depth == 1) {
-    if (name == "ClinicalDocument") throw ImportError(phrases::clinicalDocument);
-    if (name != "HealthData") throw ImportError(phrases::noExport);
+    if (name == "ClinicalDocument") throw Failure(phrases::clinicalDocument);
+    if (name != "HealthData") throw Failure(phrases::noExport);
   } else if (depth == 2) {
     startTopElement(name, attributes);
   } else {

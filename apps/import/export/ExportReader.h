@@ -23,7 +23,7 @@
 /// whose time cannot be read is told as exported, and without a zone so are all.
 ///
 /// Elements that the XML is sound about but the database cannot take are told to the sink and left
-/// out. Broken XML throws ImportError with line and column; so does a file that is nested deeper
+/// out. Broken XML throws Failure with line and column; so does a file that is nested deeper
 /// or has longer tags or more names than any export, which only exists to exhaust memory. One that
 /// is no Health export, or in another encoding than UTF-8, throws it too. What the sink throws
 /// passes through. After an exception the reader is of no more use.

@@ -26,7 +26,7 @@ constexpr Phrase anotherImport{"另一个导入正在进行,等它结束后再�
 // An import that made the file and comes to nothing removes it while it holds the lock. Another one
 // may have opened that file before: its lock would then be on a file that a third does not find. So
 // a lock counts only when the file is still there under its name, and else all begins anew.
-ImportLock::ImportLock(const std::filesystem::path& dataRoot) : path(dataRoot / "import.lock") {
+Lock::Lock(const std::filesystem::path& dataRoot) : path(dataRoot / "import.lock") {
   constexpr int attempts = 100;
   for (int attempt = 0; attempt < attempts; ++attempt) {
     folders.emplace(dataRoot);
@@ -35,10 +35,10 @@ ImportLock::ImportLock(const std::filesystem::path& dataRoot) : path(dataRoot / 
   fail(path, ENOENT);
 }
 
-ImportLock::~ImportLock() { release(); }
+Lock::~Lock() { release(); }
 
 /// False when the folder or the file went between two looks.
-bool ImportLock::tryToOpen() {
+bool Lock::tryToOpen() {
   file = Descriptor::ofFile(path, O_RDWR | O_CREAT | O_EXCL);
   madeFile = static_cast<bool>(file);
   if (!file && errno == EEXIST) file = Descriptor::ofFile(path, O_RDWR);
@@ -47,7 +47,7 @@ bool ImportLock::tryToOpen() {
 }
 
 /// False, with the file closed, when it is not the one that others find.
-bool ImportLock::lockFile() {
+bool Lock::lockFile() {
   int result = 0;
   do {
     result = flock(file.get(), LOCK_EX | LOCK_NB);
@@ -58,18 +58,18 @@ bool ImportLock::lockFile() {
   if (result == 0 || error == EWOULDBLOCK) keep();
   release();
   if (result == 0) return false;
-  if (error == EWOULDBLOCK) throw ImportError(anotherImport);
+  if (error == EWOULDBLOCK) throw Failure(anotherImport);
   fail(path, error);
 }
 
-bool ImportLock::isStillThere() const {
+bool Lock::isStillThere() const {
   struct stat locked {};
   struct stat named {};
   return fstat(file.get(), &locked) == 0 && stat(path.c_str(), &named) == 0 &&
          locked.st_dev == named.st_dev && locked.st_ino == named.st_ino;
 }
 
-void ImportLock::release() {
+void Lock::release() {
   if (!file) return;
   // Before the lock is given back: afterwards the file may be another import's.
   if (std::exchange(madeFile, false)) unlink(path.c_str());

@@ -9,18 +9,18 @@
 
 /// The right to import into a data root, held until the destructor gives it back; the system gives
 /// it back for a process that dies.
-class ImportLock {
+class Lock {
 public:
   /// Takes the lock, in the file "import.lock" of `dataRoot` (absolute), without waiting. Makes the
-  /// folder and the file where they are missing. Fails with ImportError when another import holds
+  /// folder and the file where they are missing. Fails with Failure when another import holds
   /// the lock, and with std::filesystem::filesystem_error when the file cannot be made or opened.
-  explicit ImportLock(const std::filesystem::path& dataRoot);
+  explicit Lock(const std::filesystem::path& dataRoot);
 
   /// Unless `keep` was called, removes the file if this import made it, and the folders that it
   /// made as far as they are empty.
-  ~ImportLock();
-  ImportLock(const ImportLock&) = delete;
-  ImportLock& operator=(const ImportLock&) = delete;
+  ~Lock();
+  Lock(const Lock&) = delete;
+  Lock& operator=(const Lock&) = delete;
 
   /// Something was imported: the file stays.
   void keep() { madeFile = false; }

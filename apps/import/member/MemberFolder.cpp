@@ -38,8 +38,8 @@ void requireOwn(const std::filesystem::path& folder, const std::filesystem::path
                 const std::string& name) {
   if (!std::filesystem::exists(database)) return;
   const std::optional<std::string> owner = fileContents(noteIn(folder));
-  if (!owner) throw ImportError(phrases::occupied, {folder.string()});
-  if (*owner != name) throw ImportError(phrases::otherPersons, {folder.string(), *owner, name});
+  if (!owner) throw Failure(phrases::occupied, {folder.string()});
+  if (*owner != name) throw Failure(phrases::otherPersons, {folder.string(), *owner, name});
 }
 
 /// The id of the unfinished import of that name; `nullopt` when there is none.

@@ -18,7 +18,7 @@ public:
   /// Claims a folder under "members" in `dataRoot` (absolute) for `name`: that of `id` where it is
   /// given, else the one left by an unfinished import of this name, else a new one with an id that
   /// `newID` makes. `known` are the ids of the roster. A folder that holds a database is refused
-  /// with ImportError unless it belongs to an unfinished import of this very name: what a killed
+  /// with Failure unless it belongs to an unfinished import of this very name: what a killed
   /// import had committed is that person's. Fails with std::filesystem::filesystem_error.
   MemberFolder(const std::filesystem::path& dataRoot, const std::string& name,
                const std::optional<std::string>& id, const std::vector<std::string>& known,

@@ -73,8 +73,7 @@ namespace {
 /// Without any zones there is a better answer than that one of them is not known.
 void requireZones() {
   const std::filesystem::path folder = System::zoneFolder();
-  if (!std::filesystem::is_directory(folder))
-    throw ImportError(phrases::noZones, {folder.string()});
+  if (!std::filesystem::is_directory(folder)) throw Failure(phrases::noZones, {folder.string()});
 }
 
 }  // namespace
@@ -82,7 +81,7 @@ void requireZones() {
 TimeZone knownZone(const std::string& name) {
   requireZones();
   std::optional<TimeZone> zone = TimeZone::named(name);
-  if (!zone) throw ImportError(phrases::unknown, {name});
+  if (!zone) throw Failure(phrases::unknown, {name});
   return *zone;
 }
 
@@ -92,19 +91,19 @@ namespace {
 std::optional<std::string> keptZone(const MemberZone::Hints& hints) {
   const ImportedZone::State state = ImportedZone::of(hints.database.string(), hints.interrupted);
   if (!state.name && state.holdsSamples) {
-    throw ImportError(phrases::unzoned,
-                      {hints.database.string(), hints.database.parent_path().string(), hints.id});
+    throw Failure(phrases::unzoned,
+                  {hints.database.string(), hints.database.parent_path().string(), hints.id});
   }
   if (!state.name || !hints.asked || *hints.asked == *state.name) return state.name;
   if (!state.holdsSamples) return std::nullopt;
-  throw ImportError(phrases::other, {hints.member, *state.name, *hints.asked});
+  throw Failure(phrases::other, {hints.member, *state.name, *hints.asked});
 }
 
 std::string chosenZone(const MemberZone::Hints& hints, bool& assumed) {
   if (std::optional<std::string> kept = keptZone(hints)) return *kept;
   if (hints.asked) return *hints.asked;
   requireZones();
-  if (!hints.machine) throw ImportError(phrases::unnamed);
+  if (!hints.machine) throw Failure(phrases::unnamed);
   assumed = true;
   return *hints.machine;
 }
@@ -117,8 +116,8 @@ void MemberZone::confirm(const std::optional<Stamp>& exported) {
   if (!assumed || !exported) return;
   const Stamp here = timeZone.stamp(exported->moment);
   if (here != *exported) {
-    throw ImportError(phrases::elsewhere,
-                      {offsetText(*exported), offsetText(here), likelyZone(*exported)});
+    throw Failure(phrases::elsewhere,
+                  {offsetText(*exported), offsetText(here), likelyZone(*exported)});
   }
   assumed = false;
 }

@@ -23,7 +23,7 @@ public:
   };
 
   /// The zone that the database's samples are in, else the one that was asked for, else the one
-  /// that an earlier import was told, else the machine's. Throws ImportError when another one was
+  /// that an earlier import was told, else the machine's. Throws Failure when another one was
   /// asked for than the samples are in, when nobody knows which they are in, when the system does
   /// not know the zone, and when there is none. Failures of the database leave as DatabaseError.
   explicit MemberZone(const Hints& hints);
@@ -33,7 +33,7 @@ public:
   /// Whether somebody has said that this is the zone, or the export agrees with it.
   bool isCertain() const { return !assumed; }
 
-  /// Compares an assumed zone with a stamp as exported, where there is one. Throws ImportError when
+  /// Compares an assumed zone with a stamp as exported, where there is one. Throws Failure when
   /// the clocks of the zone were elsewhere than the phone's: nobody has said that the zone is the
   /// member's, and all days would be another place's for good.
   void confirm(const std::optional<Stamp>& exported);
@@ -43,5 +43,5 @@ private:
   TimeZone timeZone;
 };
 
-/// Throws ImportError when the system knows no zone called `name`.
+/// Throws Failure when the system knows no zone called `name`.
 TimeZone knownZone(const std::string& name);

@@ -37,7 +37,7 @@ std::optional<Member> memberOfID(const std::vector<Member>& members, const std::
                                  const std::string& id) {
   const auto found = std::ranges::find(members, id, &Member::id);
   if (found == members.end()) return std::nullopt;
-  if (found->name != name) throw ImportError(phrases::otherName, {id, found->name, name});
+  if (found->name != name) throw Failure(phrases::otherName, {id, found->name, name});
   return *found;
 }
 
@@ -48,7 +48,7 @@ std::optional<Member> memberOfName(const std::vector<Member>& members, const std
   });
   if (found.size() > 1) {
     const std::string ids = joined(found, ", ", &Member::id);
-    throw ImportError(phrases::ambiguous, {std::to_string(found.size()), name, ids});
+    throw Failure(phrases::ambiguous, {std::to_string(found.size()), name, ids});
   }
   if (found.empty()) return std::nullopt;
   return found.front();
@@ -60,7 +60,7 @@ std::optional<Member> recipient(const std::vector<Member>& members, const std::s
                                 const std::optional<std::string>& id) {
   std::optional<Member> member = id ? memberOfID(members, name, *id) : memberOfName(members, name);
   if (!member) requireDistinct(members, name, id);
-  if (member && !member->devices.empty()) throw ImportError(phrases::paired, {name});
+  if (member && !member->devices.empty()) throw Failure(phrases::paired, {name});
   if (member) requireUnshared(members, member->dbPath);
   return member;
 }
@@ -98,7 +98,7 @@ bool isSameFile(const std::filesystem::path& one, const std::filesystem::path& o
 void requireUnshared(const std::vector<Member>& members, const std::filesystem::path& database) {
   for (const Member& member : members) {
     if (!member.devices.empty() && isSameFile(member.dbPath, database)) {
-      throw ImportError(phrases::paired, {member.name});
+      throw Failure(phrases::paired, {member.name});
     }
   }
 }
@@ -106,10 +106,10 @@ void requireUnshared(const std::vector<Member>& members, const std::filesystem::
 void requireDistinct(const std::vector<Member>& members, const std::string& name,
                      const std::optional<std::string>& id) {
   if (id && std::ranges::find(members, *id, &Member::name) != members.end()) {
-    throw ImportError(phrases::idIsName, {*id});
+    throw Failure(phrases::idIsName, {*id});
   }
   if (std::ranges::find(members, name, &Member::id) != members.end()) {
-    throw ImportError(phrases::nameIsID, {name});
+    throw Failure(phrases::nameIsID, {name});
   }
-  if (trimmedWhitespace(name) != name) throw ImportError(phrases::blankEnds, {name});
+  if (trimmedWhitespace(name) != name) throw Failure(phrases::blankEnds, {name});
 }

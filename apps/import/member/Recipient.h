@@ -17,16 +17,16 @@
 /// name may repeat; but neither may be what another member is asked for by, as an id that is
 /// another's name would be. Nor may a new name have white space at its ends, which the server
 /// trims. A member with a paired phone is refused too, or whose database is also such a member's:
-/// the receiver writes it. Refusals are ImportErrors.
+/// the receiver writes it. Refusals are Failures.
 std::optional<Member> recipient(const std::vector<Member>& members, const std::string& name,
                                 const std::optional<std::string>& id);
 
 /// Refuses a database that is also that of a member with a paired phone, by any spelling of its
-/// path or link to it, with the ImportError that refuses that member: the receiver writes it. The
+/// path or link to it, with the Failure that refuses that member: the receiver writes it. The
 /// file, and folders above it, may be missing.
 void requireUnshared(const std::vector<Member>& members, const std::filesystem::path& database);
 
 /// Refuses a new member of that name and id who would be asked for by the same text as one of
-/// `members`, with ImportError.
+/// `members`, with Failure.
 void requireDistinct(const std::vector<Member>& members, const std::string& name,
                      const std::optional<std::string>& id);

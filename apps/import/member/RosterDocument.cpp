@@ -40,10 +40,10 @@ std::optional<std::string> rosterText(const std::filesystem::path& path) {
   const std::filesystem::file_status status = std::filesystem::symlink_status(path, error);
   if (status.type() == std::filesystem::file_type::not_found) return std::nullopt;
   if (std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error)) {
-    throw ImportError(phrases::noFile, {path.string()});
+    throw Failure(phrases::noFile, {path.string()});
   }
   std::optional<std::string> text = fileContents(path);
-  if (!text) throw ImportError(phrases::unreadable, {path.string(), reasonOf(path)});
+  if (!text) throw Failure(phrases::unreadable, {path.string(), reasonOf(path)});
   return text;
 }
 
@@ -79,13 +79,13 @@ RosterDocument::RosterDocument(std::filesystem::path path)
   const std::optional<std::string> text = rosterText(this->path);
   if (!text) return;
   if (isTooDeep(*text)) {
-    throw ImportError(phrases::tooDeep, {this->path.string(), std::to_string(deepestValue)});
+    throw Failure(phrases::tooDeep, {this->path.string(), std::to_string(deepestValue)});
   }
   try {
     file = JsonFields::parsed(*text).get<Roster::File>();
     *document = nlohmann::ordered_json::parse(*text);
   } catch (const std::exception& error) {
-    throw ImportError(phrases::unreadable, {this->path.string(), repaired(error.what())});
+    throw Failure(phrases::unreadable, {this->path.string(), repaired(error.what())});
   }
 }
 

@@ -29,7 +29,7 @@ class RosterDocument {
 public:
   /// Reads the file at `path`; one that does not exist is a roster without members. A file that
   /// cannot be read, a link that leads nowhere, a file that the server could not read, or one that
-  /// is nested more than 100 deep fails with ImportError and stays.
+  /// is nested more than 100 deep fails with Failure and stays.
   explicit RosterDocument(std::filesystem::path path);
   ~RosterDocument();
   RosterDocument(const RosterDocument&) = delete;

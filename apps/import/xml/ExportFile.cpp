@@ -53,7 +53,7 @@ public:
       heed(this->interrupted);
       descriptor = Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC));
     } while (!descriptor && errno == EINTR);
-    if (!descriptor) throw ImportError(phrases::unreadable, {path.string()});
+    if (!descriptor) throw Failure(phrases::unreadable, {path.string()});
   }
 
   std::size_t read(std::span<char> buffer) override {
@@ -61,7 +61,7 @@ public:
     try {
       return readSome(descriptor.get(), buffer.data(), buffer.size());
     } catch (const std::system_error&) {
-      throw ImportError(phrases::unreadable, {path.string()});
+      throw Failure(phrases::unreadable, {path.string()});
     }
   }
 
@@ -187,11 +187,11 @@ std::optional<std::string> missingAmong(const std::vector<Listed>& files) {
 }
 
 /// Why none of `files`, from the archive or folder `path`, is the export.
-ImportError noXmlIn(const std::filesystem::path& path, const std::vector<Listed>& files) {
+Failure noXmlIn(const std::filesystem::path& path, const std::vector<Listed>& files) {
   if (std::cmp_greater(std::ranges::count_if(files, mayBeExport), mostLookedInto)) {
-    return ImportError(phrases::noXmlAmongSome, {path.string(), std::to_string(mostLookedInto)});
+    return Failure(phrases::noXmlAmongSome, {path.string(), std::to_string(mostLookedInto)});
   }
-  return ImportError(phrases::noXml, {path.string()});
+  return Failure(phrases::noXml, {path.string()});
 }
 
 ExportContents contentsOf(const std::vector<Listed>& files, std::size_t xml) {
@@ -234,7 +234,7 @@ std::vector<Listed> filesIn(const std::filesystem::path& folder, int depth) {
       files.push_back(listed(entry->path().lexically_relative(folder).generic_string()));
     }
   }
-  if (error) throw ImportError(phrases::unreadable, {folder.string()});
+  if (error) throw Failure(phrases::unreadable, {folder.string()});
   std::ranges::sort(files, {}, &Listed::name);
   return files;
 }
@@ -249,21 +249,21 @@ ExportFile::ExportFile(const std::filesystem::path& path, Interrupted interrupte
     const std::filesystem::path wanted = path.has_filename() ? path : path.parent_path();
     const std::filesystem::path stub = wanted.parent_path() / stubOf(wanted.filename().string());
     const bool isStub = wanted.has_filename() && std::filesystem::exists(stub, error);
-    if (isStub) throw ImportError(phrases::notDownloaded, {wanted.string()});
-    throw ImportError(phrases::missing, {path.string()});
+    if (isStub) throw Failure(phrases::notDownloaded, {wanted.string()});
+    throw Failure(phrases::missing, {path.string()});
   }
-  if (error) throw ImportError(phrases::unreadable, {path.string()});
+  if (error) throw Failure(phrases::unreadable, {path.string()});
   const std::string name = path.filename().string();
   if (std::filesystem::is_directory(status)) {
     openFolder(path);
   } else if (const std::string_view missing = missingFor(name); !missing.empty()) {
-    throw ImportError(phrases::notDownloaded, {(path.parent_path() / missing).string()});
+    throw Failure(phrases::notDownloaded, {(path.parent_path() / missing).string()});
   } else if (std::filesystem::is_regular_file(status) && beginning(path, 2) == "PK") {
     openArchive(path);
   } else if (lowerCased(name) == clinicalName) {
-    throw ImportError(phrases::clinicalDocument, {path.string()});
+    throw Failure(phrases::clinicalDocument, {path.string()});
   } else if (lowerCased(path.extension().string()) == ".zip") {
-    throw ImportError(phrases::noArchive, {path.string()});
+    throw Failure(phrases::noArchive, {path.string()});
   } else {
     openFile(path);
   }
@@ -294,7 +294,7 @@ void ExportFile::openFolder(const std::filesystem::path& path) {
   });
   if (xml == files.size()) {
     const std::optional<std::string> missing = missingAmong(files);
-    if (missing) throw ImportError(phrases::notDownloaded, {(path / *missing).string()});
+    if (missing) throw Failure(phrases::notDownloaded, {(path / *missing).string()});
     throw noXmlIn(path, files);
   }
 

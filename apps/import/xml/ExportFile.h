@@ -31,13 +31,13 @@ public:
   /// unpacked to, or an export.xml. Archive and folder may have the XML at their top or one folder
   /// down, whatever that folder is called; it is the file named export.xml, else (the name follows
   /// the phone's language) the first .xml that begins like a Health export, of 32 at most. Throws
-  /// ImportError, which names what is wanted where the file lies in the cloud drive still or is the
+  /// Failure, which names what is wanted where the file lies in the cloud drive still or is the
   /// export's clinical document.
   /// `interrupted` may end the wait for the bytes of a pipe, with Interruption.
   explicit ExportFile(const std::filesystem::path& path,
                       Interrupted interrupted = neverInterrupted);
 
-  /// The next bytes of the export.xml; 0 at the end alone. Throws ImportError when they cannot be
+  /// The next bytes of the export.xml; 0 at the end alone. Throws Failure when they cannot be
   /// read, also when an archive's entry holds fewer or more bytes than it declares.
   std::size_t read(std::span<char> buffer) { return source->read(buffer); }
 

@@ -108,7 +108,7 @@ std::string_view XmlEncoding::rest() {
 /// Whether the start says enough; throws when it says too much.
 bool XmlEncoding::decides() const {
   const std::string_view shown = shownEncoding(start);
-  if (!shown.empty()) throw ImportError(phrases::knownEncoding, {shown});
+  if (!shown.empty()) throw Failure(phrases::knownEncoding, {shown});
   if (start.size() < 4) return false;
   std::string_view text = start;
   constexpr std::string_view mark = "\xef\xbb\xbf";
@@ -120,6 +120,6 @@ bool XmlEncoding::decides() const {
   const std::string_view encoding = declaredEncoding(text.substr(0, end));
   if (!isName(encoding) || isPartOfUTF8(encoding)) return true;
   const std::string_view known = wellKnown(encoding);
-  if (known.empty()) throw ImportError(phrases::otherEncoding);
-  throw ImportError(phrases::knownEncoding, {known});
+  if (known.empty()) throw Failure(phrases::otherEncoding);
+  throw Failure(phrases::knownEncoding, {known});
 }

@@ -12,7 +12,7 @@
 class XmlEncoding {
 public:
   /// The next bytes of the document, unchanged. Its beginning is held back until it says enough;
-  /// then it comes at once, or ImportError is thrown. Valid until the next call and as long as
+  /// then it comes at once, or Failure is thrown. Valid until the next call and as long as
   /// `bytes` are.
   std::string_view checked(std::string_view bytes);
 

@@ -139,7 +139,7 @@ void XmlParser::finish(const Phrase& noElement) {
   if (status == XML_STATUS_OK) return;
   // The parser says the same of a root that does not end.
   const bool none = names.empty() && XML_GetErrorCode(parser.get()) == XML_ERROR_NO_ELEMENTS;
-  if (none) throw ImportError(noElement);
+  if (none) throw Failure(noElement);
   fail();
 }
 
@@ -170,7 +170,7 @@ long long XmlParser::column() const {
 }
 
 void XmlParser::refuse(const Phrase& phrase) const {
-  throw ImportError(phrase, {std::to_string(line()), std::to_string(column())});
+  throw Failure(phrase, {std::to_string(line()), std::to_string(column())});
 }
 
 void XmlParser::fail() const {
@@ -183,5 +183,5 @@ void XmlParser::fail() const {
     return filled(phrases::broken.in(lang),
                   {std::to_string(line()), std::to_string(column()), why});
   };
-  throw ImportError(text(SummaryLang::zh), text(SummaryLang::en));
+  throw Failure(text(SummaryLang::zh), text(SummaryLang::en));
 }

@@ -22,7 +22,7 @@ public:
   virtual void endElement() = 0;
 };
 
-/// Parses UTF-8 without a document type declaration, in pieces. Broken XML throws ImportError with
+/// Parses UTF-8 without a document type declaration, in pieces. Broken XML throws Failure with
 /// line and column, counted from 1. So do a tag of more than 128 KiB and more or longer names than
 /// XmlNames allows, because memory is bounded by them; a comment may be twice as long at least.
 /// Text between the tags is of no interest.
@@ -33,13 +33,13 @@ public:
   void parse(std::string_view bytes);
 
   /// After the last byte. A document that is sound as far as it goes, but has no element, throws
-  /// ImportError with `noElement`.
+  /// Failure with `noElement`.
   void finish(const Phrase& noElement);
 
   /// Where the element begins that the handler is being told of.
   long long line() const;
 
-  /// Throws ImportError: `phrase`, its first mark the line of that place and its second the column.
+  /// Throws Failure: `phrase`, its first mark the line of that place and its second the column.
   [[noreturn]] void refuse(const Phrase& phrase) const;
 
 private:

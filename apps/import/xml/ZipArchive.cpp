@@ -32,13 +32,13 @@ using EntryHandle = std::unique_ptr<zip_file, EntryCloser>;
 
 EntryHandle entryHandle(zip* archive, const ZipEntry& entry) {
   EntryHandle handle(zip_fopen_index(archive, entry.index, 0));
-  if (!handle) throw ImportError(phrases::unreadable, {zip_strerror(archive)});
+  if (!handle) throw Failure(phrases::unreadable, {zip_strerror(archive)});
   return handle;
 }
 
 std::size_t readSome(zip_file* file, std::span<char> buffer) {
   const zip_int64_t count = zip_fread(file, buffer.data(), buffer.size());
-  if (count < 0) throw ImportError(phrases::unreadable, {zip_file_strerror(file)});
+  if (count < 0) throw Failure(phrases::unreadable, {zip_file_strerror(file)});
   return static_cast<std::size_t>(count);
 }
 
@@ -56,7 +56,7 @@ public:
     }
     const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(left, buffer.size()));
     const std::size_t count = readSome(handle.get(), buffer.first(wanted));
-    if (count == 0) throw ImportError(phrases::tooShort, {std::to_string(entry.size)});
+    if (count == 0) throw Failure(phrases::tooShort, {std::to_string(entry.size)});
     taken += count;
     return count;
   }
@@ -67,7 +67,7 @@ private:
   void checkEnd() {
     char beyond = 0;
     if (readSome(handle.get(), {&beyond, 1}) != 0) {
-      throw ImportError(phrases::tooLong, {std::to_string(entry.size)});
+      throw Failure(phrases::tooLong, {std::to_string(entry.size)});
     }
   }
 
@@ -93,7 +93,7 @@ void ZipArchive::Closer::operator()(zip* handle) const { zip_discard(handle); }
 ZipArchive::ZipArchive(const std::filesystem::path& path) {
   int error = 0;
   archive.reset(zip_open(path.c_str(), ZIP_RDONLY, &error));
-  if (!archive) throw ImportError(phrases::noArchive, {path.string(), words(error)});
+  if (!archive) throw Failure(phrases::noArchive, {path.string(), words(error)});
 
   const zip_int64_t count = zip_get_num_entries(archive.get(), 0);
   for (zip_uint64_t index = 0; std::cmp_less(index, count); ++index) {

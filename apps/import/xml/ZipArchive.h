@@ -19,7 +19,7 @@ struct ZipEntry {
   std::uint64_t size = 0;  ///< bytes that it declares to hold, uncompressed
 };
 
-/// An archive open for reading, with entries and offsets beyond 4 GiB. Throws ImportError for one
+/// An archive open for reading, with entries and offsets beyond 4 GiB. Throws Failure for one
 /// that is cut off or broken; what is said names no entry, for the archive chose the names.
 class ZipArchive {
 public:
@@ -30,7 +30,7 @@ public:
   /// The first bytes of `entry`, `size` at most.
   std::string beginning(const ZipEntry& entry, std::size_t size) const;
 
-  /// The bytes of `entry`; what reads them takes the archive over. Reading throws ImportError when
+  /// The bytes of `entry`; what reads them takes the archive over. Reading throws Failure when
   /// there are fewer or more of them than the entry declares, and when they do not match its
   /// checksum; nothing beyond the declared size is handed out.
   std::unique_ptr<ByteSource> opened(const ZipEntry& entry) &&;

@@ -22,7 +22,7 @@ protected:
     return runCheck(
         {.source = source},
         {.progress = unseen,
-         .progressKind = ImportProgress::Kind::log,
+         .progressKind = Importer::Progress::Kind::log,
          .lang = SummaryLang::en,
          .clock = [&begun] { return std::exchange(begun, true) ? 1717300002 : 1717300000; },
          .interrupted = interrupted});

@@ -92,7 +92,7 @@ inline std::string errorOf(std::string_view document, SummaryLang lang = Summary
   CollectingSink sink;
   try {
     readInto(sink, document);
-  } catch (const ImportError& error) {
+  } catch (const Failure& error) {
     return error.text(lang);
   }
   return "";

@@ -8,23 +8,23 @@
 
 namespace {
 
-using ImportCommandLine::Say;
+using Importer::CommandLine::Say;
 using testing::HasSubstr;
 using testing::StartsWith;
 
 std::variant<ImportOrder, CheckOrder, Say> parsed(const std::vector<const char*>& arguments,
                                                   SummaryLang lang = SummaryLang::en) {
-  return ImportCommandLine::parsed(arguments, "/default", lang);
+  return Importer::CommandLine::parsed(arguments, "/default", lang);
 }
 
-TEST(ImportCommandLine, TakesAMemberAndAnExport) {
+TEST(CommandLine, TakesAMemberAndAnExport) {
   EXPECT_EQ(
       std::get<ImportOrder>(parsed({"--member", "Ann", "export.zip"})),
       (ImportOrder{
           .dataRoot = "/default", .name = "Ann", .id = std::nullopt, .source = "export.zip"}));
 }
 
-TEST(ImportCommandLine, TakesOptionsInAnyOrderAndTheLastOfARepeatedOne) {
+TEST(CommandLine, TakesOptionsInAnyOrderAndTheLastOfARepeatedOne) {
   EXPECT_EQ(
       std::get<ImportOrder>(parsed({"export.zip",
                                     "--id",
@@ -38,28 +38,28 @@ TEST(ImportCommandLine, TakesOptionsInAnyOrderAndTheLastOfARepeatedOne) {
       (ImportOrder{.dataRoot = "~/root", .name = "小美", .id = "mei-03", .source = "export.zip"}));
 }
 
-TEST(ImportCommandLine, TakesATimeZoneAsItStands) {
+TEST(CommandLine, TakesATimeZoneAsItStands) {
   const auto order = std::get<ImportOrder>(
       parsed({"--member", "Ann", "--time-zone", "Asia/Shanghai", "export.zip"}));
 
   EXPECT_EQ(order.timeZone, "Asia/Shanghai");
 }
 
-TEST(ImportCommandLine, TakesACheckOfAnExportAndNothingElse) {
+TEST(CommandLine, TakesACheckOfAnExportAndNothingElse) {
   EXPECT_EQ(std::get<CheckOrder>(parsed({"--check", "export.zip"})),
             (CheckOrder{.source = "export.zip"}));
   EXPECT_EQ(std::get<CheckOrder>(parsed({"export.zip", "--check"})),
             (CheckOrder{.source = "export.zip"}));
 }
 
-TEST(ImportCommandLine, SpeaksOfNoImportWhenACheckIsGivenTwoExports) {
+TEST(CommandLine, SpeaksOfNoImportWhenACheckIsGivenTwoExports) {
   EXPECT_THAT(std::get<Say>(parsed({"--check", "a.zip", "b.zip"})).text,
               StartsWith("larkspur-import: one export at a time, and this is a second: b.zip\n"));
   EXPECT_THAT(std::get<Say>(parsed({"--check", "a.zip", "b.zip"}, SummaryLang::zh)).text,
               StartsWith("larkspur-import: 一次只能处理一份导出文件,多出的是:b.zip\n"));
 }
 
-TEST(ImportCommandLine, HelpsWhereverItIsAsked) {
+TEST(CommandLine, HelpsWhereverItIsAsked) {
   for (const char* word : {"-h", "--help"}) {
     const auto say = std::get<Say>(parsed({"--member", "Ann", word, "--unknown"}));
     EXPECT_EQ(say.status, 0);
@@ -68,13 +68,13 @@ TEST(ImportCommandLine, HelpsWhereverItIsAsked) {
   }
 }
 
-TEST(ImportCommandLine, HelpsInChinese) {
+TEST(CommandLine, HelpsInChinese) {
   const auto say = std::get<Say>(parsed({"--help"}, SummaryLang::zh));
 
   EXPECT_THAT(say.text, StartsWith("larkspur-import —— 把 iPhone「健康」App 导出的数据"));
 }
 
-TEST(ImportCommandLine, TellsItsVersion) {
+TEST(CommandLine, TellsItsVersion) {
   const auto say = std::get<Say>(parsed({"--version"}));
 
   EXPECT_EQ(say.status, 0);

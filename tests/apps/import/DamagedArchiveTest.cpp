@@ -54,7 +54,7 @@ class DamagedArchive : public Import, public testing::WithParamInterface<DamageC
 
 TEST_P(DamagedArchive, LeavesAnExistingMemberAsItWas) {
   writeExport(exportText(100));
-  const ImportReport first = importFor("Ann");
+  const Report first = importFor("Ann");
   const std::filesystem::path database = root() / "members" / first.id / "health.db";
   const std::string before = databaseContents(database);
   const nlohmann::json rosterBefore = roster();

@@ -28,7 +28,7 @@ TEST(HostileExport, CannotFillTheMemoryWithOneElement) {
   std::string message;
   try {
     for (; pieces < 1000; ++pieces) reader.feed(letters);
-  } catch (const ImportError& error) {
+  } catch (const Failure& error) {
     message = error.what();
   }
 
@@ -55,7 +55,7 @@ TEST(HostileExport, IsToldByTheSameLengthHoweverItIsCut) {
     EXPECT_EQ(sink.records.size(), 40U) << piece;
 
     CollectingSink other;
-    EXPECT_THROW(readInto(other, exportOf(recordOfSize(longest + 1)), piece), ImportError) << piece;
+    EXPECT_THROW(readInto(other, exportOf(recordOfSize(longest + 1)), piece), Failure) << piece;
   }
 }
 

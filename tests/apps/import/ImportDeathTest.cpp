@@ -22,7 +22,7 @@ class ImportDeath : public testing::TestWithParam<DeathCase> {};
 /// Imports records until the process kills itself with the last. Never returns.
 [[noreturn]] void importAndDie(const std::string& path, const DeathCase& death) {
   Database connection(path, {.create = false, .readOnly = false});
-  ImportWriter writer(connection, {.inUse = death.inUse, .cacheKibibytes = 40});
+  Writer writer(connection, {.inUse = death.inUse, .cacheKibibytes = 40});
   for (int number = 0; number <= death.lastRecord; ++number) {
     // Their order scatters them over all pages, those of the old records too.
     const std::string value = std::to_string(number * 7919 % 10007) + std::string(300, '7');
@@ -36,7 +36,7 @@ class ImportDeath : public testing::TestWithParam<DeathCase> {};
 
 TEST_P(ImportDeath, InTheMiddleLeavesTheDatabaseAsItWas) {
   const TestDatabase database;
-  imported(database, [](ImportWriter& writer) {
+  imported(database, [](Writer& writer) {
     for (int number = 0; number < 500; ++number) {
       const std::string value = std::to_string(number * 20) + std::string(300, '5');
       ExportedRecord record = stepRecord();

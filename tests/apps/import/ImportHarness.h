@@ -22,7 +22,7 @@ inline constexpr double now = 1717300000;
 /// A data root and an export beside it.
 class Import : public testing::Test {
 protected:
-  ImportReport importFor(const std::string& name, const std::optional<std::string>& id = {}) const {
+  Report importFor(const std::string& name, const std::optional<std::string>& id = {}) const {
     std::ostringstream unseen;
     return runImport({.dataRoot = root(),
                       .name = name,
@@ -30,7 +30,7 @@ protected:
                       .timeZone = askedZone,
                       .source = folder / "export.xml"},
                      {.progress = unseen,
-                      .progressKind = ImportProgress::Kind::log,
+                      .progressKind = Importer::Progress::Kind::log,
                       .lang = SummaryLang::en,
                       .clock = [] { return now; },
                       .timeZone = machineZone});
@@ -41,7 +41,7 @@ protected:
     try {
       importFor(name, id);
       return "none";
-    } catch (const ImportError& error) {
+    } catch (const Failure& error) {
       return error.text(SummaryLang::en);
     }
   }

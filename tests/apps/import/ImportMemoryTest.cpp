@@ -122,7 +122,7 @@ protected:
     std::ostringstream unseen;
     const CheckOutcome outcome = runCheck({.source = folder / "export.xml"},
                                           {.progress = unseen,
-                                           .progressKind = ImportProgress::Kind::log,
+                                           .progressKind = Importer::Progress::Kind::log,
                                            .lang = SummaryLang::en,
                                            .clock = [] { return now; }});
     if (!outcome.census.complete) _exit(255);

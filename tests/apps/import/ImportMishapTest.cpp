@@ -52,7 +52,7 @@ TEST_F(Import, OfABrokenExportLeavesNoMember) {
 
 TEST_F(Import, OfABrokenExportLeavesAnExistingMemberAsItWas) {
   writeExport(exportText(300));
-  const ImportReport first = importFor("Ann");
+  const Report first = importFor("Ann");
   const std::filesystem::path database = root() / "members" / first.id / "health.db";
   const std::string before = databaseContents(database);
   const json rosterBefore = roster();
@@ -67,12 +67,12 @@ TEST_F(Import, OfABrokenExportLeavesAnExistingMemberAsItWas) {
 
 TEST_F(Import, ThatDiedBetweenDatabaseAndRosterIsCompletedByTheNext) {
   writeExport(exportText(300));
-  const ImportReport first = importFor("Ann");
+  const Report first = importFor("Ann");
   // As a death between the two leaves it.
   std::filesystem::remove(root() / "members.json");
   folder.write("root/members/" + first.id + "/import-unfinished", "Ann");
 
-  const ImportReport second = importFor("Ann");
+  const Report second = importFor("Ann");
 
   EXPECT_EQ(second.id, first.id);
   EXPECT_TRUE(second.tally.changedNothing());
@@ -132,12 +132,12 @@ TEST_F(Import, SaysThatTheDataIsStoredWhenTheRosterBreaksMeanwhile) {
   try {
     runImport({.dataRoot = root(), .name = "Ann", .id = "ann", .source = folder / "export.xml"},
               {.progress = unseen,
-               .progressKind = ImportProgress::Kind::log,
+               .progressKind = Importer::Progress::Kind::log,
                .lang = SummaryLang::en,
                .clock = breaking,
                .timeZone = "Asia/Shanghai"});
     ADD_FAILURE() << "a broken roster was written";
-  } catch (const ImportError& error) {
+  } catch (const Failure& error) {
     EXPECT_THAT(error.text(SummaryLang::en),
                 testing::StartsWith("the data is in the database, but the roster "));
   }

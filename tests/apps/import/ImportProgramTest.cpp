@@ -123,7 +123,7 @@ TEST_F(ImportProgram, MakesEverythingItsOwnersAlone) {
 TEST_F(ImportProgram, WaitsForNoOtherImport) {
   folder.write("export.xml", exportText(3));
   std::filesystem::create_directory(folder / "root");
-  const ImportLock other(folder / "root");
+  const Lock other(folder / "root");
 
   const ChildProcess::Ending ending = run(importing("export.xml"));
 

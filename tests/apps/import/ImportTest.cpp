@@ -17,7 +17,7 @@ using testing::HasSubstr;
 TEST_F(Import, MakesADataRootWithOneMemberWhoseHistoryIsComplete) {
   writeExport(exportText(300));
 
-  const ImportReport report = importFor("Ann");
+  const Report report = importFor("Ann");
 
   const json member = roster()["members"][0];
   EXPECT_EQ(report.tally.records, (Tally{.read = 300, .added = 300}));
@@ -40,7 +40,7 @@ TEST_F(Import, KeepsARowOfTheRunWithTheNameOfWhatWasGiven) {
   const auto bringIn = [&](const std::filesystem::path& source) {
     runImport({.dataRoot = root(), .name = "Ann", .id = "ann", .source = source},
               {.progress = unseen,
-               .progressKind = ImportProgress::Kind::log,
+               .progressKind = Importer::Progress::Kind::log,
                .lang = SummaryLang::en,
                .clock = [] { return now; },
                .timeZone = "Asia/Shanghai"});
@@ -60,12 +60,12 @@ TEST_F(Import, KeepsARowOfTheRunWithTheNameOfWhatWasGiven) {
 
 TEST_F(Import, OfTheSameExportChangesNothing) {
   writeExport(exportText(300));
-  const ImportReport first = importFor("Ann");
+  const Report first = importFor("Ann");
   const std::filesystem::path database = root() / "members" / first.id / "health.db";
   const std::string before = databaseContents(database);
   const json rosterBefore = roster();
 
-  const ImportReport second = importFor("Ann");
+  const Report second = importFor("Ann");
 
   EXPECT_TRUE(second.tally.changedNothing());
   EXPECT_FALSE(second.newMember);
@@ -79,7 +79,7 @@ TEST_F(Import, OfANewerExportAddsWhatIsNew) {
   importFor("Ann");
   writeExport(exportText(400, "2024-06-02 08:00:00 +0800"));
 
-  const ImportReport report = importFor("Ann");
+  const Report report = importFor("Ann");
 
   EXPECT_EQ(report.tally.records, (Tally{.read = 400, .added = 100}));
   EXPECT_EQ(report.tally.workouts, (Tally{.read = 4, .added = 1}));
@@ -152,7 +152,7 @@ TEST_F(Import, KeepsAMemberWhomTheReceiverAddedMeanwhile) {
 
   runImport({.dataRoot = root(), .name = "Ann", .id = {}, .source = folder / "export.xml"},
             {.progress = unseen,
-             .progressKind = ImportProgress::Kind::log,
+             .progressKind = Importer::Progress::Kind::log,
              .lang = SummaryLang::en,
              .clock = meddling,
              .timeZone = "Asia/Shanghai"});

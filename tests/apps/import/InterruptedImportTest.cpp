@@ -47,7 +47,7 @@ protected:
     int left = asks;
     runImport({.dataRoot = root(), .name = "Ann", .id = "ann", .source = folder / "export.xml"},
               {.progress = unseen,
-               .progressKind = ImportProgress::Kind::log,
+               .progressKind = Importer::Progress::Kind::log,
                .lang = SummaryLang::en,
                .clock = [] { return now; },
                .timeZone = "Asia/Shanghai",

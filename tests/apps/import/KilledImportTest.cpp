@@ -48,7 +48,7 @@ protected:
     std::ostringstream unseen;
     runImport({.dataRoot = root(), .name = "Ann", .id = "ann", .source = folder / source},
               {.progress = unseen,
-               .progressKind = ImportProgress::Kind::log,
+               .progressKind = Importer::Progress::Kind::log,
                .lang = SummaryLang::en,
                .clock = [] { return now; },
                .timeZone = "Asia/Shanghai",

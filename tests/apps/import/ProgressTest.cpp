@@ -8,7 +8,7 @@ namespace {
 
 /// A progress on a clock that the test turns.
 struct Shown {
-  explicit Shown(ImportProgress::Kind kind, std::optional<std::uint64_t> total = 100000000,
+  explicit Shown(Importer::Progress::Kind kind, std::optional<std::uint64_t> total = 100000000,
                  SummaryLang lang = SummaryLang::en)
       : progress(
             out, kind, lang, [this] { return now; }, total) {}
@@ -23,25 +23,25 @@ struct Shown {
 
   double now = 1000;
   std::ostringstream out;
-  ImportProgress progress;
+  Importer::Progress progress;
 };
 
-TEST(ImportProgress, DrawsABarWithRateAndTimeLeft) {
-  Shown shown(ImportProgress::Kind::terminal);
+TEST(Progress, DrawsABarWithRateAndTimeLeft) {
+  Shown shown(Importer::Progress::Kind::terminal);
 
   EXPECT_EQ(shown.after(2, 25000000),
             "\r\033[K[#####---------------] 25%, 25.0 of 100.0 MB, 12.5 MB/s, 0:06 left");
 }
 
-TEST(ImportProgress, DrawsInChinese) {
-  Shown shown(ImportProgress::Kind::terminal, 100000000, SummaryLang::zh);
+TEST(Progress, DrawsInChinese) {
+  Shown shown(Importer::Progress::Kind::terminal, 100000000, SummaryLang::zh);
 
   EXPECT_EQ(shown.after(2, 25000000),
             "\r\033[K[#####---------------] 25%,已读 25.0 / 100.0 MB,12.5 MB/秒,剩余 0:06");
 }
 
-TEST(ImportProgress, DrawsNoMoreOftenThanAnEyeFollows) {
-  Shown shown(ImportProgress::Kind::terminal);
+TEST(Progress, DrawsNoMoreOftenThanAnEyeFollows) {
+  Shown shown(Importer::Progress::Kind::terminal);
 
   EXPECT_EQ(shown.after(0.1), "");
   EXPECT_NE(shown.after(0.25), "");
@@ -49,36 +49,36 @@ TEST(ImportProgress, DrawsNoMoreOftenThanAnEyeFollows) {
   EXPECT_NE(shown.after(0.5), "");
 }
 
-TEST(ImportProgress, TellsHoursLeft) {
-  Shown shown(ImportProgress::Kind::terminal, 10000000000);
+TEST(Progress, TellsHoursLeft) {
+  Shown shown(Importer::Progress::Kind::terminal, 10000000000);
 
   EXPECT_EQ(shown.after(1),
             "\r\033[K[--------------------] 0%, 1.0 of 10000.0 MB, 1.0 MB/s, 2:46:39 left");
 }
 
-TEST(ImportProgress, StaysSaneWhenThereIsMoreThanPromised) {
-  Shown shown(ImportProgress::Kind::terminal, 1000000);
+TEST(Progress, StaysSaneWhenThereIsMoreThanPromised) {
+  Shown shown(Importer::Progress::Kind::terminal, 1000000);
 
   EXPECT_EQ(shown.after(2, 4000000),
             "\r\033[K[####################] 100%, 4.0 of 1.0 MB, 2.0 MB/s, 0:00 left");
 }
 
-TEST(ImportProgress, TellsWhatIsReadWhenTheWholeIsNotKnown) {
-  Shown shown(ImportProgress::Kind::terminal, std::nullopt);
+TEST(Progress, TellsWhatIsReadWhenTheWholeIsNotKnown) {
+  Shown shown(Importer::Progress::Kind::terminal, std::nullopt);
 
   EXPECT_EQ(shown.after(2, 4000000), "\r\033[K4.0 MB, 2.0 MB/s");
 }
 
-TEST(ImportProgress, SurvivesAClockThatIsSetBack) {
-  Shown shown(ImportProgress::Kind::terminal);
+TEST(Progress, SurvivesAClockThatIsSetBack) {
+  Shown shown(Importer::Progress::Kind::terminal);
   shown.after(500);
 
   EXPECT_EQ(shown.after(100), "");
   EXPECT_NE(shown.after(101), "");
 }
 
-TEST(ImportProgress, WritesALineAMinuteToALog) {
-  Shown shown(ImportProgress::Kind::log);
+TEST(Progress, WritesALineAMinuteToALog) {
+  Shown shown(Importer::Progress::Kind::log);
 
   EXPECT_EQ(shown.after(59), "");
   EXPECT_EQ(shown.after(61), "[--------------------] 2%, 2.0 of 100.0 MB, 0.0 MB/s, 49:49 left\n");
@@ -86,22 +86,22 @@ TEST(ImportProgress, WritesALineAMinuteToALog) {
   EXPECT_NE(shown.after(121), "");
 }
 
-TEST(ImportProgress, SaysThatTheEndTakesItsTimeAndTakesTheLineAway) {
+TEST(Progress, SaysThatTheEndTakesItsTimeAndTakesTheLineAway) {
   std::ostringstream out;
   {
-    ImportProgress progress(
-        out, ImportProgress::Kind::terminal, SummaryLang::en, [] { return 0.0; }, 1);
+    Importer::Progress progress(
+        out, Importer::Progress::Kind::terminal, SummaryLang::en, [] { return 0.0; }, 1);
     progress.finishing();
   }
 
   EXPECT_EQ(out.str(), "\r\033[Kall read; counting, and waiting for the disk …\r\033[K");
 }
 
-TEST(ImportProgress, LeavesALogAlone) {
+TEST(Progress, LeavesALogAlone) {
   std::ostringstream out;
   {
-    ImportProgress progress(
-        out, ImportProgress::Kind::log, SummaryLang::en, [] { return 0.0; }, 1);
+    Importer::Progress progress(
+        out, Importer::Progress::Kind::log, SummaryLang::en, [] { return 0.0; }, 1);
     progress.finishing();
   }
 

@@ -9,8 +9,8 @@ namespace {
 
 using testing::HasSubstr;
 
-ImportReport fullReport() {
-  ImportReport report;
+Report fullReport() {
+  Report report;
   report.name = "Ann";
   report.id = "ann-01";
   report.newMember = true;
@@ -38,7 +38,7 @@ ImportReport fullReport() {
   return report;
 }
 
-TEST(ImportReport, TellsEverything) {
+TEST(Report, TellsEverything) {
   EXPECT_EQ(
       reportText(fullReport(), SummaryLang::en),
       "export.zip -> Ann (new member, id ann-01)\n"
@@ -64,8 +64,8 @@ TEST(ImportReport, TellsEverything) {
       "  time: 12.3 s\n");
 }
 
-TEST(ImportReport, CutsALongNameBetweenTwoCharacters) {
-  ImportReport report;
+TEST(Report, CutsALongNameBetweenTwoCharacters) {
+  Report report;
   const std::string letters(60, 'n');
   report.tally.notStored = {{letters + "abcd", 1}, {letters + "aéé", 2}};
 
@@ -74,15 +74,15 @@ TEST(ImportReport, CutsALongNameBetweenTwoCharacters) {
   EXPECT_THAT(text, HasSubstr("  not stored: " + letters + "abcd 1, " + letters + "a… 2\n"));
 }
 
-TEST(ImportReport, CutsALongNameInsideACharacterBeforeIt) {
-  ImportReport report;
+TEST(Report, CutsALongNameInsideACharacterBeforeIt) {
+  Report report;
   report.tally.notStored = {{std::string(60, 'n') + "ééé", 1}};
 
   EXPECT_THAT(reportText(report, SummaryLang::en),
               HasSubstr("  not stored: " + std::string(60, 'n') + "… 1\n"));
 }
 
-TEST(ImportReport, TellsEverythingInChinese) {
+TEST(Report, TellsEverythingInChinese) {
   EXPECT_EQ(
       reportText(fullReport(), SummaryLang::zh),
       "export.zip → Ann(新成员,id ann-01)\n"
@@ -107,8 +107,8 @@ TEST(ImportReport, TellsEverythingInChinese) {
       "  用时:12.3 秒\n");
 }
 
-TEST(ImportReport, IsShortWhenThereIsLittleToTell) {
-  ImportReport report;
+TEST(Report, IsShortWhenThereIsLittleToTell) {
+  Report report;
   report.name = "Ann";
   report.id = "ann-01";
   report.source = "export.xml";
@@ -126,8 +126,8 @@ TEST(ImportReport, IsShortWhenThereIsLittleToTell) {
             "Nothing new: the data is as it was.\n");
 }
 
-TEST(ImportReport, TellsThatTheMachinesZoneHasNoName) {
-  ImportReport report = fullReport();
+TEST(Report, TellsThatTheMachinesZoneHasNoName) {
+  Report report = fullReport();
   report.machineTimeZone.reset();
 
   EXPECT_THAT(reportText(report, SummaryLang::en),
@@ -135,8 +135,8 @@ TEST(ImportReport, TellsThatTheMachinesZoneHasNoName) {
   EXPECT_THAT(reportText(report, SummaryLang::zh), HasSubstr("  本机时区没有名称,"));
 }
 
-TEST(ImportReport, CallsAnExportThatOnlyRenewsRingsNews) {
-  ImportReport report = fullReport();
+TEST(Report, CallsAnExportThatOnlyRenewsRingsNews) {
+  Report report = fullReport();
   report.tally.records.added = report.tally.workouts.added = 0;
 
   EXPECT_THAT(reportText(report, SummaryLang::en), testing::Not(testing::HasSubstr("Nothing new")));

@@ -48,10 +48,9 @@ protected:
   std::string recordsAfter(const std::function<void(ExportedRecord&)>& change) const {
     const TestDatabase database;
     const RewordedCase& sample = GetParam();
-    imported(database, [&](ImportWriter& writer) {
-      writer.add(worded(sample, sample.firstText, sample.first));
-    });
-    imported(database, [&](ImportWriter& writer) {
+    imported(database,
+             [&](Writer& writer) { writer.add(worded(sample, sample.firstText, sample.first)); });
+    imported(database, [&](Writer& writer) {
       ExportedRecord record = worded(sample, sample.secondText, sample.second);
       change(record);
       writer.add(record);
@@ -79,7 +78,7 @@ INSTANTIATE_TEST_SUITE_P(Cases, RewordedSample, testing::ValuesIn(rewordedSample
 TEST(RewordedSample, IsTheSameWithoutEndAndSourceToo) {
   const TestDatabase database;
   for (const char* text : {"1.609344", "1"}) {
-    imported(database, [&](ImportWriter& writer) {
+    imported(database, [&](Writer& writer) {
       ExportedRecord record = worded(rewordedSamples.front(), text, 1.609344);
       record.endDate = record.sourceName = {};
       writer.add(record);

@@ -63,7 +63,7 @@ TEST_F(TimeZones, StoreEverySampleOnceWhateverTheOffsetOfTheExport) {
 TEST_F(TimeZones, AreKeptInTheDatabaseAndTold) {
   writeExport(exportAt(-4));
 
-  const ImportReport report = importFor("Ann", "ann");
+  const Report report = importFor("Ann", "ann");
 
   EXPECT_EQ(report.timeZone, "America/New_York");
   EXPECT_THAT(rows(database().string(), "SELECT v FROM stat_meta WHERE k = 'import_time_zone'", 1),
@@ -74,7 +74,7 @@ TEST_F(TimeZones, AreTheMachinesUnlessAskedFor) {
   writeExport(exportAt(9));
   askedZone = "Europe/Berlin";
 
-  const ImportReport report = importFor("Ann", "ann");
+  const Report report = importFor("Ann", "ann");
 
   EXPECT_EQ(report.timeZone, "Europe/Berlin");
   EXPECT_EQ(report.machineTimeZone, "America/New_York");
@@ -275,7 +275,7 @@ TEST_F(TimeZones, CannotReadSomeStampsAndTellThem) {
                        " startDate=\"2024-07-01 11:00:00\u202FPM -0400\""
                        " endDate=\"2024-07-02 07:00:00 -0400\" value=\"Asleep\"/>"));
 
-  const ImportReport report = importFor("Ann", "ann");
+  const Report report = importFor("Ann", "ann");
 
   EXPECT_EQ(report.irregularities.unreadableStamps, 1);
   EXPECT_THAT(rows(database().string(),
@@ -297,7 +297,7 @@ TEST_F(TimeZones, GiveAWorkoutOneIdentifierForAllExports) {
   importFor("Ann", "ann");
   exportWith("2024-01-10 17:00:00 -0500", "2024-01-10 17:30:00 -0500", -5);
 
-  const ImportReport report = importFor("Ann");
+  const Report report = importFor("Ann");
 
   EXPECT_EQ(report.tally.workouts, (Tally{.read = 1, .added = 0}));
   EXPECT_THAT(rows(database().string(), "SELECT start_date, start_day, end_date FROM workouts", 3),
@@ -319,12 +319,12 @@ TEST_F(Import, RefusesADataRootWhosePathIsNotUTF8BeforeTheFirstByte) {
   try {
     runImport({.dataRoot = odd, .name = "Ann", .id = {}, .source = folder / "export.xml"},
               {.progress = unseen,
-               .progressKind = ImportProgress::Kind::log,
+               .progressKind = Importer::Progress::Kind::log,
                .lang = SummaryLang::en,
                .clock = [] { return now; },
                .timeZone = "Asia/Shanghai"});
     FAIL() << "imported";
-  } catch (const ImportError& error) {
+  } catch (const Failure& error) {
     EXPECT_THAT(error.text(SummaryLang::en), HasSubstr("is not UTF-8"));
   }
   EXPECT_FALSE(std::filesystem::exists(odd));

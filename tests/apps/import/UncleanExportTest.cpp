@@ -227,7 +227,7 @@ TEST(BrokenExport, IsRefusedForTheSameReasonHoweverItIsCut) {
     try {
       readInto(sink, document, size);
       ADD_FAILURE() << size;
-    } catch (const ImportError& error) {
+    } catch (const Failure& error) {
       EXPECT_THAT(error.what(), HasSubstr("The XML is broken in line 1, column 31: ")) << size;
     }
   }
@@ -272,7 +272,7 @@ TEST(Encoding, OtherThanUTF8IsRefusedHoweverTheFileIsCut) {
       try {
         readInto(sink, document, size);
         ADD_FAILURE() << name;
-      } catch (const ImportError& error) {
+      } catch (const Failure& error) {
         EXPECT_EQ(error.text(SummaryLang::en),
                   "The file is in " + name +
                       " instead of UTF-8; another program may have saved it. Take the file as the "

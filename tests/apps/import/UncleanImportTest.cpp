@@ -46,7 +46,7 @@ protected:
 };
 
 TEST_F(UncleanImport, StoresWhatIsSoundAndCountsTheRest) {
-  const ImportReport report = importFor("Ann", "ann");
+  const Report report = importFor("Ann", "ann");
 
   EXPECT_THAT(rows((root() / "members/ann/health.db").string(),
                    "SELECT type, source_name, device, unit, start_date, start_day, value, value_num"
@@ -75,7 +75,7 @@ TEST_F(UncleanImport, StoresWhatIsSoundAndCountsTheRest) {
 TEST_F(UncleanImport, ChangesNothingTheSecondTime) {
   importFor("Ann", "ann");
 
-  const ImportReport report = importFor("Ann");
+  const Report report = importFor("Ann");
 
   EXPECT_TRUE(report.tally.changedNothing());
   EXPECT_EQ(report.tally.records.read, 6);

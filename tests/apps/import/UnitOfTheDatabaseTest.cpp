@@ -17,10 +17,10 @@ using testing::ElementsAre;
 class UnitOfTheDatabase : public testing::Test {
 protected:
   /// Imports one sample of a type that nobody knows, an hour after the one before.
-  ImportTally importSample(std::string_view unit, double number) {
+  RunTally importSample(std::string_view unit, double number) {
     const std::string text = std::to_string(number);
     const std::string start = "2024-03-01 1" + std::to_string(hour++) + ":00:00 +0800";
-    return imported(database, [&](ImportWriter& writer) {
+    return imported(database, [&](Writer& writer) {
       ExportedRecord record = stepRecord();
       record.type = "DepthOfSomeNewKind";
       record.startDate = start;
@@ -41,7 +41,7 @@ protected:
 
 TEST_F(UnitOfTheDatabase, IsTheFirstThatCame) {
   importSample("m", 2);
-  const ImportTally tally = importSample("ft", 10);
+  const RunTally tally = importSample("ft", 10);
 
   EXPECT_EQ(tally.converted, 1);
   EXPECT_THAT(stored(), ElementsAre("2.0|m", "3.048|m"));
@@ -52,7 +52,7 @@ TEST_F(UnitOfTheDatabase, IsThatOfTheFirstRowAndNotOfTheFirstDay) {
   importSample("count", 2);  // cannot be brought to any other
   hour = 0;
   importSample("m", 3);
-  const ImportTally tally = importSample("ft", 10);
+  const RunTally tally = importSample("ft", 10);
 
   EXPECT_EQ(tally.unknownUnits, 1);
   EXPECT_THAT(stored(), ElementsAre("2.0|count", "3.0|m", "10.0|ft"));
@@ -68,7 +68,7 @@ TEST_F(UnitOfTheDatabase, IsNotSaidByARecordWithoutOne) {
 
 TEST_F(UnitOfTheDatabase, CountsWhatCannotBeConverted) {
   importSample("m", 2);
-  const ImportTally tally = importSample("furlong", 1);
+  const RunTally tally = importSample("furlong", 1);
 
   EXPECT_EQ(tally.unknownUnits, 1);
   EXPECT_EQ(tally.converted, 0);
@@ -76,7 +76,7 @@ TEST_F(UnitOfTheDatabase, CountsWhatCannotBeConverted) {
 }
 
 TEST_F(UnitOfTheDatabase, HoldsWithinOneExportToo) {
-  imported(database, [](ImportWriter& writer) {
+  imported(database, [](Writer& writer) {
     ExportedRecord record = stepRecord();
     record.type = "DepthOfSomeNewKind";
     record.unit = "m";

@@ -45,11 +45,10 @@ inline ExportedActivityDay rings(double energy) {
 }
 
 /// Imports what `tell` tells into `database` and commits; what the run counted.
-inline ImportTally imported(const TestDatabase& database,
-                            const std::function<void(ImportWriter&)>& tell,
-                            ImportWriter::Options options = {}) {
+inline RunTally imported(const TestDatabase& database, const std::function<void(Writer&)>& tell,
+                         Writer::Options options = {}) {
   Database connection(database.path(), {.create = false, .readOnly = false});
-  ImportWriter writer(connection, options);
+  Writer writer(connection, options);
   tell(writer);
   writer.finish({.importedAt = "2024-03-03 00:00:00 +0000",
                  .sourceFile = "export.zip",

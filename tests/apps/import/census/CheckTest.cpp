@@ -96,7 +96,7 @@ TEST_F(GoldenCensus, OfEveryTrouble) {
 }
 
 /// The lines that a report about an import and a census have in common.
-std::string troublesOf(const ImportTally& tally, const Irregularities& irregularities,
+std::string troublesOf(const RunTally& tally, const Irregularities& irregularities,
                        const ExportContents& beside) {
   ReportPage page(SummaryLang::en, DigitGrouping{});
   page.addTroubles(tally, irregularities, beside);
@@ -107,12 +107,12 @@ class CensusAndImport : public Import {};
 
 TEST_F(CensusAndImport, CountAlike) {
   std::filesystem::rename(sampleExport(folder), folder / "export.xml");
-  const ImportReport report = importFor("Ann", "ann");
+  const Report report = importFor("Ann", "ann");
 
   std::ostringstream unseen;
   const Census census = runCheck({.source = folder / "export.xml"},
                                  {.progress = unseen,
-                                  .progressKind = ImportProgress::Kind::log,
+                                  .progressKind = Importer::Progress::Kind::log,
                                   .lang = SummaryLang::en,
                                   .clock = [] { return now; }})
                             .census;
@@ -291,8 +291,8 @@ TEST_F(Check, OfABrokenExportThatIsInterruptedTellsTheInterruption) {
 }
 
 TEST_F(Check, RefusesWhatCannotBeOpened) {
-  EXPECT_THROW(checked(folder / "missing.zip"), ImportError);
-  EXPECT_THROW(checked(folder.write("empty.zip", "")), ImportError);
+  EXPECT_THROW(checked(folder / "missing.zip"), Failure);
+  EXPECT_THROW(checked(folder.write("empty.zip", "")), Failure);
 }
 
 TEST_F(Check, TakesAFolder) {
@@ -331,7 +331,7 @@ TEST_F(Check, TakesNoNegativeTimeWhenTheClockIsSetBack) {
 
   const CheckOutcome outcome = runCheck({.source = source},
                                         {.progress = unseen,
-                                         .progressKind = ImportProgress::Kind::log,
+                                         .progressKind = Importer::Progress::Kind::log,
                                          .lang = SummaryLang::en,
                                          .clock = [&moment] { return moment -= 3600; }});
 

@@ -12,10 +12,10 @@ const std::string recordColumns =
     "SELECT type, source_name, device, unit, start_date, start_day, end_date, creation_date, value,"
     " value_num FROM records ORDER BY start_date";
 
-TEST(ImportWriter, StoresARecordColumnByColumn) {
+TEST(Writer, StoresARecordColumnByColumn) {
   const TestDatabase database;
 
-  imported(database, [](ImportWriter& writer) { writer.add(stepRecord()); });
+  imported(database, [](Writer& writer) { writer.add(stepRecord()); });
 
   EXPECT_THAT(rows(database.path(), recordColumns, 10),
               ElementsAre("StepCount|Ann\u2019s iPhone|<<HKDevice: 0x1>, name:iPhone>|count|"
@@ -23,10 +23,10 @@ TEST(ImportWriter, StoresARecordColumnByColumn) {
                           "2024-03-01 08:11:00 +0800|120|120.0"));
 }
 
-TEST(ImportWriter, StoresWhatIsAbsentAsNullAlsoAfterARowThatHasIt) {
+TEST(Writer, StoresWhatIsAbsentAsNullAlsoAfterARowThatHasIt) {
   const TestDatabase database;
 
-  imported(database, [](ImportWriter& writer) {
+  imported(database, [](Writer& writer) {
     writer.add(stepRecord());
     writer.add({.type = "StepCount",
                 .startDate = "2024-03-02 08:00:00 +0800",
@@ -63,11 +63,11 @@ TEST_P(IncompleteRecord, IsStoredOnceHoweverOftenItComes) {
   ExportedRecord record = stepRecord();
   GetParam().takeAway(record);
 
-  const ImportTally first = imported(database, [&](ImportWriter& writer) {
+  const RunTally first = imported(database, [&](Writer& writer) {
     writer.add(record);
     writer.add(record);
   });
-  const ImportTally second = imported(database, [&](ImportWriter& writer) { writer.add(record); });
+  const RunTally second = imported(database, [&](Writer& writer) { writer.add(record); });
 
   EXPECT_EQ(first.records, (Tally{.read = 2, .added = 1}));
   EXPECT_EQ(second.records, (Tally{.read = 1, .added = 0}));
@@ -89,14 +89,14 @@ INSTANTIATE_TEST_SUITE_P(
                        }}),
     [](const auto& test) { return test.param.name; });
 
-TEST(ImportWriter, TellsRowsApartThatDifferInWhetherTheyHaveAValue) {
+TEST(Writer, TellsRowsApartThatDifferInWhetherTheyHaveAValue) {
   const TestDatabase database;
   ExportedRecord without = stepRecord();
   without.value.reset();
   ExportedRecord empty = stepRecord();
   empty.value = "";
 
-  const ImportTally tally = imported(database, [&](ImportWriter& writer) {
+  const RunTally tally = imported(database, [&](Writer& writer) {
     writer.add(stepRecord());
     writer.add(without);
     writer.add(empty);
@@ -105,11 +105,11 @@ TEST(ImportWriter, TellsRowsApartThatDifferInWhetherTheyHaveAValue) {
   EXPECT_EQ(tally.records.added, 3);
 }
 
-TEST(ImportWriter, AddsWhatANewerExportHasMore) {
+TEST(Writer, AddsWhatANewerExportHasMore) {
   const TestDatabase database;
-  imported(database, [](ImportWriter& writer) { writer.add(stepRecord()); });
+  imported(database, [](Writer& writer) { writer.add(stepRecord()); });
 
-  const ImportTally tally = imported(database, [](ImportWriter& writer) {
+  const RunTally tally = imported(database, [](Writer& writer) {
     writer.add(stepRecord());
     ExportedRecord newer = stepRecord();
     newer.startDate = "2024-03-04 08:00:00 +0800";
@@ -122,9 +122,9 @@ TEST(ImportWriter, AddsWhatANewerExportHasMore) {
   EXPECT_EQ(tally.lastDay, "2024-03-04");
 }
 
-TEST(ImportWriter, KeepsARowOfEveryRunWithWhatItAdded) {
+TEST(Writer, KeepsARowOfEveryRunWithWhatItAdded) {
   const TestDatabase database;
-  const auto tell = [](ImportWriter& writer) {
+  const auto tell = [](Writer& writer) {
     writer.add(stepRecord());
     writer.add(eveningRun());
     writer.add(rings(1));
@@ -142,10 +142,10 @@ TEST(ImportWriter, KeepsARowOfEveryRunWithWhatItAdded) {
                   "2024-03-03 00:00:00 +0000|export.zip|1234|0|0|0|0|0"));
 }
 
-TEST(ImportWriter, MakesTheStatisticsTrue) {
+TEST(Writer, MakesTheStatisticsTrue) {
   const TestDatabase database;
 
-  const ImportTally tally = imported(database, [](ImportWriter& writer) {
+  const RunTally tally = imported(database, [](Writer& writer) {
     writer.add(stepRecord());
     ExportedRecord watch = stepRecord();
     watch.sourceName = "Ann\u2019s Watch";
@@ -168,12 +168,12 @@ TEST(ImportWriter, MakesTheStatisticsTrue) {
               ElementsAre("built|1", "import_time_zone|Asia/Shanghai"));
 }
 
-TEST(ImportWriter, BuildsStatisticsThatNobodyBuiltEvenWhenNothingIsNew) {
+TEST(Writer, BuildsStatisticsThatNobodyBuiltEvenWhenNothingIsNew) {
   TestDatabase database;
-  imported(database, [](ImportWriter& writer) { writer.add(stepRecord()); });
+  imported(database, [](Writer& writer) { writer.add(stepRecord()); });
   database.run("DELETE FROM stat_types; DELETE FROM stat_sources; DELETE FROM stat_meta");
 
-  imported(database, [](ImportWriter& writer) { writer.add(stepRecord()); });
+  imported(database, [](Writer& writer) { writer.add(stepRecord()); });
 
   EXPECT_THAT(rows(database.path(), "SELECT type, n FROM stat_types", 2),
               ElementsAre("StepCount|1"));
@@ -181,11 +181,11 @@ TEST(ImportWriter, BuildsStatisticsThatNobodyBuiltEvenWhenNothingIsNew) {
               ElementsAre("built|1", "import_time_zone|Asia/Shanghai"));
 }
 
-TEST(ImportWriter, KnowsTheFirstDayOfAllThatIsStored) {
+TEST(Writer, KnowsTheFirstDayOfAllThatIsStored) {
   TestDatabase database;
   database.addRecord({.type = "BodyMass", .start_day = "2019-05-02"});
   Database connection(database.path(), {.create = false, .readOnly = false});
-  ImportWriter writer(connection, {});
+  Writer writer(connection, {});
 
   writer.add(stepRecord());
   writer.finish({});
@@ -194,11 +194,11 @@ TEST(ImportWriter, KnowsTheFirstDayOfAllThatIsStored) {
   EXPECT_EQ(writer.tally().firstDay, "2024-03-01");
 }
 
-TEST(ImportWriter, CountsWorkoutsAmongWhatHasAFirstDay) {
+TEST(Writer, CountsWorkoutsAmongWhatHasAFirstDay) {
   TestDatabase database;
   database.addWorkout({.start_day = "2018-09-01"});
   Database connection(database.path(), {.create = false, .readOnly = false});
-  ImportWriter writer(connection, {});
+  Writer writer(connection, {});
 
   writer.add(stepRecord());
   writer.finish({});
@@ -206,10 +206,10 @@ TEST(ImportWriter, CountsWorkoutsAmongWhatHasAFirstDay) {
   EXPECT_EQ(writer.firstStoredDay(), "2018-09-01");
 }
 
-TEST(ImportWriter, CountsWhatItCannotStore) {
+TEST(Writer, CountsWhatItCannotStore) {
   const TestDatabase database;
 
-  const ImportTally tally = imported(database, [](ImportWriter& writer) {
+  const RunTally tally = imported(database, [](Writer& writer) {
     writer.notStored("WorkoutRoute");
     writer.notStored("WorkoutRoute");
     writer.skipped("no startDate", 12);
@@ -230,8 +230,8 @@ TEST(ImportWriter, CountsWhatItCannotStore) {
   EXPECT_EQ(tally.unknownUnits, 1);
 }
 
-TEST(ImportTally, KeepsNoMoreNamesThanAReportCanShow) {
-  ImportTally tally;
+TEST(RunTally, KeepsNoMoreNamesThanAReportCanShow) {
+  RunTally tally;
 
   for (int number = 0; number < 1000; ++number) tally.count("Element" + std::to_string(number));
   tally.count("Element0");

@@ -9,13 +9,13 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(ImportTransaction, LeavesTheDatabaseAsItWasUnlessFinished) {
+TEST(WriterTransaction, LeavesTheDatabaseAsItWasUnlessFinished) {
   const TestDatabase database;
-  imported(database, [](ImportWriter& writer) { writer.add(stepRecord()); });
+  imported(database, [](Writer& writer) { writer.add(stepRecord()); });
 
   for (const bool inUse : {true, false}) {
     Database connection(database.path(), {.create = false, .readOnly = false});
-    ImportWriter writer(connection, {.inUse = inUse});
+    Writer writer(connection, {.inUse = inUse});
     writer.add(eveningRun());
     writer.add(rings(1));
   }
@@ -27,11 +27,11 @@ TEST(ImportTransaction, LeavesTheDatabaseAsItWasUnlessFinished) {
               ElementsAre("1|0|0|1"));
 }
 
-TEST(ImportTransaction, LetsReadersGoOnWithTheOldStateUntilItCommits) {
+TEST(WriterTransaction, LetsReadersGoOnWithTheOldStateUntilItCommits) {
   const TestDatabase database;
-  imported(database, [](ImportWriter& writer) { writer.add(stepRecord()); });
+  imported(database, [](Writer& writer) { writer.add(stepRecord()); });
   Database connection(database.path(), {.create = false, .readOnly = false});
-  ImportWriter writer(connection, {.inUse = true, .cacheKibibytes = 40});
+  Writer writer(connection, {.inUse = true, .cacheKibibytes = 40});
 
   for (int second = 10; second < 60; ++second) {
     const std::string start = "2024-03-07 08:00:" + std::to_string(second) + " +0800";
@@ -48,7 +48,7 @@ TEST(ImportTransaction, LetsReadersGoOnWithTheOldStateUntilItCommits) {
 }
 
 /// Adds records until the database takes no more.
-void fill(ImportWriter& writer) {
+void fill(Writer& writer) {
   for (int second = 1; second < 10000; ++second) {
     const std::string value = std::to_string(second) + std::string(1000, '7');
     ExportedRecord record = stepRecord();
@@ -57,14 +57,14 @@ void fill(ImportWriter& writer) {
   }
 }
 
-TEST(ImportTransaction, TakesEverythingBackWhenThereIsNoMoreRoom) {
+TEST(WriterTransaction, TakesEverythingBackWhenThereIsNoMoreRoom) {
   const TestDatabase database;
-  imported(database, [](ImportWriter& writer) { writer.add(stepRecord()); });
+  imported(database, [](Writer& writer) { writer.add(stepRecord()); });
 
   for (const bool inUse : {true, false}) {
     Database connection(database.path(), {.create = false, .readOnly = false});
     connection.prepare("PRAGMA max_page_count=200").run();
-    ImportWriter writer(connection, {.inUse = inUse, .cacheKibibytes = 100});
+    Writer writer(connection, {.inUse = inUse, .cacheKibibytes = 100});
     try {
       fill(writer);
       ADD_FAILURE() << "all of it fitted";

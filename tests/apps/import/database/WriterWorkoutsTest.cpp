@@ -9,7 +9,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(ImportWorkouts, StoresAWorkoutWithItsHumidityUnderItsIdentifier) {
+TEST(WriterWorkouts, StoresAWorkoutWithItsHumidityUnderItsIdentifier) {
   const TestDatabase database;
   ExportedWorkout workout = eveningRun();
   workout.entry.humidity = WorkoutHumidity{.raw_value = 6900,
@@ -19,7 +19,7 @@ TEST(ImportWorkouts, StoresAWorkoutWithItsHumidityUnderItsIdentifier) {
                                            .source_bundle_id = {},
                                            .source_version = "10.1"};
 
-  imported(database, [&](ImportWriter& writer) { writer.add(workout); });
+  imported(database, [&](Writer& writer) { writer.add(workout); });
 
   const std::vector<WorkoutEntry> stored = database.open().workoutDetails({}, {});
   EXPECT_THAT(stored, ElementsAre(workout.entry));
@@ -27,24 +27,24 @@ TEST(ImportWorkouts, StoresAWorkoutWithItsHumidityUnderItsIdentifier) {
               ElementsAre("2024-03-02|2024-03-02 18:31:00 +0800"));
 }
 
-TEST(ImportWorkouts, KeepsTheStoredWorkoutWhenItComesAgain) {
+TEST(WriterWorkouts, KeepsTheStoredWorkoutWhenItComesAgain) {
   const TestDatabase database;
-  imported(database, [](ImportWriter& writer) { writer.add(eveningRun()); });
+  imported(database, [](Writer& writer) { writer.add(eveningRun()); });
   ExportedWorkout again = eveningRun();
   again.entry.distance_km = 99;
 
-  const ImportTally tally = imported(database, [&](ImportWriter& writer) { writer.add(again); });
+  const RunTally tally = imported(database, [&](Writer& writer) { writer.add(again); });
 
   EXPECT_EQ(tally.workouts, (Tally{.read = 1, .added = 0}));
   EXPECT_THAT(database.open().workoutDetails({}, {}), ElementsAre(eveningRun().entry));
 }
 
-TEST(ImportWorkouts, StoresAWorkoutOfMissingTextsOnce) {
+TEST(WriterWorkouts, StoresAWorkoutOfMissingTextsOnce) {
   const TestDatabase database;
   ExportedWorkout bare;
   bare.entry.start = "2024-03-02 18:00:00 +0800";
 
-  const ImportTally tally = imported(database, [&](ImportWriter& writer) {
+  const RunTally tally = imported(database, [&](Writer& writer) {
     writer.add(bare);
     writer.add(bare);
   });
@@ -54,13 +54,12 @@ TEST(ImportWorkouts, StoresAWorkoutOfMissingTextsOnce) {
               ElementsAre("-|-|-"));
 }
 
-TEST(ImportRings, ReplacesTheRingsOfADayByNewerValues) {
+TEST(WriterRings, ReplacesTheRingsOfADayByNewerValues) {
   const TestDatabase database;
-  imported(database, [](ImportWriter& writer) { writer.add(rings(200)); });
+  imported(database, [](Writer& writer) { writer.add(rings(200)); });
 
-  const ImportTally same = imported(database, [](ImportWriter& writer) { writer.add(rings(200)); });
-  const ImportTally newer =
-      imported(database, [](ImportWriter& writer) { writer.add(rings(450)); });
+  const RunTally same = imported(database, [](Writer& writer) { writer.add(rings(200)); });
+  const RunTally newer = imported(database, [](Writer& writer) { writer.add(rings(450)); });
 
   EXPECT_EQ(same.activityDays, (Tally{.read = 1, .added = 0}));
   EXPECT_EQ(newer.activityDays, (Tally{.read = 1, .added = 1}));
@@ -68,19 +67,19 @@ TEST(ImportRings, ReplacesTheRingsOfADayByNewerValues) {
               ElementsAre("2024-03-01|450.0"));
 }
 
-TEST(ImportRings, KeepsTheRingsOfADayFromAnOlderExport) {
+TEST(WriterRings, KeepsTheRingsOfADayFromAnOlderExport) {
   const TestDatabase database;
-  imported(database, [](ImportWriter& writer) { writer.add(rings(450)); });
+  imported(database, [](Writer& writer) { writer.add(rings(450)); });
 
-  const ImportTally tally = imported(database,
-                                     [](ImportWriter& writer) {
-                                       writer.exportedAt("2024-03-01 12:00:00 +0000");
-                                       writer.add(rings(200));
-                                       ExportedActivityDay unknown = rings(300);
-                                       unknown.date = "2024-02-29";
-                                       writer.add(unknown);
-                                     },
-                                     {.lastSyncAt = 1709294401});  // a second later
+  const RunTally tally = imported(database,
+                                  [](Writer& writer) {
+                                    writer.exportedAt("2024-03-01 12:00:00 +0000");
+                                    writer.add(rings(200));
+                                    ExportedActivityDay unknown = rings(300);
+                                    unknown.date = "2024-02-29";
+                                    writer.add(unknown);
+                                  },
+                                  {.lastSyncAt = 1709294401});  // a second later
 
   EXPECT_EQ(tally.activityDays, (Tally{.read = 2, .added = 1}));
   EXPECT_THAT(

@@ -56,7 +56,7 @@ TEST(MemberFolder, WithADatabaseOfAnotherNamesUnfinishedImportIsRefused) {
   try {
     const MemberFolder next(root.path(), "Ben", "fam", {}, fixedID);
     ADD_FAILURE() << "Ben got Ann's database";
-  } catch (const ImportError& error) {
+  } catch (const Failure& error) {
     EXPECT_EQ(error.text(SummaryLang::en),
               (root / "members/fam").string() +
                   " holds an unfinished import of Ann's; complete it with an import under that "
@@ -104,7 +104,7 @@ TEST(MemberFolder, WithADatabaseThatNobodyLeftUnfinishedIsRefused) {
   const TemporaryFolder root;
   root.write("members/old/health.db", "somebody's");
 
-  EXPECT_THROW(MemberFolder(root.path(), "Ann", "old", {}, fixedID), ImportError);
+  EXPECT_THROW(MemberFolder(root.path(), "Ann", "old", {}, fixedID), Failure);
 }
 
 TEST(MemberFolder, IsGoneWhenAbandonedByTheImportThatMadeIt) {
@@ -137,43 +137,43 @@ TEST(RandomID, LooksLikeItsKindAndDiffers) {
   EXPECT_NE(first, randomID());
 }
 
-TEST(ImportLock, IsHadByOneAtATime) {
+TEST(Lock, IsHadByOneAtATime) {
   const TemporaryFolder root;
   {
-    const ImportLock first(root.path());
+    const Lock first(root.path());
     try {
-      const ImportLock second(root.path());
+      const Lock second(root.path());
       ADD_FAILURE() << "two have it";
-    } catch (const ImportError& error) {
+    } catch (const Failure& error) {
       EXPECT_EQ(error.text(SummaryLang::en),
                 "another import is running; try again when it has ended");
     }
   }
-  EXPECT_NO_THROW(ImportLock(root.path()));
+  EXPECT_NO_THROW(Lock(root.path()));
 }
 
-TEST(ImportLock, LeavesNothingThatItMadeUnlessItIsToKeepIt) {
+TEST(Lock, LeavesNothingThatItMadeUnlessItIsToKeepIt) {
   const TemporaryFolder root;
-  { const ImportLock lock(root / "a/b"); }
+  { const Lock lock(root / "a/b"); }
   EXPECT_FALSE(std::filesystem::exists(root / "a"));
 
   {
-    ImportLock lock(root / "a/b");
+    Lock lock(root / "a/b");
     lock.keep();
   }
   EXPECT_TRUE(std::filesystem::exists(root / "a/b/import.lock"));
 
-  { const ImportLock lock(root / "a/b"); }
+  { const Lock lock(root / "a/b"); }
   EXPECT_TRUE(std::filesystem::exists(root / "a/b/import.lock"));
 }
 
-TEST(ImportLock, OfAnotherImportIsLeftToIt) {
+TEST(Lock, OfAnotherImportIsLeftToIt) {
   const TemporaryFolder root;
   {
-    const ImportLock first(root.path());
-    EXPECT_THROW(ImportLock(root.path()), ImportError);
+    const Lock first(root.path());
+    EXPECT_THROW(Lock(root.path()), Failure);
     EXPECT_TRUE(std::filesystem::exists(root / "import.lock"));
-    EXPECT_THROW(ImportLock(root.path()), ImportError);
+    EXPECT_THROW(Lock(root.path()), Failure);
   }
   EXPECT_FALSE(std::filesystem::exists(root / "import.lock"));
 }
@@ -183,17 +183,17 @@ int collisions(const std::filesystem::path& root, int times) {
   int count = 0;
   for (int time = 0; time < times; ++time) {
     try {
-      const ImportLock lock(root);
+      const Lock lock(root);
       // Whoever makes this file is alone as long as the lock is.
       if (!std::filesystem::create_directory(root / "held")) ++count;
       std::filesystem::remove(root / "held");
-    } catch (const ImportError&) {
+    } catch (const Failure&) {
     }
   }
   return count;
 }
 
-TEST(ImportLock, IsNeverHadByTwoThoughEachRemovesTheFile) {
+TEST(Lock, IsNeverHadByTwoThoughEachRemovesTheFile) {
   const TemporaryFolder folder;
   constexpr int times = 300;
 
@@ -204,11 +204,11 @@ TEST(ImportLock, IsNeverHadByTwoThoughEachRemovesTheFile) {
   EXPECT_EQ(mine + other.get(), 0);
 }
 
-TEST(ImportLock, FailsWhereItsFileCannotBe) {
+TEST(Lock, FailsWhereItsFileCannotBe) {
   const TemporaryFolder root;
   root.write("import.lock/occupied", "");
 
-  EXPECT_THROW(ImportLock(root.path()), std::filesystem::filesystem_error);
+  EXPECT_THROW(Lock(root.path()), std::filesystem::filesystem_error);
 }
 
 }  // namespace

@@ -38,7 +38,7 @@ std::string refusal(const std::string& name, const std::optional<std::string>& i
   try {
     recipient(family, name, id);
     return "none";
-  } catch (const ImportError& error) {
+  } catch (const Failure& error) {
     return error.text(SummaryLang::en);
   }
 }
@@ -101,7 +101,7 @@ std::string refusalOfAnn(const std::vector<Member>& members) {
   try {
     recipient(members, "Ann", std::nullopt);
     return "none";
-  } catch (const ImportError& error) {
+  } catch (const Failure& error) {
     return error.text(SummaryLang::en);
   }
 }

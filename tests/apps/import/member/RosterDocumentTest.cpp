@@ -154,7 +154,7 @@ TEST_P(UnreadableRoster, IsRefusedAndLeftAlone) {
   const TemporaryFolder folder;
   folder.write("members.json", GetParam().text);
 
-  EXPECT_THROW(RosterDocument(folder / "members.json"), ImportError);
+  EXPECT_THROW(RosterDocument(folder / "members.json"), Failure);
 
   EXPECT_EQ(fileContents(folder / "members.json"), GetParam().text);
 }
@@ -176,7 +176,7 @@ std::string refusal(const TemporaryFolder& folder) {
   try {
     const RosterDocument roster(folder / "members.json");
     return "none";
-  } catch (const ImportError& error) {
+  } catch (const Failure& error) {
     return error.text(SummaryLang::en);
   }
 }

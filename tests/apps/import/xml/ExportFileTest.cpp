@@ -38,7 +38,7 @@ std::string errorOf(const std::filesystem::path& path) {
   try {
     ExportFile file(path);
     readAll(file, 1 << 16);
-  } catch (const ImportError& error) {
+  } catch (const Failure& error) {
     return error.what();
   }
   return "";
@@ -254,7 +254,7 @@ TEST_F(ExportFileTest, TakesNoMoreOfAnEntryThanItDeclares) {
 
   EXPECT_EQ(file.size(), 1000U);
   EXPECT_EQ(file.read(piece), 1000U);
-  EXPECT_THROW(file.read(piece), ImportError);
+  EXPECT_THROW(file.read(piece), Failure);
   EXPECT_EQ(errorOf(path),
             "The export in the zip archive holds more than the 1000 bytes that it declares; "
             "nothing was stored.");
