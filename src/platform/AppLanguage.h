@@ -14,15 +14,15 @@ namespace AppLanguage {
 /// other language.
 std::optional<SummaryLang> match(std::string_view tag);
 
-/// The language to speak. A bundle that is translated into one of the two languages
-/// (`bundleLocalizations`) has the word first, with its first preferred localisation
-/// (`bundlePreferred`); then the first of the `system` languages that is one of the two decides;
-/// then it is English.
+/// The language of the program's texts. If the application bundle is translated into either
+/// language (`bundleLocalizations`), its first preferred localisation (`bundlePreferred`) decides
+/// first. Otherwise, or if that is a third language, the first Chinese or English entry of `system`
+/// decides. The fallback is English.
 SummaryLang resolve(std::span<const std::string> bundleLocalizations,
                     std::span<const std::string> bundlePreferred,
                     std::span<const std::string> system);
 
-/// Whether this machine's user reads Chinese, by the languages that the system reports now.
+/// Whether this machine's user reads Chinese, judged by the languages that the system reports now.
 bool isChinese();
 
 }  // namespace AppLanguage

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Reads a text from left to right; every reader leaves the text alone when it does not match.
+/// Reads a text from left to right. A reader that does not match consumes nothing.
 class Cursor {
 public:
   explicit Cursor(std::string_view text) : rest(text) {}
@@ -23,7 +23,7 @@ public:
     return true;
   }
 
-  /// A number of `fewest` to `most` decimal digits; takes as many as stand there.
+  /// A number of `fewest` to `most` decimal digits; consumes as many digits as there are.
   std::optional<int> number(std::size_t fewest, std::size_t most) {
     int value = 0;
     std::size_t count = 0;
@@ -58,7 +58,7 @@ std::optional<CivilDay> dayAt(Cursor& cursor) {
   return civilDay(*year, *month, *day);
 }
 
-/// Hours, minutes and seconds as seconds; `nullopt` when one is out of its range.
+/// The time of day in seconds; `nullopt` when a part is out of its range.
 std::optional<int> clockSeconds(int hour, int minute, int second) {
   if (hour > 23 || minute > 59 || second > 59) return std::nullopt;
   return (hour * 60 + minute) * 60 + second;
@@ -93,15 +93,16 @@ Stamp stampOf(CivilDay day, int seconds, int zoneOffset) {
   return {.moment = days * 86400 + seconds - zoneOffset, .offset = zoneOffset};
 }
 
-/// The number that the two digits at `position` spell, or -1.
+/// The number that the two digits at `position` spell; -1 when they are not both digits.
 int twoDigits(std::string_view text, std::size_t position) {
   const int tens = text[position] - '0';
   const int ones = text[position + 1] - '0';
   return tens < 0 || tens > 9 || ones < 0 || ones > 9 ? -1 : tens * 10 + ones;
 }
 
-/// The form that nearly every stored stamp has, "2024-03-01 06:54:32 +0800", read at fixed places:
-/// a long workout brings hundreds of thousands of them. `nullopt` when the text is anything else.
+/// Reads the form of nearly every stored stamp, "2024-03-01 06:54:32 +0800", at fixed positions. A
+/// long workout has hundreds of thousands of stamps, so this path must be fast. `nullopt` for any
+/// other form.
 std::optional<Stamp> canonicalStamp(std::string_view text) {
   if (text.size() != 25 || text[4] != '-' || text[7] != '-' || text[10] != ' ' || text[13] != ':' ||
       text[16] != ':' || text[19] != ' ' || (text[20] != '+' && text[20] != '-')) {
@@ -167,7 +168,7 @@ std::optional<Stamp> AppleFormat::StampParser::stamp(std::string_view text) cons
 }
 
 LocalTime AppleFormat::localTime(double moment) {
-  // A day inside the years 1 and 9999, so that no zone's offset leads out of them.
+  // One day inside the years 1 and 9999, so that no zone's offset leaves that range.
   constexpr double earliest = -62135510400.0;
   constexpr double latest = 253402214399.0;
   const double inside = std::fmin(std::fmax(moment, earliest), latest);

@@ -12,7 +12,7 @@
 /// A day of the Gregorian calendar, without a time zone.
 using CivilDay = std::chrono::year_month_day;
 
-/// A moment as a clock on the wall of this machine shows it.
+/// A moment as the local clock of this machine shows it.
 struct LocalTime {
   CivilDay day;
   int hour;    ///< 0-23
@@ -26,20 +26,20 @@ namespace AppleFormat {
 
 /// Calendar days, "yyyy-MM-dd".
 struct DayParser {
-  /// The day that `text` names: one to four digits of year (1 to 9999), one or two of month and one
-  /// or two of day, joined by "-", nothing around them. `nullopt` for all else, 30 February
-  /// included.
+  /// The day that `text` names: a year of one to four digits (1 to 9999), a month and a day of one
+  /// or two digits each, joined by "-". No other characters may surround them. `nullopt` for
+  /// anything else, including 30 February.
   std::optional<CivilDay> parse(std::string_view text) const;
 };
 
 /// Stamps with their own zone, "yyyy-MM-dd HH:mm:ss Z".
 struct StampParser {
-  /// Seconds since 1970-01-01 00:00 UTC. A day as DayParser reads it, one blank, H:m:s within 0-23,
-  /// 0-59, 0-59, one blank, and a zone: "+hhmm" or "-hh:mm" up to 23:59, "Z" or "GMT". `nullopt`
-  /// for all else. Allocates nothing.
+  /// Seconds since 1970-01-01 00:00 UTC. The format is a day as DayParser reads it, one blank,
+  /// H:m:s (0-23, 0-59, 0-59), one blank and a zone. The zone is "+hhmm" or "-hh:mm" up to 23:59,
+  /// "Z" or "GMT". `nullopt` for anything else. Allocates nothing.
   std::optional<std::int64_t> parse(std::string_view text) const;
 
-  /// The same, with the zone's distance from UTC.
+  /// The same, with the zone's offset from UTC.
   std::optional<Stamp> stamp(std::string_view text) const;
 };
 
@@ -49,9 +49,8 @@ inline constexpr StampParser stampParser;
 /// "2024-02-03": four digits of year, two of month and day.
 std::string dayText(CivilDay day);
 
-/// `moment` (seconds since 1970 UTC) in the machine's time zone. Moments outside the years 1 to
-/// 9999 count as the nearest moment inside. Throws std::system_error when the system cannot convert
-/// it.
+/// `moment` (seconds since 1970 UTC) in the machine's time zone. A moment outside the years 1 to
+/// 9999 is clamped to that range. Throws std::system_error when the system cannot convert it.
 LocalTime localTime(double moment);
 
 /// `moment` in the machine's time zone as "yyyy-MM-dd HH:mm".
@@ -60,11 +59,11 @@ std::string minuteText(double moment);
 /// `moment` in the machine's time zone as "yyyy-MM-dd HH:mm:ss".
 std::string secondText(double moment);
 
-/// Whole days from `first` to `last`, negative when `last` is earlier. Calendar days, so a day on
-/// which clocks change counts as one.
+/// Whole days from `first` to `last`, negative when `last` is earlier. These are calendar days, so
+/// a day with a clock change counts as one.
 int daysBetween(CivilDay first, CivilDay last);
 
-/// The same for two texts as `dayParser` reads them; 0 when one is no day.
+/// The same for two texts in the format of `dayParser`; 0 when either of them is not a valid day.
 int daysBetween(std::string_view first, std::string_view last);
 
 /// The day `count` days before `day`.

@@ -1,22 +1,23 @@
 #pragma once
-// Bytes, wherever they come from.
+// A source of bytes: a file, a stream or a test's own data.
 
 #include <cstddef>
 #include <memory>
 #include <span>
 #include <utility>
 
-/// Bytes in their order, to be read once.
+/// A sequence of bytes that is read once, from start to end.
 class ByteSource {
 public:
   virtual ~ByteSource() = default;
 
-  /// Fills `buffer`, which is not empty, from its start, and waits for the first byte; the count of
-  /// bytes, 0 at the end alone. Throws what the source says when it cannot be read.
+  /// Fills `buffer`, which must not be empty, from its start; blocks until at least one byte is
+  /// there. Returns the count of bytes; 0 only at the end. Throws the source's own error when
+  /// reading fails.
   virtual std::size_t read(std::span<char> buffer) = 0;
 };
 
-/// The source whose `read` is this function.
+/// A ByteSource with the function `read` as its implementation.
 template <typename Read>
 std::unique_ptr<ByteSource> byteSource(Read read) {
   class Made final : public ByteSource {

@@ -1,10 +1,10 @@
 #pragma once
-// The time as the program reads it: injected, so that tests fix it.
+// The current time, injected so that tests can fix it.
 
 #include <functional>
 
-/// The present, in seconds since 1970-01-01 00:00 UTC, with fractions: the form in which the roster
-/// and the summaries keep every moment.
+/// The present in seconds since 1970-01-01 00:00 UTC, with fractions. The roster and the summaries
+/// keep every moment in this form.
 using Clock = std::function<double()>;
 
 /// The machine's own clock.

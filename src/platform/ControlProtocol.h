@@ -1,11 +1,11 @@
 #pragma once
-// What this program shares with the receiver application: where the data lies.
+// The agreement with the receiver application on the place of the data.
 
 #include <filesystem>
 
 namespace ControlProtocol {
 
-/// The data root when the command line names none: "Library/Application Support/Larkspur" under the
+/// The data root when the command line gives none: "Library/Application Support/Larkspur" under the
 /// home directory. Computed on first use.
 const std::filesystem::path& defaultDataRoot();
 

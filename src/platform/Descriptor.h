@@ -1,22 +1,22 @@
 #pragma once
-// One owner of a file descriptor.
+// The owner of a file descriptor.
 
 #include <filesystem>
 #include <type_traits>
 #include <utility>
 
-/// A file descriptor, or none. The destructor closes it and says nothing of a close that fails:
-/// whoever must know that the bytes are on the disk syncs them before.
+/// A file descriptor, or none. The destructor closes it and ignores errors of close. A caller that
+/// needs the bytes on the disk must sync before.
 class Descriptor {
 public:
   Descriptor() = default;
 
-  /// Owns `number`, which the system has just given; a negative one is none.
+  /// Owns `number`, which must be a new descriptor; a negative number means none.
   explicit Descriptor(int number) : number(number) {}
 
-  /// Opens the file at `path` with `flags`, again as often as a signal comes in between; programs
-  /// started later do not inherit it. A file that it makes is its owner's alone. None, with errno
-  /// set, when the file cannot be opened.
+  /// Opens the file at `path` with `flags`, and retries after a signal. Programs started later do
+  /// not inherit the descriptor. A new file is accessible to its owner only. Returns none and sets
+  /// errno when the file cannot be opened.
   static Descriptor ofFile(const std::filesystem::path& path, int flags);
 
   ~Descriptor();

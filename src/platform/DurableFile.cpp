@@ -16,7 +16,7 @@ namespace {
       "cannot write", path, std::error_code(errno, std::generic_category()));
 }
 
-/// What `call` returns when no signal comes in between. What is written here is written to its end.
+/// The result of `call`, repeated while a signal interrupts it: a write must be complete.
 template <typename Call>
 int uninterrupted(Call call) {
   int result = -1;
@@ -26,7 +26,7 @@ int uninterrupted(Call call) {
   return result;
 }
 
-/// An open file. What fails is told by its path.
+/// An open file. Errors contain its path.
 class OpenFile {
 public:
   OpenFile(const std::filesystem::path& path, int flags)
@@ -38,16 +38,17 @@ public:
     if (!writeAll(descriptor.get(), bytes)) fail(path);
   }
 
-  /// Waits until the disk itself has what was written.
+  /// Waits until the written bytes are on the disk.
   void sync() const {
 #ifdef F_FULLFSYNC
-    // Where fsync stops at the drive's cache, this goes on; not every file system can.
+    // On macOS fsync stops at the drive's cache; F_FULLFSYNC flushes that too. Not every file
+    // system supports it.
     if (uninterrupted([this] { return fcntl(descriptor.get(), F_FULLFSYNC); }) == 0) return;
 #endif
     if (uninterrupted([this] { return fsync(descriptor.get()); }) != 0) fail(path);
   }
 
-  /// Makes mode, owner and group those of `other`. Only the administrator may give a file away.
+  /// Copies mode, owner and group from `other`. Only the administrator may change a file's owner.
   void take(const struct stat& other) const {
     struct stat own {};
     if (fstat(descriptor.get(), &own) != 0) fail(path);
@@ -79,7 +80,7 @@ void replaceDurably(const std::filesystem::path& path, std::string_view bytes) {
   const std::filesystem::path target = withoutLinks(path);
   std::filesystem::path unfinished = target;
   unfinished += ".new";
-  std::filesystem::remove(unfinished);  // what an interrupted writer left
+  std::filesystem::remove(unfinished);  // left by an interrupted writer
   const OpenFile file(unfinished, O_WRONLY | O_CREAT | O_EXCL);
   try {
     struct stat replaced {};
@@ -92,7 +93,8 @@ void replaceDurably(const std::filesystem::path& path, std::string_view bytes) {
     std::filesystem::remove(unfinished, stays);
     throw;
   }
-  syncFolder(target.has_parent_path() ? target.parent_path() : ".");  // the new name is its entry
+  syncFolder(target.has_parent_path() ? target.parent_path()
+                                      : ".");  // the folder's entry has the new name
 }
 
 void syncFolder(const std::filesystem::path& path) { OpenFile(path, O_RDONLY).sync(); }

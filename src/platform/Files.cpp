@@ -21,8 +21,8 @@ struct Closer {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
-/// Whether the call that just failed may be tried again: it was interrupted, or the descriptor does
-/// not block and is now ready for `events`.
+/// Whether to retry the call that just failed: it was interrupted, or the descriptor is
+/// non-blocking and is now ready for `events`.
 bool worthRetrying(int descriptor, short events) {
   if (errno == EINTR) return true;
   if (errno != EAGAIN) return false;
@@ -34,11 +34,11 @@ bool worthRetrying(int descriptor, short events) {
 }  // namespace
 
 std::optional<std::string> fileContents(const std::filesystem::path& path) {
-  // A pipe in the file's place would hold up the program.
+  // Opening a pipe in the file's place would block the program.
   std::error_code ignored;
   if (!std::filesystem::is_regular_file(path, ignored)) return std::nullopt;
   const std::unique_ptr<std::FILE, Closer> file(std::fopen(path.c_str(), "rb"));
-  // A file must not count as missing because memory is short.
+  // A lack of memory must not look like a missing file.
   if (!file && errno == ENOMEM) throw std::bad_alloc();
   if (!file) return std::nullopt;
   std::string contents;
@@ -70,7 +70,7 @@ bool writeAll(int descriptor, std::string_view bytes) {
 void makeTerminalOwn(int descriptor) {
   if (isatty(descriptor) != 1) return;
   char name[PATH_MAX];
-  // In a container a terminal from outside has no name that leads to it, only its number here.
+  // In a container, a terminal from outside has no path here, only its descriptor.
   const std::string path = ttyname_r(descriptor, name, sizeof name) == 0
                                ? name
                                : "/dev/fd/" + std::to_string(descriptor);
@@ -80,8 +80,8 @@ void makeTerminalOwn(int descriptor) {
 
 namespace {
 
-/// Makes an open terminal one that does not block, and the destructor makes it what it was: a
-/// terminal that could not be made our own is other programs' too, which expect to be kept waiting.
+/// Makes an open terminal non-blocking; the destructor restores it. A terminal that could not be
+/// reopened is shared with other programs, and they expect it to block.
 class NonBlockingTerminal {
 public:
   explicit NonBlockingTerminal(int descriptor)
@@ -98,16 +98,16 @@ private:
   bool isShared() const { return flags != -1 && (flags & O_NONBLOCK) == 0; }
 
   int descriptor;
-  int flags;  ///< -1 for what is no terminal
+  int flags;  ///< -1 when it is not a terminal
 };
 
 }  // namespace
 
 void writeWithoutWaiting(int descriptor, std::string_view bytes) {
-  // A terminal that is ready takes some, and blocks for the rest.
+  // A ready terminal accepts a part and blocks for the rest.
   const NonBlockingTerminal terminal(descriptor);
   while (!bytes.empty()) {
-    // A pipe that is ready takes as many at once. A device that cannot be polled is no pipe.
+    // A ready pipe accepts PIPE_BUF bytes at once. A device that cannot be polled is not a pipe.
     pollfd ready{descriptor, POLLOUT, 0};
     if (poll(&ready, 1, 0) == 0) return;
     const ssize_t count =
@@ -119,7 +119,7 @@ void writeWithoutWaiting(int descriptor, std::string_view bytes) {
 
 namespace {
 
-/// A terminal is one, even when it has been hung up.
+/// A terminal is a device, even after a hang-up.
 bool isDevice(int descriptor) {
   struct stat status {};
   return fstat(descriptor, &status) == 0 && S_ISCHR(status.st_mode);
@@ -139,7 +139,8 @@ std::size_t readSome(int descriptor, char* buffer, std::size_t size) {
 }
 
 void reserveStandardStreams() {
-  // The lowest free descriptor is taken, so once one beyond the three is had, none of them is free.
+  // open() returns the lowest free descriptor. A number above 2 therefore means that all three are
+  // open.
   int descriptor = 0;
   while (descriptor <= STDERR_FILENO) {
     descriptor = open("/dev/null", O_RDWR);

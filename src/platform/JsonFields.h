@@ -1,5 +1,6 @@
 #pragma once
-// Strict reading of records from JSON objects. Includes the JSON library: for sources, not headers.
+// Strict reading of records from JSON objects. Includes the whole JSON library: for sources, not
+// headers.
 
 #include <nlohmann/json.hpp>
 
@@ -15,7 +16,7 @@
 #include <type_traits>
 #include <vector>
 
-/// A JSON value is not the record it should be. The message names the key, never the value.
+/// A JSON value does not have the form of the record. The message names the key, never the value.
 class DecodingError : public std::runtime_error {
 public:
   using std::runtime_error::runtime_error;
@@ -23,9 +24,9 @@ public:
 
 namespace JsonFields {
 
-/// The JSON value that `text` holds. Throws DecodingError when it holds none; the message says
-/// where, and quotes nothing of the text, which may be secret. A zero byte is an error too: the
-/// parser alone would take it for the end.
+/// `text` parsed as JSON. Throws DecodingError when it is not valid JSON. The message gives the
+/// line and quotes none of the text, which may be secret. A zero byte is an error too: the parser
+/// would take it for the end.
 inline nlohmann::json parsed(const std::string& text) {
   std::size_t wrong = text.find('\0');
   if (wrong == std::string::npos) {
@@ -41,8 +42,8 @@ inline nlohmann::json parsed(const std::string& text) {
   throw DecodingError("not JSON, line " + std::to_string(line));
 }
 
-/// The whole number that `value` is, 7 and 7.0 alike; `nullopt` for fractions, for numbers outside
-/// the range of int64, and for all that is no number.
+/// `value` as a whole number; 7 and 7.0 are the same. `nullopt` for a fraction, a number outside
+/// the range of int64 and any other JSON type.
 inline std::optional<std::int64_t> wholeNumber(const nlohmann::json& value) {
   if (value.is_number_unsigned()) {
     const auto number = value.get<std::uint64_t>();
@@ -52,7 +53,7 @@ inline std::optional<std::int64_t> wholeNumber(const nlohmann::json& value) {
   if (value.is_number_integer()) return value.get<std::int64_t>();
   if (!value.is_number_float()) return std::nullopt;
   const auto number = value.get<double>();
-  // -2^63 is a double and 2^63 the first beyond the range.
+  // -2^63 is exact as a double; 2^63 is the first double beyond the range.
   if (std::trunc(number) != number || number < -0x1p63 || number >= 0x1p63) return std::nullopt;
   return static_cast<std::int64_t>(number);
 }
@@ -70,8 +71,8 @@ struct IsOptional : std::false_type {};
 template <typename T>
 struct IsOptional<std::optional<T>> : std::true_type {};
 
-/// `value` as a T: text, boolean, double, int64, a vector of Ts, a map of texts to Ts, or a record
-/// that has a from_json. Throws DecodingError, naming `key`, when the JSON type is another.
+/// `value` as a T: text, boolean, double, int64, a vector of Ts, a map from text to Ts, or a record
+/// with a from_json. Throws DecodingError with `key` in its message for another JSON type.
 template <typename T>
 T decoded(const nlohmann::json& value, const std::string& key) {
   if constexpr (std::is_same_v<T, std::string>) {
@@ -107,13 +108,13 @@ T decoded(const nlohmann::json& value, const std::string& key) {
     try {
       return value.get<T>();
     } catch (const DecodingError& error) {
-      // What is wrong with a record is told of one of its fields, with an enumerator of itself.
+      // The error of a record names one of its fields; the error of an enumerator names none.
       throw DecodingError(key + (std::is_enum_v<T> ? " " : ".") + error.what());
     }
   }
 }
 
-/// The T under `key` of `object`. Throws DecodingError when `object` is no object, the key is
+/// The T under `key` of `object`. Throws DecodingError when `object` is not an object, the key is
 /// missing or the value is not a T.
 template <typename T>
 T required(const nlohmann::json& object, const std::string& key) {
@@ -123,8 +124,8 @@ T required(const nlohmann::json& object, const std::string& key) {
   return decoded<T>(*found, key);
 }
 
-/// The T under `key` of `object`, absent when the key is missing or null. Throws as `required`
-/// does.
+/// The T under `key` of `object`; absent when the key is missing or its value is null. Throws like
+/// `required`.
 template <typename T>
 std::optional<T> optional(const nlohmann::json& object, const std::string& key) {
   if (!object.is_object()) throw DecodingError(key + " is wanted of what is not an object");
@@ -133,7 +134,8 @@ std::optional<T> optional(const nlohmann::json& object, const std::string& key) 
   return decoded<T>(*found, key);
 }
 
-/// Sets `key` of `object` only when there is a value that JSON can carry: records never write null.
+/// Sets `key` of `object` only when there is a value that JSON can represent: records never contain
+/// null.
 template <typename Json, typename T>
 void setIfPresent(Json& object, const char* key, const std::optional<T>& value) {
   if constexpr (std::is_same_v<T, double>) {
@@ -142,7 +144,7 @@ void setIfPresent(Json& object, const char* key, const std::optional<T>& value) 
   if (value) object[key] = *value;
 }
 
-/// One field of a record and the key that it has in JSON.
+/// One field of a record and its JSON key.
 template <typename Record, typename T>
 struct Field {
   const char* key;
@@ -151,8 +153,8 @@ struct Field {
 template <typename Record, typename T>
 Field(const char*, T Record::*) -> Field<Record, T>;
 
-/// Reads every field of `fields`, a tuple of Fields, from `object`: an optional one as `optional`
-/// does, any other as `required` does.
+/// Reads every field of `fields`, a tuple of Fields, from `object`: optional fields like
+/// `optional`, others like `required`.
 template <typename Record, typename Fields>
 void read(const nlohmann::json& object, Record& record, const Fields& fields) {
   const auto readField = [&object, &record]<typename T>(const Field<Record, T>& field) {
@@ -165,8 +167,7 @@ void read(const nlohmann::json& object, Record& record, const Fields& fields) {
   std::apply([&readField](const auto&... field) { (readField(field), ...); }, fields);
 }
 
-/// Makes `object` the JSON object of every field of `fields`, in their order, without those that
-/// are absent.
+/// Makes `object` a JSON object with the present fields of `fields`, in their order.
 template <typename Json, typename Record, typename Fields>
 void write(Json& object, const Record& record, const Fields& fields) {
   object = Json::object();
@@ -180,7 +181,7 @@ void write(Json& object, const Record& record, const Fields& fields) {
   std::apply([&writeField](const auto&... field) { (writeField(field), ...); }, fields);
 }
 
-/// The value, or null.
+/// `value` as JSON; null when absent.
 template <typename T>
 nlohmann::json orNull(const std::optional<T>& value) {
   return value ? nlohmann::json(*value) : nlohmann::json(nullptr);

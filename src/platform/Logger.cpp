@@ -13,9 +13,9 @@
 
 namespace {
 
-/// The file at `path`, opened to append to it and to read it where that is allowed. Never waits,
-/// and takes neither a pipe nor a terminal: one in the file's place could hold up the program, or
-/// end it when its reader leaves.
+/// The file at `path`, open for appending, readable too if permitted; none on failure. Never
+/// blocks. Refuses a pipe or a terminal in the file's place: it could block the program, or end it
+/// when the reader closes.
 Descriptor appending(const std::filesystem::path& path) {
   std::error_code ignored;
   std::filesystem::create_directories(path.parent_path(), ignored);
@@ -28,7 +28,7 @@ Descriptor appending(const std::filesystem::path& path) {
   return file;
 }
 
-/// Whether the file ends within a line. One that may not be read counts as whole.
+/// Whether the file ends within a line. False for a file that cannot be read.
 bool endsInALine(const Descriptor& file) {
   struct stat status {};
   if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
@@ -73,6 +73,6 @@ void Logger::append(std::string_view record) {
   std::string line(torn ? "\n" : "");
   line.append(record);
   const std::size_t written = writeWhatFits(file.get(), line);
-  // Where nothing was written, the end of the file is as it was.
+  // If nothing was written, the end of the file has not changed.
   if (written > 0) torn = written < line.size();
 }

@@ -9,12 +9,12 @@
 
 namespace {
 
-/// To take a JSON value down takes 48 bytes for each value in it, and lines hold a hundred
-/// thousand.
+/// Destroying a JSON value allocates 48 bytes for each value in it, and a line has up to a hundred
+/// thousand values.
 constexpr std::size_t reserveSize = 8 * 1024 * 1024;
 
-/// Memory that is the program's and that nobody has touched, so that it takes no room; nullptr when
-/// there is none. Not from the C library, which would go on to keep blocks of that size for itself.
+/// Mapped but untouched memory, so that it occupies no RAM; nullptr when there is none. Not from
+/// the C library, which would keep freed blocks of this size for itself.
 void* mapped(std::size_t bytes) noexcept {
   constexpr int noFile = -1;
   void* memory =
@@ -22,28 +22,29 @@ void* mapped(std::size_t bytes) noexcept {
   return memory == MAP_FAILED ? nullptr : memory;
 }
 
-/// The deepest value that a line may hold takes 550 KiB to answer in a debug build.
+/// In a debug build, answering the deepest value that a line may contain needs 550 KiB of stack.
 constexpr std::size_t stackSize = 1024 * 1024;
 
-/// Whether the system lets the stack become so large, beside what the environment takes of it.
+/// Whether the system's limit allows such a stack beside the part that the environment uses, and
+/// the memory for it is available.
 bool stackMayGrow() noexcept {
   rlimit limit{};
   return getrlimit(RLIMIT_STACK, &limit) == 0 && limit.rlim_cur >= 2 * stackSize &&
          MemoryReserve::couldHave(stackSize);
 }
 
-/// Makes the stack so large that no call needs more later, when there may be no room for it: a
-/// stack that cannot grow ends the process. Only the last page is touched, so the others take no
-/// memory until they are used; this file is compiled without probes, which would touch them all.
+/// Grows the stack enough for every later call. A stack that cannot grow later ends the process.
+/// Only the last page is touched, so the other pages occupy no memory until they are used. This
+/// file is compiled without stack probes, which would touch all of them.
 [[gnu::noinline]] void growStack() noexcept {
   [[maybe_unused]] volatile char room[stackSize];
   room[0] = 0;
 }
 
-/// What the handler of the language, which is handed nothing, needs to find.
+/// The state of the new-handler, which gets no arguments.
 struct State {
   bool kept = false;
-  void* memory = nullptr;  ///< null while spent
+  void* memory = nullptr;  ///< nullptr while spent
 };
 
 State& state() noexcept {
@@ -51,7 +52,7 @@ State& state() noexcept {
   return ofTheProcess;
 }
 
-/// Called by the language when an allocation fails; to return means to try again.
+/// The new-handler: the runtime calls it when an allocation fails, and retries when it returns.
 void spend() {
   const bool failing = std::uncaught_exceptions() > 0 || std::current_exception() != nullptr;
   if (!failing || state().memory == nullptr) throw std::bad_alloc();

@@ -1,23 +1,23 @@
 #pragma once
-// Memory kept back for the moment when there is no other: whoever builds something must do without
-// it, and whoever takes it down again or reports the failure finds it.
+// A memory reserve for error handling. Ordinary allocations cannot use it; clean-up and reporting
+// after a failure can.
 
 #include <cstddef>
 
 namespace MemoryReserve {
 
-/// Keeps memory back from now on. An allocation that finds no other memory fails with
-/// std::bad_alloc, as ever, and leaves the reserve alone; one that is made while an exception is on
-/// its way or being handled is given it. So what a failure takes down may allocate, as the JSON
-/// library does. The stack gets a mebibyte of its own at once. Throws std::bad_alloc when there is
-/// not even so much. For a process of one thread, called from `main`.
+/// Reserves memory from now on. An ordinary allocation without other memory still fails with
+/// std::bad_alloc and leaves the reserve untouched. An allocation while an exception is in flight
+/// or being handled may use the reserve. So clean-up may allocate, as the JSON library does. Also
+/// grows the stack to a mebibyte at once. Throws std::bad_alloc when there is not enough memory.
+/// For a single-threaded process, called from `main`.
 void keep();
 
-/// Makes the reserve whole again, after a failure that spent it, if there is memory by now. Does
-/// nothing before the first `keep`.
+/// Refills the reserve after a failure that used it, if memory is available again. Does nothing
+/// before the first `keep`.
 void restore() noexcept;
 
-/// Whether `bytes` more could be had at this moment.
+/// Whether `bytes` more could be allocated at this moment.
 bool couldHave(std::size_t bytes) noexcept;
 
 }  // namespace MemoryReserve

@@ -10,7 +10,7 @@ namespace {
 
 using std::filesystem::path;
 
-/// Takes the first word off `line`.
+/// Removes the first word of `line` and returns it.
 std::string_view takeWord(std::string_view& line) {
   const std::string_view word = line.substr(0, line.find(' '));
   line.remove_prefix(std::min(line.size(), word.size() + 1));
@@ -19,7 +19,7 @@ std::string_view takeWord(std::string_view& line) {
 
 bool isOctal(char character) { return character >= '0' && character <= '7'; }
 
-/// `word` with its blanks and backslashes, which stand as "\040" and the like.
+/// `word` with its escapes decoded: blanks and backslashes are written as "\040" and the like.
 std::string unescaped(std::string_view word) {
   std::string text;
   for (std::size_t index = 0; index < word.size(); ++index) {
@@ -35,10 +35,10 @@ std::string unescaped(std::string_view word) {
   return text;
 }
 
-/// Whether a file system of that kind, on that device, lies in this machine. A kind that nobody
-/// knows does not: little is lost when it is not touched.
+/// Whether a file system of `kind` on `device` is in this machine. An unknown kind without a device
+/// counts as remote: not accessing it costs little.
 bool isLocal(std::string_view device, std::string_view kind) {
-  // Programs serve these, some of them from drives.
+  // User-space programs serve these, even from local drives.
   if (kind.starts_with("fuse")) return false;
   static constexpr std::array<std::string_view, 9> withoutDevice{
       "tmpfs", "ramfs", "rootfs", "devtmpfs", "overlay", "btrfs", "zfs", "bcachefs", "ecryptfs"};
@@ -76,7 +76,7 @@ Mounts::Mounts(std::string_view list) {
   }
   root = topOfRoot();
   if (root || mounts.empty()) return;
-  // In a root that is no mount itself, the list begins with what is mounted in it.
+  // When the root is not a mount itself, the list starts with the mounts inside it.
   const std::vector<Mount> listed = mounts;
   for (Mount& mount : mounts) {
     if (std::ranges::find(listed, mount.parent, &Mount::id) == listed.end()) mount.parent.clear();
@@ -85,7 +85,8 @@ Mounts::Mounts(std::string_view list) {
   mounts.push_back({.id = "", .parent = "", .place = "/", .local = true});
 }
 
-/// What is seen at "/": the mount there that lies on none of the list, or what covers it.
+/// The visible mount at "/": the mount there whose parent is not in the list, or the mount that
+/// covers it.
 std::optional<std::size_t> Mounts::topOfRoot() const {
   for (std::size_t number = 0; number < mounts.size(); ++number) {
     const Mount& mount = mounts[number];
@@ -97,10 +98,10 @@ std::optional<std::size_t> Mounts::topOfRoot() const {
   return std::nullopt;
 }
 
-/// What is seen at `place`, to which `below` leads: the last of the mounts that lie upon it there.
+/// The visible mount at `place` within `below`: the topmost of those mounted on each other there.
 std::optional<std::size_t> Mounts::covering(const path& place,
                                             std::optional<std::size_t> below) const {
-  // Each is looked at once at most, whatever the list says.
+  // At most one step per mount, so a list with a cycle cannot loop.
   for (std::size_t times = 0; below && times < mounts.size(); ++times) {
     const auto upon = std::ranges::find_if(mounts, [&](const Mount& mount) {
       return mount.parent == mounts[*below].id && mount.id != mount.parent && mount.place == place;
@@ -111,7 +112,7 @@ std::optional<std::size_t> Mounts::covering(const path& place,
   return below;
 }
 
-/// The mount that holds `folder`, in which there are no links.
+/// The mount that contains `folder`, a path without links.
 std::optional<std::size_t> Mounts::holding(const path& folder) const {
   std::optional<std::size_t> mount = root;
   path walked = "/";
@@ -123,7 +124,7 @@ std::optional<std::size_t> Mounts::holding(const path& folder) const {
 }
 
 Mounts::Place Mounts::followed(const path& whole, std::optional<std::size_t> touchable) const {
-  constexpr int mostLinks = 40;  // as many as the system itself follows
+  constexpr int mostLinks = 40;  // the system's own limit
   int links = 0;
   Place place{"/", root, false};
   std::deque<path> parts = partsOf(whole);
@@ -152,7 +153,8 @@ Mounts::Place Mounts::followed(const path& whole, std::optional<std::size_t> tou
       parts.insert(parts.begin(), further.begin(), further.end());
       continue;
     }
-    // The last part names the file, which may be missing; so may folders, and come later.
+    // The last part names the file, which may be missing. Folders may be missing too and appear
+    // later.
     if (parts.empty() || !std::filesystem::is_directory(status)) break;
     place.folder = next;
     place.mount = mount;

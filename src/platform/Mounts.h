@@ -1,5 +1,6 @@
 #pragma once
-// Which file systems Linux has mounted where, so that nobody has to touch one to know it.
+// The mounted file systems of Linux, read from the kernel's list so that no file system is
+// accessed.
 
 #include <cstddef>
 #include <filesystem>
@@ -11,33 +12,33 @@
 /// One mounted file system.
 struct Mount {
   std::string id;
-  std::string parent;           ///< the id of the mount that it was mounted on
+  std::string parent;           ///< the id of the mount it is mounted on
   std::filesystem::path place;  ///< absolute
-  bool local;                   ///< answers without a network, another machine or another program
+  bool local;                   ///< needs no network, no other machine and no other program
 
   bool operator==(const Mount&) const = default;
 };
 
-/// The mounts of a process. A mount is named by its number in the list.
+/// The mounts of a process. A mount is identified by its index in the list.
 class Mounts {
 public:
-  /// `list` is in the form of /proc/self/mountinfo; lines that are not are passed over.
+  /// `list` has the form of /proc/self/mountinfo; other lines are skipped.
   explicit Mounts(std::string_view list);
 
-  /// Where a path leads, as far as that can be seen.
+  /// The target of a path, as far as it can be resolved.
   struct Place {
-    std::filesystem::path folder;  ///< the deepest folder on the way that is there, free of links
-    std::optional<std::size_t> mount;  ///< that it lies on; absent when the list does not tell
-    bool beforeRemote;  ///< the way goes on into a mount that is not local and was not touched
+    std::filesystem::path folder;      ///< the deepest existing folder of the path, without links
+    std::optional<std::size_t> mount;  ///< the folder's mount; absent when the list has none
+    bool beforeRemote;  ///< the path continues into a remote mount that was not accessed
   };
 
-  /// Follows the absolute `path` to the folder of the file that it names, links and all; a link to
-  /// what is not there is followed too. No mount is touched that is not local, except `touchable`.
+  /// Resolves the absolute `path` to the folder of the file that it names, following all links,
+  /// also those to missing targets. Accesses no remote mount except `touchable`.
   Place followed(const std::filesystem::path& path,
                  std::optional<std::size_t> touchable = std::nullopt) const;
 
-  /// The mount that the existing file or folder at the absolute `path` lies on, whichever mounts
-  /// lie on the way; absent when the list does not tell.
+  /// The mount of the existing file or folder at the absolute `path`, whichever mounts are on the
+  /// way; absent when the list has none.
   std::optional<std::size_t> of(const std::filesystem::path& path) const;
 
   const Mount& operator[](std::size_t number) const { return mounts[number]; }

@@ -1,11 +1,11 @@
 #pragma once
-// What users read, in both languages.
+// Texts for users, in both languages.
 
 #include "platform/SummaryLang.h"
 
 #include <string_view>
 
-/// One phrase in both languages. A phrase that lacks one of them does not compile.
+/// One phrase in both languages. A phrase with an empty language does not compile.
 class Phrase {
 public:
   consteval Phrase(std::string_view chinese, std::string_view english)

@@ -1,5 +1,5 @@
-// What the Linux kernel refuses to a confined program: files by Landlock, the network by Landlock
-// and, with sockets, programs and tracing, by a seccomp filter.
+// The confinement on Linux: Landlock refuses files and network; a seccomp filter refuses sockets,
+// new programs and tracing.
 
 #include "platform/Descriptor.h"
 #include "platform/Files.h"
@@ -29,8 +29,8 @@ namespace {
 
 using std::filesystem::path;
 
-/// The form of the rules' set that the newest kernel known here takes, and what stands in it that
-/// headers of older systems do not name.
+/// The ruleset attributes of the newest kernel known here. The constants below are missing from
+/// headers of older systems.
 struct RulesetAttributes {
   std::uint64_t files;
   std::uint64_t network;
@@ -52,14 +52,16 @@ constexpr std::uint64_t besideDatabases = LANDLOCK_ACCESS_FS_READ_FILE |
 constexpr std::uint64_t changing = reading | besideDatabases | LANDLOCK_ACCESS_FS_MAKE_DIR |
                                    LANDLOCK_ACCESS_FS_REMOVE_FILE | LANDLOCK_ACCESS_FS_REMOVE_DIR;
 
-/// Those rights that concern a single file. The kernel refuses rules about files with others.
+/// The rights that concern a single file. The kernel refuses a rule about a file with any other
+/// right.
 constexpr std::uint64_t ofOneFile = LANDLOCK_ACCESS_FS_EXECUTE | LANDLOCK_ACCESS_FS_WRITE_FILE |
                                     LANDLOCK_ACCESS_FS_READ_FILE | accessTruncate |
                                     accessControlDevice;
 
-/// What the kernel's edition of Landlock can refuse. A later edition knows all of an earlier one.
+/// The rights that this Landlock edition of the kernel can refuse. A later edition includes all
+/// earlier ones.
 RulesetAttributes refusable(long edition) {
-  // Of the first edition: everything up to the making of symbolic links.
+  // The first edition has all rights up to MAKE_SYM.
   RulesetAttributes attributes{2 * LANDLOCK_ACCESS_FS_MAKE_SYM - 1, 0, 0};
   if (edition >= 2) attributes.files |= accessRefer;
   if (edition >= 3) attributes.files |= accessTruncate;
@@ -69,19 +71,19 @@ RulesetAttributes refusable(long edition) {
   return attributes;
 }
 
-/// How many bytes of the attributes the edition knows.
+/// The size in bytes of the attributes that the edition knows.
 std::size_t sizeFor(long edition) {
   if (edition >= 6) return sizeof(RulesetAttributes);
   return edition >= 4 ? offsetof(RulesetAttributes, scopes) : offsetof(RulesetAttributes, network);
 }
 
-/// The rules of a process to be, made step by step. False stands for a kernel that refuses one.
+/// The rules of the future process, built step by step. False means that the kernel refused a step.
 class Ruleset {
 public:
-  /// Everything is refused at first. Landlock's `edition` counts from 1.
+  /// Refuses everything at first. Landlock's `edition` counts from 1.
   explicit Ruleset(long edition) : refused(refusable(edition)), rules(made(refused, edition)) {}
 
-  /// Allows `rights` to a file, or below a folder. What is not there needs no rule.
+  /// Allows `rights` on a file, or below a folder. A missing path needs no rule.
   bool allow(const path& place, std::uint64_t rights) {
     const Descriptor file = Descriptor::ofFile(place, O_PATH);
     if (!file) return errno != EMFILE && errno != ENFILE && errno != ENOMEM;
@@ -89,7 +91,7 @@ public:
     if (fstat(file.get(), &status) != 0) return false;
     const std::uint64_t possible = S_ISDIR(status.st_mode) ? refused.files : ofOneFile;
     const landlock_path_beneath_attr rule{rights & possible & refused.files, file.get()};
-    // What has no place in a file system, such as the pipe behind /dev/stdin, is never refused.
+    // Descriptors outside any file system, such as the pipe behind /dev/stdin, are never refused.
     return syscall(SYS_landlock_add_rule, rules.get(), LANDLOCK_RULE_PATH_BENEATH, &rule, 0U) ==
                0 ||
            errno == EBADFD;
@@ -109,11 +111,12 @@ private:
   Descriptor rules;
 };
 
-/// The folder from which `database` stays in reach. A rule holds for a folder itself and what lies
-/// below it, not for another folder of its name or a drive that comes to cover it: so the rule is
-/// laid one folder above the deepest one that is there, and above the drive it lies on, unless that
-/// is `keptMount`, which stays. A share of the network is not even looked at, because one that is
-/// out of reach would keep us waiting: the rule is laid on the folder that it is mounted in.
+/// The folder whose rule keeps `database` accessible. A rule applies to a folder itself and
+/// everything below it. It does not apply to a later folder of the same name, or to a drive that is
+/// mounted over it. So the rule applies one folder above the deepest existing one and above its
+/// mount. The exception is `keptMount`, which stays mounted. A network share is not accessed at
+/// all, because an unreachable share would block. Its rule applies to the folder that it is mounted
+/// in.
 path lastingFolder(const path& database, const Mounts& mounts,
                    std::optional<std::size_t> keptMount) {
   const Mounts::Place place = mounts.followed(database, keptMount);
@@ -141,14 +144,15 @@ bool allowed(Ruleset& rules, const System::Reach& reach) {
     return std::ranges::all_of(
         places, [&rules, rights](const path& place) { return rules.allow(place, rights); });
   };
-  // SQLite and libsodium draw random numbers, and SQLite fills low descriptors that are free.
+  // SQLite and libsodium read random numbers; SQLite opens /dev/null to occupy free low
+  // descriptors.
   return rules.allow("/dev/urandom", LANDLOCK_ACCESS_FS_READ_FILE) &&
          rules.allow("/dev/null", LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_WRITE_FILE) &&
          each(reach.read, reading) && each(lastingFolders(reach), besideDatabases) &&
          each(reach.change, changing);
 }
 
-/// Leaves the files in `reach`, and nothing that Landlock knows beside them.
+/// Allows only the files in `reach`, out of everything that Landlock controls.
 void confineFiles(const System::Reach& reach, System::Confinement& confinement) {
   const long edition =
       syscall(SYS_landlock_create_ruleset, nullptr, 0U, LANDLOCK_CREATE_RULESET_VERSION);
@@ -166,12 +170,12 @@ constexpr std::uint32_t thisMachine = AUDIT_ARCH_AARCH64;
 #elif defined(__riscv) && __riscv_xlen == 64
 constexpr std::uint32_t thisMachine = AUDIT_ARCH_RISCV64;
 #else
-constexpr std::uint32_t thisMachine = 0;  // whose calls have numbers that nobody has looked at
+constexpr std::uint32_t thisMachine = 0;  // unknown: the call numbers are unverified
 #endif
 
-/// Calls that no program of ours makes once it is confined.
+/// System calls that none of our programs makes once it is confined.
 constexpr auto refusedCalls = std::to_array<std::uint32_t>(
-    {// Sockets, and what is done with one that the client handed over as a standard stream.
+    {// Sockets, and calls on a socket that the client passed as a standard stream.
      SYS_socket,
      SYS_socketpair,
      SYS_connect,
@@ -190,7 +194,7 @@ constexpr auto refusedCalls = std::to_array<std::uint32_t>(
      SYS_getsockopt,
      SYS_setsockopt,
      SYS_shutdown,
-     // New programs and new processes.
+     // New programs and processes.
      SYS_execve,
      SYS_execveat,
      SYS_clone,
@@ -199,14 +203,14 @@ constexpr auto refusedCalls = std::to_array<std::uint32_t>(
      SYS_fork,
      SYS_vfork,
 #endif
-     // Other processes' memory and files.
+     // Memory and files of other processes.
      SYS_ptrace,
      SYS_process_vm_readv,
      SYS_process_vm_writev,
      SYS_pidfd_open,
      SYS_pidfd_getfd,
      SYS_kcmp,
-     // The kernel's own insides, and the ways round this filter.
+     // Kernel internals, and ways to bypass this filter.
      SYS_perf_event_open,
      SYS_bpf,
      SYS_userfaultfd,
@@ -215,14 +219,14 @@ constexpr auto refusedCalls = std::to_array<std::uint32_t>(
      SYS_io_uring_register,
      SYS_open_by_handle_at});
 
-/// x86 numbers the calls of one more kind of program, which none of ours is, from here on.
+/// The call numbers of x32, an x86 ABI that we do not use, start here.
 constexpr std::uint32_t firstForeignCall = 0x40000000;
 
 constexpr sock_filter statement(unsigned code, std::uint32_t operand) {
   return {static_cast<std::uint16_t>(code), 0, 0, operand};
 }
 
-/// Compares; goes on `yes` or `no` steps beyond the next one.
+/// Compares, then skips `yes` or `no` statements after this one.
 constexpr sock_filter branch(unsigned comparison, std::uint32_t operand, std::size_t yes,
                              std::size_t no) {
   return {static_cast<std::uint16_t>(BPF_JMP | comparison | BPF_K),
@@ -231,18 +235,18 @@ constexpr sock_filter branch(unsigned comparison, std::uint32_t operand, std::si
           operand};
 }
 
-/// The program that the kernel runs at every call.
+/// The filter program that the kernel runs at every call.
 constexpr auto filter() {
   constexpr std::size_t count = refusedCalls.size();
   static_assert(count < 250, "a branch reaches 255 steps");
   std::array<sock_filter, count + 6> program{};
-  // Which machine the call was made for: numbers mean nothing for another one.
+  // The architecture of the call: the numbers are meaningless for another one.
   program[0] = statement(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, arch));
   program[1] = branch(BPF_JEQ, thisMachine, 0, count + 3);
-  // Which call it is.
+  // The number of the call.
   program[2] = statement(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr));
   program[3] = branch(BPF_JGE, firstForeignCall, count + 1, 0);
-  // Each call of the list goes to the last step.
+  // A match with the list jumps to the last statement.
   for (std::size_t index = 0; index < count; ++index) {
     program[4 + index] = branch(BPF_JEQ, refusedCalls[index], count - index, 0);
   }
@@ -251,7 +255,7 @@ constexpr auto filter() {
   return program;
 }
 
-/// Whether the kernel refuses the calls of the list from now on.
+/// Installs the filter; whether the kernel refuses the listed calls from now on.
 bool confineCalls() {
   if (thisMachine == 0) return false;
   auto program = filter();
@@ -263,7 +267,7 @@ bool confineCalls() {
 
 System::Confinement System::confine(const Reach& reach) {
   Confinement confinement;
-  // The kernel lets itself be told only by a process that cannot gain rights by a program any more.
+  // The kernel accepts filters only from a process that cannot gain privileges by execve any more.
   if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) return confinement;
   confineFiles(reach, confinement);
   confinement.calls = confineCalls();

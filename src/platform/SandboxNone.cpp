@@ -1,5 +1,4 @@
-// Where no kernel holds a program to what it needs, and in builds that leave that out: a program
-// keeps its promises by itself.
+// No confinement: systems without a supported kernel feature, and builds that turn it off.
 
 #include "platform/System.h"
 

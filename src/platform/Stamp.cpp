@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Writes `number` with leading zeros over the `width` letters that begin at `place`.
+/// Writes `number` with leading zeros into the `width` characters at `place`.
 void writeDigits(char* place, int width, int number) {
   for (int index = width - 1; index >= 0; --index) {
     place[index] = static_cast<char>('0' + number % 10);

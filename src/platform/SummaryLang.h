@@ -9,5 +9,5 @@ enum class SummaryLang { zh, en };
 /// The language's name in JSON: "zh" or "en".
 std::string_view rawValue(SummaryLang lang);
 
-/// The language of that name; `nullopt` for every other text.
+/// The language with that name; `nullopt` for any other text.
 std::optional<SummaryLang> summaryLangNamed(std::string_view rawValue);

@@ -1,7 +1,6 @@
 #pragma once
-// What the program asks of the system it runs on. One contract; SystemPosix.cpp keeps what all
-// systems have in common, SystemLinux.cpp or SystemMac.cpp the rest, and SandboxLinux.cpp or
-// SandboxNone.cpp what a program gives up.
+// Services of the operating system. SystemPosix.cpp has the common part, SystemLinux.cpp or
+// SystemMac.cpp the rest, and SandboxLinux.cpp or SandboxNone.cpp the confinement.
 
 #include "platform/Locale.h"
 
@@ -13,7 +12,7 @@
 
 namespace System {
 
-/// The value of an environment variable, which may be empty; absent when it is not set.
+/// The value of an environment variable, possibly empty; absent when it is not set.
 std::optional<std::string> variable(const char* name);
 
 /// The same; an empty value counts as not set.
@@ -25,69 +24,68 @@ std::vector<std::string> languageTags(std::string_view list);
 /// The home directory of the user, absolute.
 std::filesystem::path homeDirectory();
 
-/// The languages the user prefers, best first, as tags ("zh-Hans-CN", "en_US.UTF-8"). May be empty.
-/// `etc` is where the machine-wide settings lie, on systems that keep them in files.
+/// The user's preferred languages, best first, as tags ("zh-Hans-CN", "en_US.UTF-8"). May be empty.
+/// `etc` is the folder of the machine-wide settings, on systems that keep them in files.
 std::vector<std::string> preferredLanguages(const std::filesystem::path& etc = "/etc");
 
-/// The localisations of the application bundle this program lies in; empty without a bundle.
+/// The localisations of this program's application bundle; empty without a bundle.
 std::vector<std::string> bundleLocalizations();
 
-/// Those of the bundle's localisations that the user prefers, best first; empty without a bundle.
+/// The bundle's localisations that the user prefers, best first; empty without a bundle.
 std::vector<std::string> bundlePreferredLocalizations();
 
-/// How the user's numeric locale groups digits; by commas every three digits when the user has
-/// none.
+/// The digit grouping of the user's numeric locale; commas every three digits when the user has no
+/// locale.
 DigitGrouping digitGrouping();
 
-/// Where the system keeps its time zones, a file each under its name; TZDIR moves it.
+/// The folder of the system's time zones, one file per name. TZDIR overrides it.
 std::filesystem::path zoneFolder();
 
-/// The name of the time zone that the machine is in, or that TZ puts the process in: one that
-/// TimeZone knows. Absent when the zone has no name: TZ is a rule ("CST-8"), or the machine's zone
-/// in `etc` is a copy of a file instead of a link to it.
+/// The name of the process's time zone, from TZ or the machine's setting. TimeZone knows every
+/// returned name. Absent when the zone has no name: TZ is a rule ("CST-8"), or the machine's zone
+/// in `etc` is a copied file instead of a link.
 std::optional<std::string> timeZoneName(const std::filesystem::path& etc = "/etc");
 
-/// Keeps this process's memory, which holds health values and the roster's keys, out of core files,
-/// and other processes of the same user from reading it. Throws std::system_error when the system
+/// Keeps this process's memory out of core files and unreadable for other processes of the same
+/// user: it contains health values and the roster's keys. Throws std::system_error when the system
 /// refuses.
 void forbidDumps();
 
-/// Gives the memory that was freed back to the system, where the C library would keep it.
+/// Returns freed memory to the system; the C library would keep it.
 void returnFreedMemory();
 
-/// What a confined program still needs of the file system. Whatever is not there is left out.
+/// The file access that a confined program keeps. Missing paths are skipped.
 struct Reach {
-  /// Files, and folders with all that lies below them, that are read.
+  /// Files to read, and folders to read with everything below them.
   std::vector<std::filesystem::path> read;
 
-  /// Databases that are read while somebody else writes them: files are made and written beside
-  /// them, none removed. Each may be missing, and it, its folder or the drive that it lies on may
-  /// come, go or be replaced later.
+  /// Databases to read while another process writes them. Files beside them may be created and
+  /// written, but not removed. The database, its folder and its drive may be missing now, and may
+  /// appear, vanish or be replaced later.
   std::vector<std::filesystem::path> databases;
 
-  /// Folders below which everything may be made, written, renamed and removed.
+  /// Folders below which files may be created, written, renamed and removed.
   std::vector<std::filesystem::path> change;
 
-  /// A file or folder whose drive stays mounted while the program runs, because it holds a file
-  /// open there.
+  /// A file or folder whose drive stays mounted, because the running program has a file open there.
   std::filesystem::path staying;
 };
 
-/// What the kernel refuses to a confined program.
+/// The accesses that the kernel refuses to a confined program.
 struct Confinement {
-  bool files = false;    ///< every file and folder beyond its reach
-  bool network = false;  ///< addresses of the network, even on sockets that it was given
-  bool calls = false;    ///< sockets, new processes and programs, tracing others
+  bool files = false;    ///< every file and folder outside its reach
+  bool network = false;  ///< network addresses, even on sockets passed to the program
+  bool calls = false;    ///< sockets, new processes and programs, tracing of other processes
 
   bool operator==(const Confinement&) const = default;
 };
 
-/// Confines this process to `reach`, for good, as far as the running kernel can; tells what holds.
-/// What is open already stays open. Any path, also a relative one, is as it is at this moment.
+/// Confines this process to `reach` permanently, as far as the running kernel can. Returns what is
+/// in force. Open descriptors stay open. All paths, also relative ones, are resolved now.
 Confinement confine(const Reach& reach);
 
-/// What the C library reads whenever it pleases: time zones, locales and character sets, where the
-/// environment or the system keeps them.
+/// The files that the C library may read at any time: time zones, locales and character sets, from
+/// the environment's or the system's folders.
 std::vector<std::filesystem::path> filesOfTheLibrary();
 
 }  // namespace System

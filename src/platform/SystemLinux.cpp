@@ -1,4 +1,5 @@
-// Linux and its kin: languages and digits as the environment and the locale's own files say.
+// Linux and similar systems: languages and digits come from the environment and the locale's own
+// files.
 
 #include "platform/Files.h"
 #include "platform/System.h"
@@ -30,7 +31,7 @@ std::optional<std::string> firstSet(std::initializer_list<const char*> names) {
 }
 
 /// The value of the last line "NAME=value" or "NAME="value"" of a settings file; "" when there is
-/// none.
+/// no such line.
 std::string setting(std::string_view file, std::string_view name) {
   std::string_view value;
   while (!file.empty()) {
@@ -53,7 +54,7 @@ std::vector<std::string> languagesIn(const std::filesystem::path& file) {
   return tags;
 }
 
-/// What the machine-wide settings say, in the place of newer systems or else that of older ones.
+/// The machine-wide languages, from the file of newer systems or else that of older ones.
 std::vector<std::string> machineLanguages(const std::filesystem::path& etc) {
   std::vector<std::string> tags = languagesIn(etc / "locale.conf");
   return tags.empty() ? languagesIn(etc / "default" / "locale") : tags;
@@ -78,8 +79,8 @@ namespace {
 
 using Locale = std::unique_ptr<std::remove_pointer_t<locale_t>, decltype(&freelocale)>;
 
-/// `text` of the thread's present locale as UTF-8. A separator is a character or two, mostly a
-/// no-break space that older character sets encode in a byte of their own.
+/// `text` of the thread's current locale as UTF-8. A separator has one or two characters. Often it
+/// is a no-break space, a single byte in older character sets.
 std::string separatorAsUTF8(std::string_view text) {
   std::string converted;
   std::mbstate_t state{};
@@ -98,7 +99,7 @@ std::string separatorAsUTF8(std::string_view text) {
 DigitGrouping System::digitGrouping() {
   const std::string name = firstSet({"LC_ALL", "LC_NUMERIC", "LANG"}).value_or("C");
   if (name == "C" || name == "POSIX" || name.starts_with("C.")) return {};
-  // A locale object of our own: the process keeps the C locale, so printf keeps its decimal point.
+  // A separate locale object: the process keeps the C locale, so printf keeps its decimal point.
   const Locale locale(newlocale(LC_NUMERIC_MASK | LC_CTYPE_MASK, name.c_str(), locale_t{}),
                       &freelocale);
   if (!locale) return {};
@@ -110,7 +111,8 @@ DigitGrouping System::digitGrouping() {
 }
 
 void System::forbidDumps() {
-  // A kernel that pipes core files to a program asks the first alone, others the second as well.
+  // If the kernel pipes core files to a program, only the first setting has an effect; otherwise
+  // both do.
   constexpr rlimit none{0, 0};
   if (prctl(PR_SET_DUMPABLE, 0, 0, 0, 0) != 0 || setrlimit(RLIMIT_CORE, &none) != 0) {
     throw std::system_error(errno, std::generic_category(), "core files");
@@ -124,8 +126,7 @@ void System::returnFreedMemory() {
 }
 
 std::vector<std::filesystem::path> System::filesOfTheLibrary() {
-  // Character sets are modules in a folder of the libraries, whose name differs from system to
-  // system.
+  // Character sets are modules in a library folder, whose name differs between systems.
   std::vector<std::filesystem::path> files{
       "/etc/localtime", "/usr/share/zoneinfo", "/usr/share/locale", "/usr/lib", "/usr/lib64"};
   for (const char* name : {"TZDIR", "LOCPATH", "LOCALE_ARCHIVE", "GCONV_PATH"}) {
@@ -133,7 +134,7 @@ std::vector<std::filesystem::path> System::filesOfTheLibrary() {
       files.emplace_back(path);
     }
   }
-  // ":/usr/share/zoneinfo/Europe/Berlin" is one way to write a file's name.
+  // TZ may name a file: ":/usr/share/zoneinfo/Europe/Berlin".
   const std::string zone = environment("TZ").value_or("");
   const std::string file = zone.starts_with(':') ? zone.substr(1) : zone;
   if (file.starts_with('/')) files.emplace_back(file);

@@ -18,11 +18,11 @@ struct Releaser {
   void operator()(CFTypeRef object) const { CFRelease(object); }
 };
 
-/// An object that a function with "Copy" or "Create" in its name has made; may be empty.
+/// Owns the object of a "Copy" or "Create" function; may be empty.
 template <typename Reference>
 using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Releaser>;
 
-/// `string` in UTF-8; "" when there is none.
+/// `string` in UTF-8; "" for a null string.
 std::string textOf(CFStringRef string) {
   if (string == nullptr) return "";
   const CFIndex size =
@@ -50,8 +50,8 @@ Owned<CFArrayRef> localizationsOfTheBundle() {
 
 }  // namespace
 
-/// The system's list has no place in `etc`. The variable LANGUAGE, which macOS itself never sets,
-/// goes before it: so one program can be asked for another language, as everywhere.
+/// The system's list is not in `etc`. LANGUAGE, which macOS itself never sets, has precedence. So
+/// the user can choose a language for one program, as on other systems.
 std::vector<std::string> System::preferredLanguages(const std::filesystem::path& /*etc*/) {
   std::vector<std::string> tags = languageTags(environment("LANGUAGE").value_or(""));
   const Owned<CFArrayRef> preferred(CFLocaleCopyPreferredLanguages());
@@ -73,13 +73,13 @@ std::vector<std::string> System::bundlePreferredLocalizations() {
 
 namespace {
 
-/// A property of `formatter` that is a string or a number; empty when it has none.
+/// A string or number property of `formatter`; empty when it has none.
 template <typename Reference>
 Owned<Reference> property(CFNumberFormatterRef formatter, CFStringRef key) {
   return Owned<Reference>(static_cast<Reference>(CFNumberFormatterCopyProperty(formatter, key)));
 }
 
-/// A group size as the C library writes it; 0 when there is none.
+/// A group size in the C library's form; 0 when there is none.
 char groupSize(CFNumberFormatterRef formatter, CFStringRef key) {
   const Owned<CFNumberRef> number = property<CFNumberRef>(formatter, key);
   int size = 0;
@@ -111,8 +111,8 @@ void System::forbidDumps() {
   }
 }
 
-/// The system takes memory back by itself when it needs some.
+/// The system reclaims memory by itself.
 void System::returnFreedMemory() {}
 
-/// Nobody is confined here, so nobody need say what is read.
+/// There is no confinement here, so the list is not needed.
 std::vector<std::filesystem::path> System::filesOfTheLibrary() { return {}; }

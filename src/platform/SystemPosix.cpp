@@ -1,4 +1,4 @@
-// What macOS shares with Linux and its kin: the environment, the password database, time zones.
+// Common to macOS, Linux and similar systems: the environment, the password database, time zones.
 
 #include "platform/System.h"
 #include "platform/TimeZone.h"
@@ -51,7 +51,7 @@ std::filesystem::path System::zoneFolder() {
 
 namespace {
 
-/// The zone's name in a path to its file, ".../zoneinfo/Asia/Shanghai"; the path when there is
+/// The zone's name in the path of its file, ".../zoneinfo/Asia/Shanghai"; `path` itself when it has
 /// none.
 std::string nameInPath(const std::string& path) {
   constexpr std::string_view folder = "/zoneinfo/";
@@ -59,9 +59,9 @@ std::string nameInPath(const std::string& path) {
   return place == std::string::npos ? path : path.substr(place + folder.size());
 }
 
-/// The name that `link` leads to by way of further links. A machine without one is in UTC.
+/// The zone name that `link` leads to, through further links. A machine without the link is in UTC.
 std::optional<std::string> linkedZone(std::filesystem::path link) {
-  constexpr int mostLinks = 40;  // as many as the system itself follows
+  constexpr int mostLinks = 40;  // the system's own limit
   std::error_code error;
   if (!std::filesystem::exists(std::filesystem::symlink_status(link, error))) return "UTC";
   for (int count = 0; count < mostLinks; ++count) {

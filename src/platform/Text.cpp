@@ -11,15 +11,15 @@ namespace {
 
 constexpr std::string_view replacement = "\xEF\xBF\xBD";
 
-/// What a lead byte announces: how many bytes follow and the range of the first of them, which is
-/// where overlong forms, surrogates and code points above U+10FFFF are told apart.
+/// The properties of a lead byte: the count of bytes that follow and the range of the first of
+/// them. That range excludes overlong forms, surrogates and code points above U+10FFFF.
 struct Lead {
   std::size_t following;
   std::uint8_t lowest;
   std::uint8_t highest;
 };
 
-/// `following` is 0 for a byte that begins no character of several bytes.
+/// `following` is 0 when `byte` does not begin a multi-byte character.
 constexpr Lead leadOf(std::uint8_t byte) {
   if (byte >= 0xC2 && byte <= 0xDF) return {1, 0x80, 0xBF};
   if (byte == 0xE0) return {2, 0xA0, 0xBF};
@@ -36,7 +36,7 @@ struct Run {
   bool valid;
 };
 
-/// The character at the start of `bytes` (not empty), or the ill-formed run that stands there.
+/// The character, or else the ill-formed run, at the start of `bytes` (not empty).
 Run runAt(std::string_view bytes) {
   const auto byteAt = [bytes](std::size_t index) {
     return static_cast<std::uint8_t>(bytes[index]);

@@ -12,18 +12,18 @@
 
 namespace {
 
-/// Offsets are asked for by spans of this many seconds, a little more than a year.
+/// Offsets are queried in spans of this many seconds, a little more than a year.
 constexpr std::int64_t spanLength = 402LL * 86400;
 
-/// No zone has been at another offset for so short a time: the shortest was four days.
+/// Shorter than any offset has ever lasted: the shortest lasted four days.
 constexpr std::int64_t step = 3LL * 86400;
 static_assert(spanLength % step == 0);
 
-/// The process in another zone, and back.
+/// Puts the process into another zone; the destructor restores the previous one.
 class ZoneInForce {
 public:
   explicit ZoneInForce(const std::string& name) : before(System::variable("TZ")) {
-    // The colon says that a name follows, never a rule.
+    // The colon marks a name, never a rule.
     if (setenv("TZ", (":" + name).c_str(), 1) != 0) {
       throw std::system_error(errno, std::generic_category(), "setenv");
     }
@@ -31,7 +31,7 @@ public:
   }
 
   ~ZoneInForce() {
-    // Taking back what was there needs no memory that could be missing: the C library keeps it.
+    // Restoring the old value cannot fail for lack of memory: the C library keeps that string.
     if (before) {
       setenv("TZ", before->c_str(), 1);
     } else {
@@ -47,7 +47,7 @@ private:
   std::optional<std::string> before;
 };
 
-/// The offset of the zone in force at `moment`, in seconds, rounded to minutes.
+/// The current zone's offset at `moment`, in seconds, rounded to minutes.
 int offsetAt(std::int64_t moment) {
   const auto time = static_cast<std::time_t>(moment);
   std::tm parts{};
@@ -59,7 +59,8 @@ int offsetAt(std::int64_t moment) {
   return (seconds < 0 ? -minutes : minutes) * 60;
 }
 
-/// The first moment after `begin` whose offset is not `offset`; that of `end` is not.
+/// The first moment after `begin` whose offset is not `offset`. The offset at `end` must differ
+/// from it.
 std::int64_t endOfOffset(int offset, std::int64_t begin, std::int64_t end) {
   while (end - begin > 1) {
     const std::int64_t middle = begin + (end - begin) / 2;
@@ -73,9 +74,9 @@ bool isZoneLetter(char letter) {
          (letter >= '0' && letter <= '9') || letter == '_' || letter == '+' || letter == '-';
 }
 
-/// Whether `name` is formed like a zone's, and not like a way to some file.
+/// Whether `name` has the form of a zone name instead of a file path.
 bool hasZoneForm(std::string_view name) {
-  // Zones with leap seconds, which clocks do not show, and names for whatever is set up here.
+  // Zones with leap seconds, which clocks do not show, and aliases of the machine's own setting.
   constexpr std::array<std::string_view, 5> others{
       "right/", "posix/", "posixrules", "localtime", "Factory"};
   if (std::ranges::any_of(others, [&](std::string_view it) { return name.starts_with(it); })) {
@@ -112,7 +113,7 @@ const std::vector<TimeZone::Change>& TimeZone::changesIn(std::int64_t span) {
   for (std::int64_t at = begin; at < end; at += step) {
     const std::int64_t next = at + step;
     while (offsetAt(next - 1) != changes.back().offset) {
-      // The second before this step still had the last offset.
+      // The second before this step still had the previous offset.
       const std::int64_t from = std::max(at - 1, changes.back().from);
       const std::int64_t change = endOfOffset(changes.back().offset, from, next - 1);
       changes.push_back({.from = change, .offset = offsetAt(change)});

@@ -1,5 +1,5 @@
 #pragma once
-// The time zones that the system knows.
+// The time zones of the system.
 
 #include "platform/Stamp.h"
 
@@ -10,24 +10,25 @@
 #include <string_view>
 #include <vector>
 
-/// One time zone, by its name. The rules are those of the system's own database, read through the C
-/// library. An offset holds for months, so a zone asks once for a stretch of time and remembers it.
-/// While it asks, the process is in that zone; a program with threads may not use it.
+/// One time zone, identified by its name. The rules come from the system's own database through the
+/// C library. An offset stays the same for months, so a zone queries a stretch of time once and
+/// caches it. During a query the whole process is in that zone, so a program with threads may not
+/// use this class.
 class TimeZone {
 public:
-  /// The zone called `name`: "Asia/Shanghai", "Etc/UTC". `nullopt` when the system has none of that
-  /// name. A rule ("CST-8"), a path and a name for whatever zone the machine is in are no names.
+  /// The zone called `name`: "Asia/Shanghai", "Etc/UTC". `nullopt` when the system has no zone of
+  /// that name. A rule ("CST-8"), a path and an alias of the machine's own zone are not names.
   static std::optional<TimeZone> named(std::string_view name);
 
   const std::string& name() const { return zoneName; }
 
-  /// `moment` (seconds since 1970 UTC) as clocks in this zone show it. The offset is rounded to
-  /// minutes, half a minute away from zero: before there were zones, places had seconds in theirs.
-  /// Throws std::system_error when the system cannot tell.
+  /// `moment` (seconds since 1970 UTC) with its offset in this zone. The offset is rounded to
+  /// minutes, half a minute away from zero: local times before the introduction of zones have
+  /// seconds in their offset. Throws std::system_error when the system cannot convert it.
   Stamp stamp(std::int64_t moment);
 
 private:
-  /// From a moment on, up to the next of these, clocks are at one offset.
+  /// Clocks have this offset from `from` until the next change.
   struct Change {
     std::int64_t from;
     int offset;
@@ -39,8 +40,8 @@ private:
 
   std::string zoneName;
   std::map<std::int64_t, std::vector<Change>> known;  ///< by span, see TimeZone.cpp
-  // The stretch that was asked for last: neighbours in an export are neighbours in time.
+  // The stretch of the last query: neighbouring records of an export are close in time.
   std::int64_t stretchBegin = 0;
-  std::int64_t stretchEnd = 0;  ///< excluded; an empty stretch before the first question
+  std::int64_t stretchEnd = 0;  ///< excluded; the stretch is empty before the first query
   int stretchOffset = 0;
 };
