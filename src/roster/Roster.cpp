@@ -65,7 +65,7 @@ Roster::Roster(std::filesystem::path path, Logger& log, Clock clock)
 
 namespace {
 
-/// Moves the unreadable roster at `path` out of the way and returns what to say about it.
+/// Renames the invalid roster at `path` and returns the message about it.
 std::string setAside(const std::filesystem::path& path, double now, const DecodingError& error) {
   std::filesystem::path backup = path;
   backup += ".broken-" + std::to_string(static_cast<std::int64_t>(now));
@@ -79,8 +79,8 @@ std::string setAside(const std::filesystem::path& path, double now, const Decodi
 void Roster::load() {
   const std::optional<std::string> contents = fileContents(path);
   if (!contents) return;
-  // The JSON library takes up to so many times the text, and ends the program where it finds no
-  // memory to take down again what it built.
+  // Parsing takes up to 64 times the size of the text. The JSON library terminates the program if
+  // it runs out of memory while it destroys a partial result.
   constexpr std::size_t most = 64;
   if (!MemoryReserve::couldHave(most * contents->size())) throw std::bad_alloc();
   File file;

@@ -1,5 +1,5 @@
 #pragma once
-// The members of this household, as the receiver application lists them in "members.json".
+// The members of this household, from the receiver application's "members.json".
 
 #include "platform/Clock.h"
 #include "platform/Logger.h"
@@ -23,16 +23,16 @@ struct PairedDevice {
   double pairedAt = 0;
   std::optional<double> lastSeenAt;
   std::optional<HistoryHint> history;
-  std::optional<std::string> key;  ///< key material as the receiver stores it; only carried
+  std::optional<std::string> key;  ///< key material in the receiver's format; not used here
 
   bool operator==(const PairedDevice&) const = default;
 };
 
-/// A person whose data lies on this computer. JSON keys are the field names.
+/// A person with data on this computer. JSON keys are the field names.
 struct Member {
   std::string id;                    ///< stable and unique
-  std::string name;                  ///< shown; may repeat
-  std::string dbPath;                ///< full path of the member's database, used as it stands
+  std::string name;                  ///< for display; not unique
+  std::string dbPath;                ///< full path of the member's database, used unchanged
   double createdAt = 0;              ///< seconds since 1970
   std::optional<double> lastSyncAt;  ///< seconds since 1970; absent before the first sync
   std::vector<PairedDevice> devices;
@@ -50,9 +50,9 @@ void to_json(nlohmann::ordered_json& json, const Member& member);
 /// The list of members, read from its file once and never written back.
 class Roster {
 public:
-  /// The whole file.
+  /// The whole file as a record.
   struct File {
-    std::int64_t version = 0;  ///< of the format; carried, not checked
+    std::int64_t version = 0;  ///< of the format; not checked
     std::vector<Member> members;
 
     bool operator==(const File&) const = default;
@@ -61,17 +61,16 @@ public:
   /// An empty roster for the file at `path`. `log` outlives the roster.
   Roster(std::filesystem::path path, Logger& log, Clock clock);
 
-  /// Reads the file and replaces the members. A file that cannot be read (mostly: there is none)
-  /// changes nothing. A file that is no roster is moved aside, to ".broken-" and the time behind
-  /// its name, so that the next start runs with no members and the copy is kept; that is logged,
-  /// and thrown as ReceiverError. One that memory does not suffice to read stays where it is:
-  /// std::bad_alloc.
+  /// Reads the file and replaces the members. A missing or unreadable file changes nothing. An
+  /// invalid roster is renamed: ".broken-" and the time are appended to its name. So the next start
+  /// has no members, and the file is kept. This case is logged and throws ReceiverError. A file
+  /// that does not fit into memory stays in place and throws std::bad_alloc.
   void load();
 
   /// A copy of all members, in the order of the file.
   std::vector<Member> members() const;
 
-  /// The first member with exactly this id.
+  /// The first member with exactly this id; `nullopt` when there is none.
   std::optional<Member> member(std::string_view id) const;
 
 private:

@@ -1,5 +1,5 @@
 #pragma once
-// The heart-rate samples taken during one workout, one page of them, and what all of them say.
+// The heart-rate samples of one workout: one page of them and a summary of all.
 
 #include "workouts/Workouts.h"
 
@@ -12,26 +12,26 @@
 
 /// One sample. Texts are exactly as stored. JSON keys are the field names.
 struct WorkoutHeartRatePoint {
-  std::int64_t record_id = 0;  ///< row of the sample in its table
+  std::int64_t record_id = 0;  ///< row id of the sample in its table
   std::string start;           ///< stamp with its own zone
   std::optional<std::string> end;
   std::string source;
   std::optional<std::string> device;
   std::string raw_unit;                     ///< "count/min" or "bpm"
   std::optional<std::string> stored_value;  ///< the value as text
-  double elapsed_seconds = 0;               ///< from the start of the workout to that of the sample
+  double elapsed_seconds = 0;               ///< from the workout's start to the sample's start
   double bpm = 0;                           ///< as stored, not rounded
-  std::int64_t segment = 0;                 ///< one higher after every gap of more than 60 seconds
+  std::int64_t segment = 0;                 ///< one higher after each gap of over 60 seconds
 
   bool operator==(const WorkoutHeartRatePoint&) const = default;
 };
 
-/// What all matching samples say, not the page alone. Absent without samples.
+/// A summary of all matching samples, not only of the page. The values are absent without samples.
 struct WorkoutHeartRateSummary {
   std::int64_t count = 0;
   std::optional<double> min_bpm;
   std::optional<double> max_bpm;
-  std::optional<double> sample_mean_bpm;  ///< mean of the samples, not weighted by time
+  std::optional<double> sample_mean_bpm;  ///< mean over samples, not weighted by time
 
   bool operator==(const WorkoutHeartRateSummary&) const = default;
 };
@@ -47,16 +47,17 @@ struct WorkoutHeartRatePagination {
   bool operator==(const WorkoutHeartRatePagination&) const = default;
 };
 
-/// The samples of exactly one source whose start lies in the workout, half open at its end.
+/// The samples of exactly one source with a start inside the workout: from the workout's start,
+/// included, to its end, excluded.
 struct WorkoutHeartRate {
-  std::string person_id;  ///< filled in by who knows the person
+  std::string person_id;  ///< set by the caller, who knows the person
   WorkoutEntry workout;
-  std::string source;                          ///< the selected one
-  std::vector<std::string> available_sources;  ///< all with a sample in the workout, ascending
+  std::string source;                          ///< the selected source
+  std::vector<std::string> available_sources;  ///< those with a sample in the workout, ascending
   WorkoutHeartRateSummary summary;
-  std::vector<WorkoutHeartRatePoint> samples;  ///< the page, by time
+  std::vector<WorkoutHeartRatePoint> samples;  ///< the page, ordered by time
   WorkoutHeartRatePagination pagination;
-  /// Samples of the selected source whose time, unit or value cannot be read.
+  /// Count of the selected source's samples with an unreadable time, unit or value.
   std::int64_t excluded_candidate_count = 0;
 
   bool operator==(const WorkoutHeartRate&) const = default;

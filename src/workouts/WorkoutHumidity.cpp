@@ -26,8 +26,8 @@ bool isUUID(std::string_view text) {
   });
 }
 
-/// Whether an application is known to record humidity as a percentage: Apple's own, or Apple Health
-/// on a device, which appends the device's identifier.
+/// Whether this application is known to record humidity as a percentage. This is true of Apple's
+/// own applications and of Apple Health on a device, which appends the device's identifier.
 bool isTrusted(std::string_view bundle) {
   constexpr std::string_view devicePrefix = "com.apple.health.";
   return bundle == "com.apple.Workout" || bundle == "com.apple.health" ||

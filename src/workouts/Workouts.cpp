@@ -62,7 +62,7 @@ std::string WorkoutEntry::workout_id() const {
 
 namespace {
 
-/// A number that is not finite, as text: such a reading keeps it where others keep a number.
+/// A non-finite number as text. A reading stores it as text instead of a number.
 std::string notFiniteText(double number) {
   if (std::isnan(number)) return "nan";
   return number < 0 ? "-inf" : "inf";
