@@ -14,20 +14,19 @@
 
 namespace {
 
-/// SQLite's message for what last failed on `database`, which may be null. It can quote the file's
-/// own bytes.
+/// SQLite's message for the last error on `database`, which may be null. It can quote bytes of the
+/// file.
 std::string messageOf(sqlite3* database) {
   return database == nullptr ? "?" : repaired(sqlite3_errmsg(database));
 }
 
-/// The errno of the system call on account of which SQLite last failed on `database`; 0 when there
-/// was none.
+/// The errno of the system call behind the last error on `database`; 0 when there was none.
 int systemErrorOf(sqlite3* database) {
   const int result = sqlite3_errcode(database) & 0xff;
   if (result != SQLITE_IOERR && result != SQLITE_CANTOPEN) return 0;
   int number = sqlite3_system_errno(database);
   if (number != 0) return number;
-  // After a commit that failed, only the files know: the database's, or that of its log.
+  // After a failed commit only the handles of the database's and the log's file have the errno.
   sqlite3_file_control(database, "main", SQLITE_FCNTL_LAST_ERRNO, &number);
   if (number != 0) return number;
   sqlite3_file* log = nullptr;
@@ -37,7 +36,7 @@ int systemErrorOf(sqlite3* database) {
   return number;
 }
 
-/// Why `act` just failed on `database`, which may be null.
+/// The facts about the failure of `act` on `database`, which may be null.
 DatabaseError::Facts factsOf(sqlite3* database, DatabaseError::Act act) {
   return {.act = act,
           .reason = messageOf(database),
@@ -51,7 +50,7 @@ bool DatabaseError::isDiskFull() const { return facts.code == SQLITE_FULL; }
 
 namespace {
 
-/// A number where there is one; a text or a blob is none.
+/// False for a text, a blob and NULL.
 bool isNumber(sqlite3_value* value) {
   const int type = sqlite3_value_type(value);
   return type == SQLITE_INTEGER || type == SQLITE_FLOAT;
@@ -59,8 +58,9 @@ bool isNumber(sqlite3_value* value) {
 
 }  // namespace
 
-// Values are fetched once a column, because the statement has locked the connection already.
-// sqlite3_column_text and its kin would lock it in every call, which takes longer than the reading.
+// A value is fetched once per column because the statement already holds the connection's lock.
+// sqlite3_column_text and similar functions would lock again in every call, which takes longer than
+// the reading itself.
 
 template <>
 std::optional<std::string_view> Row::find<std::string_view>(int index) const {
@@ -110,7 +110,7 @@ Statement::Statement(sqlite3* database, const std::string& sql, std::string step
 }
 
 Statement& Statement::bind(int position, std::string_view text) {
-  // A null pointer would bind NULL, and an empty view may hold one.
+  // A null pointer would bind NULL, and an empty view may contain one.
   const char* start = text.empty() ? "" : text.data();
   check(sqlite3_bind_text64(
       handle.get(), position, start, text.size(), SQLITE_TRANSIENT, SQLITE_UTF8));
@@ -161,7 +161,7 @@ int openFlags(Database::Options options) {
          (options.create ? SQLITE_OPEN_CREATE : 0) | SQLITE_OPEN_FULLMUTEX;
 }
 
-/// SQLite takes a name that begins with "file:" for an address with options; ours are plain paths.
+/// SQLite treats a name that starts with "file:" as a URI with options; ours are plain paths.
 std::string plainName(const std::string& path) {
   return path.starts_with("file:") ? "./" + path : path;
 }
@@ -170,12 +170,11 @@ DatabaseError noFile(const std::filesystem::path& path) {
   return {"不是普通文件:", {.act = DatabaseError::Act::look, .reason = path.string()}};
 }
 
-/// Names what is no file where SQLite opens one: at `path` and where it looks for what it keeps
-/// beside a database. It would say no more than that it cannot open one. A folder it refuses by
-/// itself.
+/// Fails when `path`, or one of SQLite's files beside the database, is not a regular file. SQLite's
+/// own message would not name the file. A folder at `path` is left to SQLite, which refuses it.
 void requireFiles(const std::filesystem::path& path) {
   std::error_code ignored;
-  // It looks beside the file itself, wherever a link to it lies.
+  // SQLite puts those files beside the target of a link, not beside the link.
   const std::filesystem::path database =
       std::filesystem::is_symlink(std::filesystem::symlink_status(path, ignored))
           ? std::filesystem::weakly_canonical(path, ignored)
@@ -193,8 +192,8 @@ void requireFiles(const std::filesystem::path& path) {
   }
 }
 
-/// What a file contains may not run code, write into SQLite's own tables, load a library or be a
-/// table of a module. False when SQLite does not let itself be told.
+/// Forbids the content of a file to run code, to write SQLite's own tables, to load a library or to
+/// use virtual table modules. False when SQLite does not accept a setting.
 bool hardened(sqlite3* database) {
   return sqlite3_drop_modules(database, nullptr) == SQLITE_OK &&
          sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr) == SQLITE_OK &&
@@ -203,7 +202,7 @@ bool hardened(sqlite3* database) {
              SQLITE_OK;
 }
 
-/// Whether SQLite shall try again after so many attempts to have a lock.
+/// SQLite's busy handler: whether to try for the lock again after this many attempts.
 int waitFor(void* patience, int attempts) {
   return static_cast<Patience*>(patience)->wait(attempts) ? 1 : 0;
 }
@@ -221,7 +220,7 @@ bool withoutViews(sqlite3* database) {
 
 }  // namespace
 
-/// Whether SQLite is to try for a lock once more, after `attempts` pauses.
+/// SQLite's busy handler: whether to try for the lock again after `attempts` pauses.
 int Database::Waiting::triesAgain(void* self, int attempts) {
   const auto& waiting = *static_cast<const Waiting*>(self);
   constexpr int pauseMilliseconds = 20;
@@ -235,16 +234,16 @@ int Database::Waiting::stops(void* self) {
   return (*static_cast<const Waiting*>(self)->interrupted)() ? 1 : 0;
 }
 
-/// False when SQLite does not let itself be told.
+/// False when SQLite does not accept the handler.
 bool Database::askWhetherInterrupted(const Options& options) {
   waiting = std::make_unique<Waiting>(Waiting{options.interrupted, options.patienceMilliseconds});
-  constexpr int instructions = 10000;  // a millisecond's at most
+  constexpr int instructions = 10000;  // at most a millisecond of work
   sqlite3_progress_handler(handle.get(), instructions, Waiting::stops, waiting.get());
   return sqlite3_busy_handler(handle.get(), Waiting::triesAgain, waiting.get()) == SQLITE_OK;
 }
 
 Database::Database(const std::string& path, Options options) {
-  // Without it, the check beforehand is all there is.
+  // If it fails, the check below is the only protection.
   [[maybe_unused]] static const bool guarded = openRegularFilesAlone();
   requireFiles(path);
   sqlite3* opened = nullptr;
@@ -258,7 +257,7 @@ Database::Database(const std::string& path, Options options) {
   if (!waits(opened, options) || !hardened(opened) || (options.readOnly && !withoutViews(opened))) {
     throw unopened();
   }
-  // What does not fit into SQLite's cache would be sorted in a file otherwise, in a folder for all.
+  // Otherwise SQLite would sort large results in a file, in a folder shared by all users.
   if (options.readOnly) exec("PRAGMA temp_store=MEMORY");
   if (options.interrupted != nullptr && !askWhetherInterrupted(options)) throw unopened();
 }

@@ -1,5 +1,5 @@
 #pragma once
-// SQLite behind three types that own or borrow its handles: a connection, a statement, a row.
+// SQLite in three types that own or borrow its handles: a connection, a statement, a row.
 
 #include "store/DatabaseError.h"
 
@@ -17,23 +17,22 @@ struct sqlite3_mutex;
 struct sqlite3_stmt;
 class Patience;
 
-/// The present row of a statement; valid until the statement steps again.
+/// The current row of a statement; valid until the statement's next step.
 class Row {
 public:
   explicit Row(sqlite3_stmt* statement) : statement(statement) {}
 
   /// Column `index`, counted from 0 in select order, as std::string, std::string_view, double or
   /// std::int64_t. SQL NULL is `nullopt`, never 0 or "". A std::string is repaired to valid UTF-8.
-  /// A std::string_view holds the bytes as they are stored, until the statement steps again: for
-  /// parsing and comparing many rows without copying any. A text or a blob is no number: `nullopt`
-  /// where a number is asked for.
+  /// A std::string_view is the stored bytes, valid until the next step; it allows parsing and
+  /// comparing many rows without a copy. As a number, a text or a blob is `nullopt`.
   template <typename T>
   std::optional<T> find(int index) const;
 
-  /// Column `index` as text, "" for SQL NULL.
+  /// Column `index` as text; "" for SQL NULL.
   std::string text(int index) const;
 
-  /// Column `index` as stored bytes, empty for SQL NULL.
+  /// Column `index` as stored bytes; empty for SQL NULL.
   std::string_view bytes(int index) const;
 
 private:
@@ -55,11 +54,12 @@ inline std::string_view Row::bytes(int index) const {
   return find<std::string_view>(index).value_or("");
 }
 
-/// A prepared statement and the sole owner of its handle. Positions count from 1. Failures leave as
-/// DatabaseError. The connection belongs to the statement's thread while it lives: another waits.
+/// A prepared statement and the sole owner of its handle. Positions count from 1. Failures throw
+/// DatabaseError. While the statement exists, its thread holds the connection's lock; other threads
+/// wait.
 class Statement {
 public:
-  /// Fails with "prepare 失败:" and SQLite's message. A step that fails says `stepFailure` and
+  /// Fails with "prepare 失败:" and SQLite's message. A failing step reports `stepFailure` and
   /// SQLite's message.
   Statement(sqlite3* database, const std::string& sql, std::string stepFailure);
 
@@ -67,23 +67,23 @@ public:
   Statement& bind(int position, double number);          ///< a NaN becomes NULL
   Statement& bind(int position, std::int64_t number);
 
-  /// NULL when the value is absent.
+  /// Binds NULL when the value is absent.
   template <typename T>
   Statement& bind(int position, const std::optional<T>& value) {
     return value ? bind(position, *value) : bindNull(position);
   }
   Statement& bindNull(int position);
 
-  /// Goes to the next row; `nullopt` after the last.
+  /// Steps to the next row; `nullopt` after the last.
   std::optional<Row> next();
 
-  /// Steps to the end, passing over any rows, and makes the statement ready for new bindings.
+  /// Steps to the end, ignoring any rows, and resets the statement for new bindings.
   void run();
 
-  /// Makes the statement ready for new bindings, wherever it stands.
+  /// Resets the statement for new bindings, at any row.
   void reset();
 
-  /// Steps to the end; returns what `read` makes of each Row, in the order of the query.
+  /// Steps to the end; returns the results of `read` for each Row, in the order of the query.
   template <typename Read>
   auto readAll(Read read) {
     std::vector<std::invoke_result_t<Read, const Row&>> records;
@@ -107,30 +107,33 @@ private:
   std::string stepFailure;
 };
 
-/// How long a database that someone else has locked is waited for.
+/// How long to wait for a database that another connection has locked.
 inline constexpr int usualPatienceMilliseconds = 60000;
 
-/// One connection to one database file, closed by the destructor. Serialised by SQLite and hardened
-/// against what a file may contain. One that only reads keeps what it sorts in memory, never in a
-/// temporary file, and refuses views: no table of ours is one, and a view may go on for ever.
+/// One connection to one database file, closed by the destructor. SQLite serialises its use by
+/// threads. The connection is hardened against malicious file content. A read-only connection sorts
+/// in memory, never in a temporary file. It also refuses views: we never use views, and a malicious
+/// recursive view could run for ever.
 class Database {
 public:
   struct Options {
     bool create = false;
     bool readOnly = true;
-    int patienceMilliseconds = usualPatienceMilliseconds;  ///< 0 or less: not at all
-    Patience* shared = nullptr;  ///< instead, not with `interrupted`; outlives the connection
-    /// Asked while a lock is waited for and, every now and then, while a statement works: true ends
-    /// either, and the statement fails. Throws nothing and outlives the connection; null: never.
+    int patienceMilliseconds = usualPatienceMilliseconds;  ///< 0 or less: does not wait
+    Patience* shared = nullptr;  ///< replaces it; not with `interrupted`; outlives the connection
+    /// Called while waiting for a lock and at intervals while a statement runs. When it returns
+    /// true, the statement fails. Must not throw and must outlive the connection. Null: no
+    /// interruption.
     const std::function<bool()>* interrupted = nullptr;
   };
 
-  /// Fails with "打不开库:" and SQLite's message. What is no file at `path`, or where SQLite keeps
-  /// its files beside a database, fails with "不是普通文件:" and its path. What takes such a place
-  /// later, or is named by a file, SQLite cannot open: it waits for no pipe.
+  /// Fails with "打不开库:" and SQLite's message. Fails with "不是普通文件:" and the path when
+  /// `path` is a pipe, a device or a socket, or when one of SQLite's files beside the database is
+  /// not a regular file. If a pipe or a device appears there later, or a database file names one,
+  /// SQLite cannot open it; opening a pipe would wait for ever.
   Database(const std::string& path, Options options);
 
-  /// A statement ready to bind and step.
+  /// A statement, ready to bind and step.
   Statement prepare(const std::string& sql, std::string stepFailure = "读取失败:") const;
 
   /// Runs one or more statements without result rows. Fails with "SQL 失败:" and SQLite's message.
@@ -141,7 +144,8 @@ private:
     void operator()(sqlite3* database) const;
   };
 
-  /// What SQLite asks while it works or waits. Its functions are C: no exception may leave them.
+  /// The callbacks of a running or waiting statement. SQLite calls them from C: no exception may
+  /// leave them.
   struct Waiting {
     const std::function<bool()>* interrupted;
     int patienceMilliseconds;
@@ -152,6 +156,6 @@ private:
 
   bool askWhetherInterrupted(const Options& options);
 
-  std::unique_ptr<Waiting> waiting;  ///< SQLite has its address, so it goes after the handle
+  std::unique_ptr<Waiting> waiting;  ///< SQLite keeps its address, so it must outlive the handle
   std::unique_ptr<sqlite3, Closer> handle;
 };

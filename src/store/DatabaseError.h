@@ -1,34 +1,35 @@
 #pragma once
-// What a database refuses us, with the facts.
+// The error of a database, with its facts.
 
 #include "platform/ReceiverError.h"
 
 #include <string>
 #include <utility>
 
-/// A database fails us. `message` is the whole sentence, and `facts` are for who must act on them.
+/// A database operation failed. `message` is the whole sentence; `facts` are for callers that react
+/// to the cause.
 class DatabaseError : public ReceiverError {
 public:
   enum class Act {
-    look,  ///< at a place where SQLite opens a file, before it does: there lies something else
+    look,  ///< checking a path before SQLite opens it: it is not a regular file
     open,
     work  ///< preparing, binding, stepping or running a statement
   };
 
   struct Facts {
     Act act;
-    /// SQLite's sentence, repaired to valid UTF-8, without the words that the store puts before it;
-    /// "?" where it has none. Of `Act::look`, the path of what is no regular file.
+    /// SQLite's message, repaired to valid UTF-8, without the store's own words; "?" when there is
+    /// none. For `Act::look`, the path of the file that is not regular.
     std::string reason;
-    int code = 0;         ///< SQLite's primary result code; 0 of `Act::look`
-    int systemError = 0;  ///< the errno of the system's own refusal; 0 when it is not known
+    int code = 0;         ///< SQLite's primary result code; 0 for `Act::look`
+    int systemError = 0;  ///< the errno of the failed system call; 0 when unknown
   };
 
-  /// The message is `words` and then the reason.
+  /// The message consists of `words` and the reason.
   DatabaseError(const std::string& words, Facts facts)
       : ReceiverError(words + facts.reason), facts(std::move(facts)) {}
 
-  bool isDiskFull() const;  ///< or the database has as many pages as it may
+  bool isDiskFull() const;  ///< true also when the database has reached its maximum of pages
 
   Facts facts;
 };

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Makes sure that there is something to open, so that an unmounted drive is told from a missing
+/// Checks that the place exists, so that an unmounted drive has another message than a missing
 /// file.
 void requirePlace(const std::filesystem::path& path, bool createIfMissing) {
   const std::filesystem::path directory = path.parent_path();
@@ -45,7 +45,7 @@ HealthStore::HealthStore(std::string path, Options options, Logger& log)
     : log(log), path(std::move(path)), db(opened(this->path, options)) {
   log.write(Logger::Level::debug, "打开库:" + this->path);
   if (options.readOnly) {
-    // Deferred: reads nothing and locks nothing until the first query, then holds that state.
+    // Deferred: reads and locks nothing until the first query, then keeps that snapshot.
     db.exec("BEGIN");
     return;
   }
@@ -53,7 +53,7 @@ HealthStore::HealthStore(std::string path, Options options, Logger& log)
 }
 
 Statement HealthStore::prepare(const std::string& sql, std::string stepFailure) const {
-  std::string line = "SQL: " + sql;  // values are bound, so none is in it
+  std::string line = "SQL: " + sql;  // contains no values: those are bound
   std::ranges::replace(line, '\n', ' ');
   log.write(Logger::Level::debug, line);
   return db.prepare(sql, std::move(stepFailure));

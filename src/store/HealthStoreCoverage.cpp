@@ -1,4 +1,4 @@
-// What there is at all: the days of all records, their types, numbers, years and sources.
+// The extent of all records: days, types, counts, years and sources.
 
 #include "platform/Text.h"
 #include "store/HealthStore.h"
@@ -20,8 +20,8 @@ SELECT COUNT(*), MIN(first), MAX(last) FROM (
 
 namespace {
 
-/// A table "sources" of every record type with each of its sources and NULL, found by seeks as
-/// well.
+/// A table "sources" of every record type with each of its sources and NULL, found by index seeks
+/// too.
 const std::string presentSources = Queries::presentTypes + R"sql(,
 sources(type, name) AS (
   SELECT type, (SELECT MIN(source_name) FROM records WHERE records.type = present.type)
@@ -70,15 +70,15 @@ std::int64_t HealthStore::recordCount() const {
 
 namespace {
 
-/// Whether `day` begins with a year, and the first text after all that begin with the same.
+/// SQL conditions: whether `day` starts with a year; the first text after all days of that year.
 constexpr std::string_view inYear =
     "typeof(day) = 'text' AND substr(day, 1, 4) GLOB '[0-9][0-9][0-9][0-9]'";
 constexpr std::string_view nextYear = "substr(day, 1, 3) || char(unicode(substr(day, 4, 1)) + 1)";
 
-/// The number of records of each type and year, NULL standing for days that have no year. Each is a
-/// range of the index on type and day, found by a seek and counted without touching the table.
-/// Days that are not written as days are taken one by one: only SQLite can tell what comes after
-/// them and what their characters are.
+/// The number of records of each type and year; the year is NULL for days without one. Each year is
+/// a range of the index on type and day. One seek finds it, and counting does not touch the table.
+/// Malformed days are visited one by one, because only SQLite knows their order and their
+/// characters.
 const std::string countsByYear = Queries::presentTypes + filled(R"sql(,
 years(type, day) AS (
   SELECT type, (SELECT MIN(start_day) FROM records WHERE records.type = present.type)

@@ -1,4 +1,4 @@
-// One day in full.
+// All data of one day.
 
 #include "platform/Text.h"
 #include "store/HealthStore.h"
@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Types outside the catalogue of metrics whose values add up over a day.
+/// Cumulative types outside the catalogue of metrics.
 constexpr std::array<std::string_view, 15> cumulativeTypes{"BasalEnergyBurned",
                                                            "FlightsClimbed",
                                                            "TimeInDaylight",
@@ -36,7 +36,7 @@ bool addsUp(std::string_view type) {
          std::ranges::find(cumulativeTypes, type) != cumulativeTypes.end();
 }
 
-/// The samples of one type and source on the day.
+/// The samples of one type and one source on the day.
 struct SourceSum {
   double sum = 0;
   std::int64_t count = 0;
@@ -44,11 +44,11 @@ struct SourceSum {
   std::string unit;  ///< of the first row
 };
 
-/// By type and source, those without a name first. Names are the bytes that are stored: two that
-/// are repaired to the same text are still two sources, which overlap.
+/// By type and source; records without a source name come first. Names are the stored bytes. Two
+/// names that are repaired to the same text are still two sources, which overlap.
 using SourceSums = std::map<std::pair<std::string, std::optional<std::string>>, SourceSum>;
 
-/// One row for each type.
+/// One row per type.
 std::vector<DayRow> rowsOf(const SourceSums& sums) {
   std::vector<DayRow> rows;
   const std::string* lastType = nullptr;
@@ -72,8 +72,8 @@ std::vector<DayRow> rowsOf(const SourceSums& sums) {
 }  // namespace
 
 std::vector<DayRow> HealthStore::dayDetail(std::string_view day) const {
-  // No index begins with the day, so a query for the day alone reads the whole table. Type by type,
-  // the index on type and day leads to the day's rows.
+  // No index starts with the day, so a query by day alone would read the whole table. With the type
+  // first, the index on type and day finds the day's rows.
   Statement query = prepare(
       Queries::presentTypes +
       "SELECT present.type, source_name, value_num, unit, records.rowid\n"

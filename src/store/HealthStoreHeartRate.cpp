@@ -16,7 +16,7 @@ constexpr std::int64_t mostPerPage = 5000;
 constexpr std::int64_t largestOffset = 2147483647;
 constexpr std::size_t mostSamples = 200000;
 
-/// When a workout took place, seconds since 1970; the end is not part of it.
+/// The time of a workout, in seconds since 1970; the end is excluded.
 struct TimeWindow {
   std::int64_t start;
   std::int64_t end;
@@ -31,8 +31,7 @@ TimeWindow windowOf(const WorkoutEntry& workout) {
   return {*start, *end};
 }
 
-/// The day in UTC that lies `days` days from the day of `moment`, at the latest the last day that
-/// can be written.
+/// The UTC day `days` days after the day of `moment`, capped at 9999-12-31.
 std::string dayInUTC(std::int64_t moment, int days) {
   const auto day =
       std::chrono::floor<std::chrono::days>(std::chrono::sys_seconds(std::chrono::seconds(moment)));
@@ -41,8 +40,8 @@ std::string dayInUTC(std::int64_t moment, int days) {
   return AppleFormat::dayText(wanted);
 }
 
-/// What the order, the segments and the summary need of a sample. A workout may have 200000 of
-/// them, but a page only 5000, so the rest of a sample is read when it is on the page.
+/// The part of a sample for the order, the segments and the summary. A workout may have 200000
+/// samples but a page only 5000, so the other fields are read only for the page.
 struct Match {
   double elapsedSeconds;
   std::int64_t record;
@@ -53,18 +52,18 @@ struct Matches {
   std::vector<Match> samples;
   std::set<std::string> sources;  ///< of all samples in the window
   std::int64_t excluded = 0;
-  std::string lastSource;       ///< of the sample that came last, as stored
-  bool lastIsSelected = false;  ///< whether that is the selected one
+  std::string lastSource;       ///< of the previous sample, as stored
+  bool lastIsSelected = false;  ///< whether `lastSource` is the selected source
 };
 
-/// The sample's value when its unit is one of beats a minute.
+/// The sample's value if its unit means beats per minute.
 std::optional<double> beatsPerMinute(const Row& row, int unitColumn, int valueColumn) {
   const std::string_view unit = row.bytes(unitColumn);
   if (unit != "count/min" && unit != "bpm") return std::nullopt;
   return Queries::valueIn(row, valueColumn);
 }
 
-/// Takes one row of rowid, start_date, source_name, unit and value_num.
+/// Adds one row of rowid, start_date, source_name, unit and value_num.
 void addCandidate(const Row& row, const TimeWindow& window, std::string_view source,
                   Matches& matches) {
   const std::optional<std::int64_t> start = AppleFormat::stampParser.parse(row.bytes(1));
@@ -74,7 +73,7 @@ void addCandidate(const Row& row, const TimeWindow& window, std::string_view sou
   }
   if (*start < window.start || *start >= window.end) return;
   const std::string_view stored = row.bytes(2);
-  // Most samples have the source of the one before.
+  // Most samples have the same source as the previous one.
   if (matches.sources.empty() || stored != matches.lastSource) {
     matches.lastSource = stored;
     matches.lastIsSelected = *matches.sources.insert(repaired(stored)).first == source;
@@ -92,8 +91,8 @@ void addCandidate(const Row& row, const TimeWindow& window, std::string_view sou
       {static_cast<double>(*start - window.start), row.find<std::int64_t>(0).value_or(0), *bpm});
 }
 
-/// The number of each sample's segment: one higher after every gap of more than a minute, where a
-/// chart has to break its line.
+/// The segment number of each sample. It increases after every gap of more than a minute, where a
+/// chart must break its line.
 std::vector<std::int64_t> segmentsOf(const std::vector<Match>& samples) {
   constexpr double longestStep = 60.0;
   std::vector<std::int64_t> segments;
@@ -140,9 +139,10 @@ WorkoutHeartRatePagination paginationOf(std::int64_t total, std::int64_t limit,
 
 constexpr const char* stepFailure = "读取训练心率 失败:";
 
-/// All samples of `source` in the window, by time, those at the same time by their rows.
+/// All samples of `source` in the window, ordered by time, then by row id.
 Matches matchesIn(const HealthStore& store, const TimeWindow& window, std::string_view source) {
-  // The stored day of a sample is that of its own zone, so two days on either side miss none.
+  // A sample is stored under the day of its own zone. Two extra days on either side cover all
+  // zones.
   Statement candidates = store.prepare(
       "SELECT rowid,start_date,source_name,unit,value_num\n"
       "FROM records WHERE type='HeartRate' AND start_day BETWEEN ? AND ?",
@@ -155,14 +155,14 @@ Matches matchesIn(const HealthStore& store, const TimeWindow& window, std::strin
   const auto order = [](const Match& sample) {
     return std::pair(sample.elapsedSeconds, sample.record);
   };
-  // Most samples are stored in the order in which they were taken.
+  // Most samples are stored in the order of their times.
   if (!std::ranges::is_sorted(matches.samples, {}, order)) {
     std::ranges::sort(matches.samples, {}, order);
   }
   return matches;
 }
 
-/// The samples of the page, in full.
+/// The complete samples of the page.
 std::vector<WorkoutHeartRatePoint> pageOf(const HealthStore& store,
                                           const std::vector<Match>& samples,
                                           const WorkoutHeartRatePagination& pagination) {

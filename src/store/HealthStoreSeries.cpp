@@ -1,4 +1,4 @@
-// Daily values of a metric, and the smaller questions that the summary asks of one type.
+// Daily values of a metric, and the summary's smaller queries about one type.
 
 #include "platform/Text.h"
 #include "store/HealthStore.h"
@@ -30,8 +30,8 @@ std::vector<DailyValue> HealthStore::series(HealthMetric metric, std::string_vie
 
 namespace {
 
-/// Steps through `query`, whose first column is a day and whose rows come ordered by it. `read`
-/// takes every row, `close` every day after the last of its rows.
+/// Steps through `query`, whose first column is a day and whose rows are ordered by it. Calls
+/// `read` for every row and `close` for every day after its last row.
 template <typename Read, typename Close>
 void readByDay(Statement query, Read read, Close close) {
   std::optional<std::string> day;
@@ -50,15 +50,15 @@ void readByDay(Statement query, Read read, Close close) {
 
 std::map<std::string, double> HealthStore::dailyTotals(std::string_view type, std::string_view from,
                                                        std::string_view to) const {
-  // Added up here, in the order of the index on type and day. Grouped by day and source, SQLite
-  // would sort the rows of all years, or take another index and read all of the type.
+  // Summed here, in the order of the index on type and day. If SQLite grouped by day and source, it
+  // would sort the rows of all years, or use another index and read every row of the type.
   Statement query = prepare(
       "SELECT start_day, source_name, value_num FROM records\n"
       "WHERE type=? AND start_day BETWEEN ? AND ? ORDER BY start_day");
   query.bind(1, type).bind(2, from).bind(3, to);
   std::map<std::string, double> totals;
-  std::map<std::optional<std::string>, double, std::less<>> sums;  // by source, of one day
-  auto sum = sums.end();  // of the row before, for most have the same source
+  std::map<std::optional<std::string>, double, std::less<>> sums;  // by source, for one day
+  auto sum = sums.end();  // of the previous row: most rows have the same source
   readByDay(
       std::move(query),
       [&sums, &sum](const Row& row) {
@@ -71,7 +71,7 @@ std::map<std::string, double> HealthStore::dailyTotals(std::string_view type, st
       },
       [&](const std::string& day) {
         for (const auto& [source, ofSource] : sums) {
-          double& total = totals[repaired(day)];  // 0 at first
+          double& total = totals[repaired(day)];  // starts at 0
           total = std::max(total, ofSource);
         }
         sums.clear();
@@ -91,8 +91,8 @@ std::vector<DailyValue> HealthStore::medianSeries(std::string_view type, std::st
     if (const std::optional<double> middle = median(values)) series.push_back({day, *middle});
     values.clear();
   };
-  std::vector<double> values;  // of one day, for a type can have a million
-  // Days of broken bytes can read alike without being neighbours.
+  std::vector<double> values;  // of one day only: a type may have a million
+  // Days with invalid bytes can be repaired to the same text without being neighbours.
   std::map<std::string, std::vector<double>> oddDays;
   readByDay(
       std::move(query),
@@ -123,8 +123,8 @@ std::vector<double> HealthStore::values(std::string_view type, std::string_view 
 }
 
 std::optional<DailyValue> HealthStore::latestValue(std::string_view type) const {
-  // The latest of each source is found by a seek, as the records of a source are stored by their
-  // stamps; all of a type would have to be read and sorted.
+  // One seek finds the latest record of each source, because an index orders a source's records by
+  // stamp. Otherwise all records of the type would be read and sorted.
   Statement query = prepare(filled(R"sql(
 WITH RECURSIVE sources(name) AS (
   SELECT MIN(source_name) FROM records WHERE type = ?1

@@ -1,4 +1,4 @@
-// Workouts: in numbers, in short, in full.
+// Workouts: statistics, short rows of a day, and complete entries.
 
 #include "platform/ReceiverError.h"
 #include "store/HealthStore.h"
@@ -118,9 +118,10 @@ std::vector<WorkoutEntry> HealthStore::workoutsAt(std::span<const std::int64_t> 
 }
 
 WorkoutEntry HealthStore::workoutNamed(const std::string& workoutID) const {
-  // The identifier is a hash that no table holds, so every workout's four texts are hashed; all
-  // else is read of the one that is meant. The sign keeps SQLite from going to each by way of the
-  // index on the day. Of workouts with the same texts, the one stored last counts.
+  // No table contains the identifier, which is a hash. So the four texts of every workout are
+  // hashed, and only the matching workout is read in full. The plus sign keeps SQLite from using
+  // the index on the day for every row. If several workouts have the same texts, the one stored
+  // last counts.
   const std::optional<WorkoutDigest> wanted = workoutDigestOf(workoutID);
   Statement keys = prepare(
       "SELECT rowid, activity_type, source_name, start_date, end_date FROM workouts\n"
@@ -136,7 +137,7 @@ WorkoutEntry HealthStore::workoutNamed(const std::string& workoutID) const {
 }
 
 void HealthStore::attachHumidity(std::vector<WorkoutEntry>& workouts) const {
-  // A file from before the readings were kept has no table for them.
+  // Older files have no table of humidity readings.
   if (!hasTable("workout_humidity")) return;
   Statement query =
       prepare("SELECT data FROM workout_humidity WHERE workout_id=?", "读取湿度原值 失败:");

@@ -1,15 +1,15 @@
 #pragma once
-// How long locked databases are waited for, where several of them share one patience.
+// A total waiting time for locked databases, shared by several connections.
 
 #include <chrono>
 
-/// A time to wait in all, measured by a clock that nobody sets. Only waiting uses it up.
+/// A total time to wait, measured by the monotonic clock. Only waiting uses it up.
 class Patience {
 public:
   explicit Patience(std::chrono::milliseconds inAll) : left(inAll) {}
 
-  /// Waits for a moment, longer after more `attempts` up to a tenth of a second; false, at once,
-  /// when no patience is left.
+  /// Pauses; the pause grows with `attempts` up to a tenth of a second. Returns false immediately
+  /// when no time is left.
   bool wait(int attempts);
 
 private:

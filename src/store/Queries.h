@@ -1,5 +1,5 @@
 #pragma once
-// What several queries share: pieces of SQL, and what counts as a record's value.
+// Parts that several queries share: pieces of SQL, and the definition of a record's value.
 
 #include "store/Database.h"
 
@@ -9,20 +9,20 @@
 
 namespace Queries {
 
-/// The number in `column`, which is value_num. Anything else that a damaged file holds there, text,
-/// blobs and infinities, counts as NULL.
+/// The number in `column`, which is value_num. A damaged file may have a text, a blob or an
+/// infinity there; each counts as NULL.
 inline std::optional<double> valueIn(const Row& row, int column) {
   const std::optional<double> number = row.find<double>(column);
   return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
-/// The same as a condition: SQLite sorts text and blobs behind all numbers. The plus sign removes
-/// the column's affinity; beside a column of texts SQLite would compare the bounds as texts.
+/// The same as an SQL condition: SQLite sorts text and blobs after all numbers. The plus sign
+/// removes the column's affinity. With a text affinity, SQLite would compare the bounds as texts.
 inline const std::string hasValue = "+value_num > -9e999 AND +value_num < 9e999";
 
-/// A table "present" of every record type, each found by one seek into an index: a member has some
-/// forty types but millions of records. UNION instead of UNION ALL, so that the walk ends even
-/// where a damaged index leads in a circle.
+/// A table "present" of all record types. Each type is found by one index seek: a member has some
+/// forty types but millions of records. UNION instead of UNION ALL lets the recursion end even when
+/// a damaged index contains a cycle.
 inline const std::string presentTypes = R"sql(
 WITH RECURSIVE walk(type) AS (
   SELECT MIN(type) FROM records

@@ -13,16 +13,16 @@ namespace {
 bool mayBeRead(int descriptor, std::string_view path) {
   struct stat status {};
   if (fstat(descriptor, &status) != 0) return false;
-  // SQLite draws random numbers from /dev/urandom and fills low descriptors with /dev/null.
+  // SQLite reads random numbers from /dev/urandom and opens /dev/null to occupy low descriptors.
   return S_ISREG(status.st_mode) || S_ISDIR(status.st_mode) || path == "/dev/urandom" ||
          path == "/dev/null";
 }
 
-/// Stands for the system's open(2). That a file does not block makes no difference to reading and
-/// writing it.
+/// Replaces the system's open(2). O_NONBLOCK has no effect on reading and writing a regular file.
 int openRegularFile(const char* path, int flags, int mode) {
   int descriptor = open(path, flags | O_NONBLOCK | O_NOCTTY, mode);
-  // A file server has leased the file, and gives it back within seconds. Only files are leased.
+  // EWOULDBLOCK means that a file server has a lease on the file and will release it within
+  // seconds. Only regular files have leases.
   if (descriptor < 0 && errno == EWOULDBLOCK) descriptor = open(path, flags | O_NOCTTY, mode);
   if (descriptor < 0 || mayBeRead(descriptor, path)) return descriptor;
   close(descriptor);

@@ -1,8 +1,8 @@
 #pragma once
-// What SQLite may open.
+// A restriction on the files that SQLite opens.
 
-/// From now on SQLite opens regular files and folders alone in this process, and of devices those
-/// that it reads by itself. Anything else is a file that cannot be opened: at the other end of a
-/// pipe it would wait for ever. It looks after the opening, so nothing can come between. False, and
-/// nothing changes, where SQLite does not let its system calls be replaced.
+/// From now on SQLite opens only regular files and folders in this process, and the devices that it
+/// reads itself. Any other file fails to open; opening a pipe would wait for ever. The check
+/// follows the open, so the file cannot be exchanged in between. Returns false and changes nothing
+/// when this SQLite does not allow its system calls to be replaced.
 bool openRegularFilesAlone();

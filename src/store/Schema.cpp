@@ -76,7 +76,7 @@ void Schema::migrate(Database& database) {
   addColumnIfMissing(database, "imports", "types", "TEXT");
   database.exec(humiditySchema);
   database.exec(statisticsSchema);
-  // The statistics of no records are complete; those of records are for whoever builds them.
+  // Without records, empty statistics are complete. With records, their builder sets this mark.
   if (!hasRecords(database)) {
     database.exec("INSERT OR IGNORE INTO stat_meta (k, v) VALUES ('built', '1')");
   }

@@ -5,9 +5,9 @@
 
 namespace Schema {
 
-/// Makes `database`, open for writing, as a writer keeps it: in WAL mode, with every table, column
-/// and index that a new or an older file lacks. What is there stays. Stops at the first failure,
-/// which leaves as DatabaseError; what was made before stays.
+/// Prepares `database`, open for writing, for a writer: sets WAL mode and creates every missing
+/// table, column and index. Existing ones stay unchanged. Stops at the first failure and throws
+/// DatabaseError; the changes before it stay.
 void migrate(Database& database);
 
 }  // namespace Schema
