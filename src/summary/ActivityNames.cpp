@@ -40,7 +40,7 @@ std::string chineseActivity(std::string_view code) {
   return std::string(row == activityNames.end() ? code : row->zh);
 }
 
-/// Activity codes are ASCII identifiers, so only A to Z are capitals.
+/// Activity codes are ASCII identifiers, so the only capitals are A to Z.
 std::string splitAtCapitals(std::string_view code) {
   std::string words;
   for (const char letter : code) {

@@ -45,7 +45,7 @@ constexpr std::array months{
     Phrase{"{0} 年 12 月", "December {0}"},
 };
 
-/// The integer that all of `text` spells.
+/// The integer in `text`; `nullopt` when `text` has any other characters.
 std::optional<std::int64_t> integer(std::string_view text) {
   std::int64_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);

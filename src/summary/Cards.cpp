@@ -52,7 +52,7 @@ Metric row(std::string_view label, std::string_view text, DataState state) {
           .state = state};
 }
 
-/// A row with a figure. `number` is the figure as displayed, without its unit.
+/// A row with a figure. `number` is the displayed figure without its unit.
 Metric figureRow(std::string_view label, double value, const std::string& number,
                  std::string_view unit, std::optional<std::int64_t> samples = std::nullopt) {
   return {.label = std::string(label),
@@ -72,7 +72,7 @@ SummaryCard card(std::string_view key, std::string_view title, std::vector<Metri
           .needsDevice = std::nullopt};
 }
 
-/// A card whose data only a watch records: says so when that is why there is none.
+/// A card whose data needs a watch. It says so when its state is absentExpected.
 SummaryCard watchCard(std::string_view key, std::string_view title, std::vector<Metric> metrics,
                       const SummaryStrings& strings) {
   SummaryCard made = card(key, title, std::move(metrics));
@@ -80,7 +80,7 @@ SummaryCard watchCard(std::string_view key, std::string_view title, std::vector<
   return made;
 }
 
-/// The names that say something.
+/// The non-blank names, joined; "—" when there are none.
 std::string deviceNames(std::vector<std::string> devices) {
   std::erase_if(devices, [](const std::string& name) { return trimmedWhitespace(name).empty(); });
   return devices.empty() ? "—" : joined(devices, "、");
@@ -115,8 +115,9 @@ SummaryCard overviewCard(const Context& context) {
 std::string whole(double value) { return fixedDecimals(value, 0); }
 std::string oneDecimal(double value) { return fixedDecimals(value, 1); }
 
-/// A figure of the same period one year ago. Without one there is nothing to compare with, or not
-/// yet. `written` makes the text of a figure, without its unit.
+/// The row of a figure of the same period one year ago. Without a figure the row says that the
+/// period is missing, or not complete yet during a backfill. `written` returns a figure's text
+/// without its unit.
 template <typename Written>
 Metric lastYearRow(const Context& context, std::string_view label,
                    const std::optional<Figure>& figure, Written written, std::string_view unit) {
@@ -128,8 +129,8 @@ Metric lastYearRow(const Context& context, std::string_view label,
   return row(label, strings.noSamePeriod, DataState::absentExpected);
 }
 
-/// Why a step average is missing. A member whose steps were stored, only not in this period, has a
-/// row that says nothing.
+/// Why a step average is missing. If steps are stored, but none in this period, the state is
+/// present and the row has no text.
 DataState missingStepsState(const Context& context) {
   if (context.coverage.records < 1) return DataState::absentSuspicious;
   if (context.presentTypes.contains("StepCount")) return DataState::present;
@@ -165,8 +166,8 @@ SummaryCard activityCard(const Context& context) {
                lastYearRow(context, strings.stepsLastYear, lastYear, written, strings.unitSteps)});
 }
 
-/// Why a figure is missing that a watch records. `types` prove, when one was ever stored, that
-/// something on the wrist or beside the bed did record.
+/// Why a figure from a watch is missing. Any record of `types` proves that a watch or a sleep
+/// tracker was in use.
 DataState missingWatchState(const Context& context, std::initializer_list<const char*> types) {
   const auto stored = [&](const char* type) { return context.presentTypes.contains(type); };
   if (!context.hasWatch && std::ranges::none_of(types, stored)) return DataState::absentExpected;
@@ -183,7 +184,7 @@ SummaryCard heartCard(const Context& context) {
   const auto now = engine.medianValue("RestingHeartRate", engine.lastDays(90));
   const auto before = engine.medianValue("RestingHeartRate", engine.lastYearWindow(90));
 
-  // The variability of the heart rate needs a sensor on the wrist, so it proves that one was worn.
+  // Heart rate variability needs a sensor on the wrist, so it proves that a watch was worn.
   const DataState missing =
       missingWatchState(context, {"RestingHeartRate", "HeartRateVariabilitySDNN"});
   const Metric nowRow =
@@ -245,7 +246,7 @@ SummaryCard sleepCard(const Context& context) {
                    strings);
 }
 
-/// The activities that most workouts were, at most three: "Walking×12、Yoga×3".
+/// The most frequent activities of the workouts, at most three: "Walking×12、Yoga×3".
 std::string mainActivities(const WorkoutStats& stats, SummaryLang lang) {
   constexpr std::size_t most = 3;
   const std::span shown = std::span(stats.byType).first(std::min(most, stats.byType.size()));
@@ -258,7 +259,7 @@ SummaryCard workoutsCard(const Context& context) {
   const SummaryStrings& strings = stringsOf(context);
   const auto stats = context.engine.workoutStats(context.engine.lastDays(90));
   if (!stats || stats->count < 1) {
-    // Workouts that cannot be read are not the same as no workouts.
+    // Unreadable workouts are not the same as no workouts.
     const DataState none =
         context.coverage.backfilling ? DataState::backfilling : DataState::absentExpected;
     const DataState state = stats ? none : DataState::absentSuspicious;

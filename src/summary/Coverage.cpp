@@ -13,8 +13,7 @@ std::int64_t RecordCounts::total() const {
 
 namespace {
 
-/// Whether records of these days count as history that is still coming in, when nothing better is
-/// known.
+/// Whether these days count as an unfinished history, when the roster says nothing about it.
 bool spansTooFewDays(const SummaryCoverage& coverage) {
   return AppleFormat::daysBetween(coverage.firstDay, coverage.lastDay) < 400;
 }

@@ -1,5 +1,5 @@
 #pragma once
-// The coverage of a member's data: what there is and how complete it is. It is made here alone.
+// The coverage of a member's data: what exists and how complete it is. No other code computes it.
 
 #include "roster/IngestPayload.h"
 #include "summary/SummaryDataSource.h"
@@ -10,18 +10,19 @@
 
 namespace Coverage {
 
-/// What the notice under an answer tells: the range of days, and whether the history is still
-/// coming in. It counts as such while there are records and they span fewer than 400 days.
+/// The coverage for the notice under an answer: the range of days, and whether the history is still
+/// coming in. The latter is assumed while there are records and they span fewer than 400 days.
 SummaryCoverage ofDays(const RecordedDays& days);
 
-/// All that a summary tells but the kinds of data. The roster's `backfill` says how complete the
-/// history is; without one its length does. `lastSyncAt` is in seconds since 1970. Years that
-/// cannot be counted are left out. Throws what the source throws when anything else cannot be read.
+/// The coverage of a summary without the kinds of data. The roster's `backfill` says how complete
+/// the history is; without it, the length of the history decides. `lastSyncAt` is in seconds since
+/// 1970. Yearly counts that cannot be read are omitted. Any other reading error of the source is
+/// thrown.
 SummaryCoverage ofSummary(const SummaryDataSource& source, std::optional<double> lastSyncAt,
                           const std::optional<BackfillState>& backfill);
 
-/// Adds the kinds of data: the title of each card but the overview, under what became of its data.
-/// A card that is still filling in is under none. Without records there are no kinds.
+/// Adds the kinds of data: each card's title, except the overview's, is listed under the card's
+/// state. A backfilling card is listed nowhere. Without records there are no kinds.
 void addKinds(SummaryCoverage& coverage, std::span<const SummaryCard> cards);
 
 }  // namespace Coverage

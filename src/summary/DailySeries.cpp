@@ -11,12 +11,12 @@ std::optional<double> median(std::span<double> values) {
   std::ranges::nth_element(values, middle);
   if (values.size() % 2 == 1) return *middle;
   const double below = *std::max_element(values.begin(), middle);
-  return std::midpoint(below, *middle);  // their sum may have no number
+  return std::midpoint(below, *middle);  // their sum may overflow
 }
 
 namespace {
 
-/// The day on which the night of a sleep that starts at `start` begins.
+/// The first day of the night that contains a sleep from `start` on.
 std::string nightOf(std::int64_t start) {
   constexpr std::int64_t halfADay = 43200;
   return AppleFormat::dayText(AppleFormat::localTime(static_cast<double>(start - halfADay)).day);

@@ -1,5 +1,5 @@
 #pragma once
-// Values by day and by night: the arithmetic that the series of a metric and the summary share.
+// Values by day and by night, for the series of a metric and for the summary.
 
 #include "summary/SummaryDataSource.h"
 
@@ -11,35 +11,35 @@
 #include <string_view>
 #include <vector>
 
-/// One night of sleep, of at least two hours.
+/// One night of sleep, at least two hours long.
 struct SleepNight {
   std::string day;          ///< the day on which the night begins
-  double minutes;           ///< asleep, all sources added up
-  std::int64_t firstStart;  ///< when the first sleep began, seconds since 1970
-  std::int64_t lastEnd;     ///< when the last sleep ended, seconds since 1970
+  double minutes;           ///< time asleep, summed over all sources
+  std::int64_t firstStart;  ///< start of the first sleep, seconds since 1970
+  std::int64_t lastEnd;     ///< end of the last sleep, seconds since 1970
 
   bool operator==(const SleepNight&) const = default;
 };
 
-/// The middle of `values`, or the mean of the middle pair when their count is even; `nullopt` when
-/// there are none. Any order; changes it.
+/// The median of `values`: the middle value, or the mean of the middle pair when their count is
+/// even. `nullopt` when there are none. The order may be any; the call changes it.
 std::optional<double> median(std::span<double> values);
 
-/// Makes nights of sleep segments in any order, one at a time: all of ten years would be a lot to
-/// hold at once.
+/// Combines sleep segments, in any order, into nights. Takes one segment at a time, because ten
+/// years of segments need much memory.
 class SleepNights {
 public:
-  /// Only a segment whose value says "Asleep" counts; one whose stamps cannot be read, or that does
-  /// not end after it starts, is left out. A segment belongs to the day (machine's time zone) of
-  /// the moment twelve hours before it starts, so that 23:00 and 01:00 are one night.
+  /// Only a segment with "Asleep" in its value counts. A segment with an unreadable stamp, or
+  /// without a positive duration, is ignored. A segment belongs to the day (machine's time zone)
+  /// twelve hours before its start, so that 23:00 and 01:00 are the same night.
   void add(const SleepSegment& segment);
 
-  /// The nights so far, ascending by day. Less than 120 minutes are no night.
+  /// The nights so far, ascending by day. Less than 120 minutes is not a night.
   std::vector<SleepNight> inOrder() const;
 
 private:
   std::map<std::string, SleepNight> byDay;
 };
 
-/// The nights in `segments`, see SleepNights.
+/// The nights of `segments`; see SleepNights.
 std::vector<SleepNight> sleepNights(std::span<const SleepSegment> segments);

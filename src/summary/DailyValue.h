@@ -11,7 +11,7 @@ struct DailyValue {
   bool operator==(const DailyValue&) const = default;
 };
 
-/// Two days as texts and all between them. `from` may be later than `to`: then there are none.
+/// The days from `from` to `to`, both included. Empty when `from` is later than `to`.
 struct DayRange {
   std::string from;
   std::string to;

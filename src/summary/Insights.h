@@ -1,5 +1,5 @@
 #pragma once
-// Observations that a summary ends with.
+// Observations at the end of a summary.
 
 #include "summary/SummaryEngine.h"
 #include "summary/SummaryModel.h"
@@ -9,8 +9,8 @@
 namespace Insights {
 
 /// The observations that the data supports, in this order: "weekday" (most and least active day of
-/// the week), "resting_hr" (against last year), "best_month" (the month with the most steps). One
-/// whose data does not suffice, or cannot be read, is left out.
+/// the week), "resting_hr" (compared with last year), "best_month" (the month with the most steps).
+/// An observation without sufficient or readable data is omitted.
 std::vector<Insight> all(const SummaryEngine& engine);
 
 }  // namespace Insights

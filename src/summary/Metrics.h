@@ -1,6 +1,5 @@
 #pragma once
-// The catalogue of metrics: what can be asked for by name, where it is stored, how a day is made of
-// it.
+// The catalogue of metrics: their keys, where they are stored, and how a day's value is computed.
 
 #include <array>
 #include <cstddef>
@@ -8,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-/// A metric that has one value a day. The order is that of the catalogue.
+/// A metric with one value per day, in the order of the catalogue.
 enum class HealthMetric {
   steps,
   distance,
@@ -28,19 +27,19 @@ enum class HealthMetric {
   sleep,
 };
 
-/// How the values of one day become the day's value.
+/// How a day's value is computed from the day's records.
 enum class Aggregation {
-  cumulative,      ///< the sum of each source, then the largest: sources overlap, so never add them
+  cumulative,      ///< the largest sum of any source: sources overlap, so never add them
   median,          ///< the median of all measurements
-  asleepPerNight,  ///< minutes asleep of the night that begins on the day
+  asleepPerNight,  ///< minutes asleep in the night that begins on the day
 };
 
 /// One row of the catalogue.
 struct MetricInfo {
   HealthMetric metric;
-  std::string_view rawValue;   ///< the key callers use: "resting_heart_rate"
+  std::string_view rawValue;   ///< the key for callers: "resting_heart_rate"
   std::string_view storeType;  ///< the type of the stored records: "RestingHeartRate"
-  std::string_view unit;       ///< the unit the records are stored in; "" for a pure number
+  std::string_view unit;       ///< the unit of the stored records; "" for a pure number
   Aggregation aggregation;
 };
 
@@ -71,9 +70,9 @@ inline constexpr std::array<MetricInfo, metricCount> metricTable{{
 /// The row of `metric`.
 const MetricInfo& infoOf(HealthMetric metric);
 
-/// The metric whose key is exactly `rawValue`, letter case included.
+/// The metric with exactly this key, case-sensitive; `nullopt` when there is none.
 std::optional<HealthMetric> metricNamed(std::string_view rawValue);
 
-/// Every metric as key and unit, "steps(count), ...", in catalogue order. One text for both
-/// languages.
+/// Every metric as key and unit, "steps(count), ...", in catalogue order. The text is the same in
+/// both languages.
 std::string metricCatalog();

@@ -1,5 +1,5 @@
 #pragma once
-// Values as people are shown them: their unit, their decimals, their mean.
+// Values for display: their unit, their decimals, their mean.
 
 #include "platform/Locale.h"
 #include "summary/DailyValue.h"
@@ -10,16 +10,16 @@
 #include <string_view>
 #include <vector>
 
-/// A number as every text shows it: from 1000 on a grouped whole number, below with as many
-/// decimals as matter (one from 100 on, two from 1 on, else three), without zeros at the end.
-/// "inf", "-inf" or "nan" when it is not finite.
+/// The text of a number in all answers. From 1000 on it is a grouped whole number. Below, it has
+/// one decimal from 100 on, two from 1 on, otherwise three, without trailing zeros. "inf", "-inf"
+/// or "nan" when it is not finite.
 std::string fmt(double value, const DigitGrouping& grouping);
 
-/// A value stored in `unit` as it is shown: percentages are stored as fractions.
+/// A value in its displayed unit. Percentages are stored as fractions.
 double shown(double stored, std::string_view unit);
 
-/// The metric's series, in the unit it is stored in, as it is shown.
+/// The metric's series, converted from its stored to its displayed unit.
 std::vector<DailyValue> shown(std::vector<DailyValue> series, HealthMetric metric);
 
-/// Mean of a series that is not empty.
+/// Mean of a non-empty series.
 double mean(std::span<const DailyValue> series);

@@ -1,5 +1,5 @@
 #pragma once
-// What the summary wants to read of a member. The store provides it; tests provide it from memory.
+// The data that a summary reads of a member. The store implements it; tests implement it in memory.
 
 #include "summary/DailyValue.h"
 #include "summary/SummaryModel.h"
@@ -13,18 +13,18 @@
 #include <utility>
 #include <vector>
 
-/// A stretch of sleep as it was recorded, texts as stored.
+/// A stretch of sleep as recorded; texts are as stored.
 struct SleepSegment {
   std::string start;  ///< stamp, see platform/AppleFormat.h
   std::string end;    ///< stamp
-  std::string value;  ///< "...InBed", "...Awake", "...AsleepCore" and their kin
+  std::string value;  ///< "...InBed", "...Awake", "...AsleepCore" and similar
 
   bool operator==(const SleepSegment&) const = default;
 };
 
-/// What days there are records of.
+/// The days and types of all records.
 struct RecordedDays {
-  std::int64_t typeCount = 0;  ///< types with a record; 0 means that there is none at all
+  std::int64_t typeCount = 0;  ///< types with a record; 0 means no records
   std::string first;           ///< "" when no record has a day
   std::string last;            ///< "" when no record has a day
 };
@@ -32,24 +32,24 @@ struct RecordedDays {
 /// The number of records by year.
 struct RecordCounts {
   std::map<std::string, std::int64_t> byYear;  ///< by "yyyy"
-  std::int64_t withoutYear = 0;                ///< stored without a day, or with fewer characters
+  std::int64_t withoutYear = 0;                ///< without a day, or shorter than a year
 
   std::int64_t total() const;
 
   bool operator==(const RecordCounts&) const = default;
 };
 
-/// The workouts of a range in numbers.
+/// Statistics of the workouts of a range.
 struct WorkoutStats {
   std::int64_t count = 0;
   double minutes = 0;
-  /// Activity code and number of workouts, most frequent first, ties by code.
+  /// Activity codes and their number of workouts, most frequent first, ties by code.
   std::vector<std::pair<std::string, std::int64_t>> byType;
 
   bool operator==(const WorkoutStats&) const = default;
 };
 
-/// One member's data. Days are "yyyy-MM-dd", ranges include both ends and compare as text. Every
+/// One member's data. Days are "yyyy-MM-dd"; ranges include both ends and compare as text. Every
 /// operation throws ReceiverError when the data cannot be read.
 class SummaryDataSource {
 public:
@@ -58,34 +58,35 @@ public:
   /// The days and types of all records.
   virtual RecordedDays recordedDays() const = 0;
 
-  /// Names of the sources of the records, most recently active first.
+  /// Names of the sources of all records, most recently active first.
   virtual std::vector<std::string> devices() const = 0;
 
-  /// Range, number of types and devices; see summary/Coverage.h. The records are not counted, which
-  /// takes long, and the fields that only a summary knows stay empty.
+  /// Range, number of types and devices; see summary/Coverage.h. Counting all records takes long,
+  /// so they are not counted. The fields that only a summary needs stay empty.
   SummaryCoverage coverage() const;
 
   /// Number of records.
   virtual std::int64_t recordCount() const = 0;
 
-  /// All record types that were ever stored.
+  /// All record types ever stored.
   virtual std::set<std::string> presentTypes() const = 0;
 
-  /// Number of records by year: who has it need not ask for the recordCount.
+  /// Number of records by year. Their sum replaces a call of recordCount.
   virtual RecordCounts yearlyCounts() const = 0;
 
-  /// Day to total of a cumulative type: of each day the largest sum of a single source, at least 0.
+  /// Day and total of a cumulative type. The total is the day's largest sum of a single source, at
+  /// least 0.
   virtual std::map<std::string, double> dailyTotals(std::string_view type, std::string_view from,
                                                     std::string_view to) const = 0;
 
-  /// Every numeric value of a type, in no order.
+  /// All numeric values of a type, unordered.
   virtual std::vector<double> values(std::string_view type, std::string_view from,
                                      std::string_view to) const = 0;
 
-  /// The newest numeric value of a type, by its stamp as text, in the unit it was stored in.
+  /// The newest numeric value of a type, by its stamp as text, in its stored unit.
   virtual std::optional<DailyValue> latestValue(std::string_view type) const = 0;
 
-  /// Every recorded stretch of sleep, awake and in bed included, in no order.
+  /// All recorded stretches of sleep, including awake and in bed, unordered.
   virtual std::vector<SleepSegment> sleepSegments(std::string_view from,
                                                   std::string_view to) const = 0;
 

@@ -1,5 +1,5 @@
 #pragma once
-// One member's summary, computed from what a data source has to say.
+// The computation of one member's summary from a data source.
 
 #include "platform/AppleFormat.h"
 #include "platform/Locale.h"
@@ -15,7 +15,7 @@
 #include <string_view>
 #include <vector>
 
-/// A figure and what it rests on.
+/// A figure and the number of samples behind it.
 struct Figure {
   double value;
   std::int64_t samples;  ///< days or values, >= 1
@@ -23,7 +23,7 @@ struct Figure {
   bool operator==(const Figure&) const = default;
 };
 
-/// When a person slept, in clock minutes that sort across midnight.
+/// One night's sleep, in clock minutes that sort correctly across midnight.
 struct Night {
   double minutes;      ///< asleep
   double bedMinutes;   ///< falling asleep, minutes after 18:00
@@ -32,18 +32,16 @@ struct Night {
   bool operator==(const Night&) const = default;
 };
 
-/// Computes summaries. Days are those of the machine's time zone; "the last N days" are today, the
-/// day N days ago, and all between. A figure whose data cannot be read counts as one that is not
-/// there.
+/// Computes summaries. Days are those of the machine's time zone. "The last N days" are today, the
+/// day N days ago, and all days between. An unreadable figure counts as missing.
 class SummaryEngine {
 public:
-  /// `today` (seconds since 1970) counts as the present of every period. `source` outlives the
-  /// engine.
+  /// `today` (seconds since 1970) is the end of every period. `source` outlives the engine.
   SummaryEngine(const SummaryDataSource& source, double today, SummaryLang lang,
                 DigitGrouping grouping);
 
-  /// The whole summary. `lastSyncAt` is in seconds since 1970. Throws what the source throws when
-  /// even its coverage or its types cannot be read.
+  /// The whole summary. `lastSyncAt` is in seconds since 1970. Throws the source's error when its
+  /// coverage or its types cannot be read.
   HealthSummary build(std::string_view personID, std::string_view person,
                       std::optional<double> lastSyncAt,
                       const std::optional<BackfillState>& backfill) const;
@@ -52,10 +50,10 @@ public:
   const DigitGrouping& digitGrouping() const { return grouping; }
   const SummaryDataSource& data() const { return source; }
 
-  /// Today and the day `daysBack` days before.
+  /// The range from the day `daysBack` days ago to today.
   DayRange lastDays(int daysBack) const;
 
-  /// The day one calendar year before today, and the day `days` days before that one.
+  /// The range that ends one calendar year before today and begins `days` days earlier.
   DayRange lastYearWindow(int days) const;
 
   /// Mean daily total of a cumulative type over the days with data.
@@ -70,7 +68,7 @@ public:
   /// The workouts of a window; absent only when they cannot be read.
   std::optional<WorkoutStats> workoutStats(const DayRange& window) const;
 
-  /// The nights of the last days, in order.
+  /// The nights of the last `daysBack` days, in order.
   std::vector<Night> nights(int daysBack) const;
 
 private:
@@ -80,8 +78,7 @@ private:
   DigitGrouping grouping;
 };
 
-/// What `read` returns, absent when it throws: one figure that cannot be read must not cost the
-/// others.
+/// The result of `read`; absent when it throws. One unreadable figure must not remove the others.
 template <typename Read>
 auto orNothing(Read read) -> std::optional<decltype(read())> {
   try {
@@ -91,11 +88,11 @@ auto orNothing(Read read) -> std::optional<decltype(read())> {
   }
 }
 
-/// The number with `digits` decimals and a "+" when it is above 0: "+2", "-3", "0".
+/// The number with `digits` decimals, and a "+" when it is positive: "+2", "-3", "0".
 std::string signedText(double value, int digits);
 
-/// The clock time, "23:05", that many minutes after 18:00.
+/// The clock time, "23:05", `minutes` after 18:00.
 std::string clockFromEvening(double minutes);
 
-/// The clock time, "07:05", that many minutes after midnight.
+/// The clock time, "07:05", `minutes` after midnight.
 std::string clockFromMidnight(double minutes);

@@ -1,5 +1,5 @@
 #pragma once
-// One member's health summary as plain records, finished for display; nothing refers to a database.
+// One member's health summary as plain records, ready for display and independent of the database.
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -10,11 +10,11 @@
 #include <string_view>
 #include <vector>
 
-/// Why a figure is there, or why it is not.
+/// Whether a figure exists, and the reason when it does not.
 enum class DataState {
-  present,           ///< data exists for the period asked
-  absentExpected,    ///< no data, and none is to be expected: no device records it
-  absentSuspicious,  ///< no data although it would be expected: permission may be off
+  present,           ///< data exists for the requested period
+  absentExpected,    ///< no data, as expected: no device records it
+  absentSuspicious,  ///< no data, unexpectedly: permission may be off
   backfilling,       ///< no data yet, but the history is still coming in
 };
 
@@ -30,10 +30,10 @@ struct SummaryCoverage {
   std::vector<std::string> devices;         ///< names of the sources, most recently active first
   std::vector<std::string> collected;       ///< kinds of data that are present
   std::vector<std::string> absentExpected;  ///< kinds missing for a known reason
-  std::vector<std::string> suspicious;      ///< kinds missing without one
+  std::vector<std::string> suspicious;      ///< kinds missing without a known reason
   bool backfilling = false;                 ///< the history is still coming in from the phone
   std::string completeFrom;      ///< day from which the history is complete; "" when unknown
-  std::string backfillFrontier;  ///< day the backfill has reached; "" when unknown
+  std::string backfillFrontier;  ///< day that the backfill has reached; "" when unknown
   std::map<std::string, std::int64_t> yearly;  ///< records by "yyyy"
   std::optional<double> lastSyncAt;            ///< seconds since 1970; absent when never synced
 
@@ -43,23 +43,22 @@ struct SummaryCoverage {
 /// One row of a card.
 struct Metric {
   std::string label;                    ///< in the summary's language
-  std::optional<double> value;          ///< the number behind the row, unrounded
+  std::optional<double> value;          ///< the unrounded number of the row
   std::string unit;                     ///< as displayed
-  std::optional<std::int64_t> samples;  ///< how many days or samples the value rests on
-  std::string text;  ///< the finished value, or why there is none; "" hides the row
+  std::optional<std::int64_t> samples;  ///< number of days or samples behind the value
+  std::string text;  ///< the displayed value or the reason for its absence; "" hides the row
   DataState state = DataState::present;
 
   bool operator==(const Metric&) const = default;
 };
 
-/// One themed block of rows.
+/// One block of rows on one theme.
 struct SummaryCard {
   std::string key;    ///< "overview", "activity", "heart", "sleep", "workouts" or "body"
   std::string title;  ///< in the summary's language
   DataState state = DataState::present;
   std::vector<Metric> metrics;
-  std::optional<std::string>
-      needsDevice;  ///< that the data needs a device, where it does and lacks it
+  std::optional<std::string> needsDevice;  ///< notice about the missing device, if there is one
 
   bool operator==(const SummaryCard&) const = default;
 };
@@ -84,8 +83,8 @@ struct HealthSummary {
   bool operator==(const HealthSummary&) const = default;
 };
 
-/// JSON keys are the field names in the order above. Absent fields are left out, never null;
-/// decoding throws DecodingError for a missing key, another JSON type or an unknown state.
+/// JSON keys are the field names in the order above. Absent fields are omitted, never null.
+/// Decoding throws DecodingError for a missing key, another JSON type or an unknown state.
 void to_json(nlohmann::ordered_json& json, DataState state);
 void to_json(nlohmann::ordered_json& json, const SummaryCoverage& coverage);
 void to_json(nlohmann::ordered_json& json, const Metric& metric);

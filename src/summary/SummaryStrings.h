@@ -1,5 +1,5 @@
 #pragma once
-// Every word of a summary, once in each language.
+// All words of a summary, in both languages.
 
 #include "platform/SummaryLang.h"
 
@@ -7,14 +7,14 @@
 #include <string>
 #include <string_view>
 
-/// Words in one language. They have no default and are never empty, so a language without them does
+/// Words in one language. They have no default and are never empty, so a missing translation does
 /// not compile.
 class Words {
 public:
   consteval Words(const char* text)  // NOLINT(google-explicit-constructor): a table of texts
       : text(*text == 0 ? throw "words are missing" : text) {}
 
-  /// A unit that the language does not write.
+  /// For a unit that is not written in this language.
   static consteval Words unwritten() { return {}; }
 
   constexpr operator std::string_view() const {
@@ -39,7 +39,7 @@ struct WeekdayTemplate {
 struct RestingHRTemplate {
   Words lowerPattern;
   Words higherPattern;
-  /// `delta` in beats a minute, its sign ignored.
+  /// `delta` in beats per minute; its sign is ignored.
   std::string operator()(double delta, bool lower) const;
 };
 struct BestMonthTemplate {
@@ -47,7 +47,7 @@ struct BestMonthTemplate {
   std::string operator()(std::string_view month) const;
 };
 
-/// The words of one language. Units carry their leading blank.
+/// The words of one language. Units include their leading blank.
 struct SummaryStrings {
   Words cardOverview, cardActivity, cardHeart, cardSleep, cardWorkouts, cardBody;
   Words records, span, typeCount, devices;

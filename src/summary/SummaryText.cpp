@@ -91,7 +91,7 @@ std::string SummaryText::coverageBlock(const SummaryCoverage& coverage, SummaryL
 
 namespace {
 
-/// Stands in for a name that is empty. The English sentence it makes is wanted as it stands.
+/// Replaces an empty name. The resulting English sentence is intended.
 constexpr Phrase nameless{"我", "my"};
 constexpr Phrase sampleCount{"({0} 个样本)", " ({0} samples)"};
 
