@@ -26,7 +26,7 @@
 
 namespace {
 
-/// The client cannot be answered any more.
+/// Throws when the output fails: the client cannot be answered any more.
 void writeLine(std::string_view line) {
   if (!writeAll(STDOUT_FILENO, line)) {
     throw std::system_error(errno, std::generic_category(), "stdout");
@@ -55,10 +55,10 @@ int say(const CommandLine::Say& order) {
 }  // namespace
 
 int main(int count, char* words[]) {
-  // What this process creates is its owner's alone.
+  // Files of this process are accessible to its owner only.
   umask(077);
-  // A client that has gone is an error of a write, not the end in the middle of it. So is a log as
-  // long as the system lets a file be.
+  // Writing to a closed pipe must return an error, not kill the process. The same applies to a log
+  // at the system's limit of file size.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
   try {
@@ -71,12 +71,12 @@ int main(int count, char* words[]) {
     if (const auto* saying = std::get_if<CommandLine::Say>(&order)) return say(*saying);
     return serve(std::get<CommandLine::Serve>(order));
   } catch (const ReceiverError&) {
-    return 1;  // The roster has already said what is wrong with it.
+    return 1;  // The roster has already logged the error.
   } catch (const std::bad_alloc&) {
     writeWithoutWaiting(STDERR_FILENO, "larkspur-mcp: not enough memory\n");
     return 1;
   } catch (const std::exception& error) {
-    // Nothing could start, or the client is gone and nobody is left to answer.
+    // The start failed, or the client is gone and cannot be answered.
     writeWithoutWaiting(STDERR_FILENO, std::string("larkspur-mcp: ") + error.what() + "\n");
     return 1;
   }

@@ -9,7 +9,7 @@ AccessLog::AccessLog(const std::filesystem::path& file, Clock clock)
     : log(file, Logger::Level::info, false, std::move(clock)) {}
 
 void AccessLog::connected(const std::optional<std::string_view>& name) {
-  // No record could show more of it.
+  // A record cannot show more of it.
   if (name) clientName = shortened(*name, Logger::longestRecord);
   write("连接:" + clientName);
 }
@@ -29,7 +29,7 @@ void AccessLog::write(const std::string& message) { log.write(Logger::Level::inf
 std::string compact(const nlohmann::json& arguments) {
   std::string line;
   for (const auto& [key, value] : arguments.items()) {
-    // The record says already whose data is read.
+    // The record already names the person.
     if (key == "person") continue;
     if (!line.empty()) line += ' ';
     line += key + "=" + (value.is_string() ? value.get<std::string>() : value.dump());

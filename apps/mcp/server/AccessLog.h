@@ -1,5 +1,5 @@
 #pragma once
-// Who read whose data: the file "mcp-access.log", the only one that the server writes.
+// The access log "mcp-access.log": who read whose data. The server writes no other file.
 
 #include "platform/Clock.h"
 #include "platform/Logger.h"
@@ -12,21 +12,23 @@
 #include <string>
 #include <string_view>
 
-/// One record for each connection, tool call and resource read, in Chinese whatever the language.
+/// One record for each connection, tool call and resource read. Records are in Chinese, whatever
+/// the language.
 class AccessLog {
 public:
-  /// Opens or makes `file`, with its folders.
+  /// Opens `file`; creates it and its folders if necessary.
   AccessLog(const std::filesystem::path& file, Clock clock);
 
-  /// A client has said hello. Records name it from now on; one without a name stays who it was,
-  /// "unknown" at first.
+  /// A client has initialised the connection. All later records contain its name. Without a name
+  /// the previous one stays; it is "unknown" at first.
   void connected(const std::optional<std::string_view>& name);
 
-  /// A tool is about to be called; `member` is whom it is about, absent when nobody certain is.
+  /// A tool is about to be called. `member` is the person of the call; absent when it is not
+  /// certain.
   void called(const std::string& tool, const std::optional<Member>& member,
               const nlohmann::json& arguments);
 
-  /// The resource `uri` was read; `member` is the name of whom it is about.
+  /// The resource `uri` was read; `member` is the display name of its person.
   void readResource(const std::string& uri, const std::string& member);
 
 private:
@@ -36,6 +38,6 @@ private:
   std::string clientName = "unknown";
 };
 
-/// The arguments of a tool call, but not "person", in one line for the access log: "key=value" in
-/// the order of the keys, texts without quotes, all else as compact JSON.
+/// The arguments of a tool call, without "person", in one line: "key=value" in the order of the
+/// keys. Texts have no quotes; other values are compact JSON.
 std::string compact(const nlohmann::json& arguments);

@@ -1,5 +1,5 @@
 #pragma once
-// What the program was started to do.
+// The command line of the server.
 
 #include <filesystem>
 #include <span>
@@ -8,20 +8,20 @@
 
 namespace CommandLine {
 
-/// Serve the data under this folder.
+/// Serve the data in this folder.
 struct Serve {
   std::filesystem::path dataRoot;
 };
 
-/// Say something and end.
+/// Print a text and exit.
 struct Say {
-  std::string text;  ///< with its last line feed
+  std::string text;  ///< including its last line feed
   bool toStderr;
   int status;
 };
 
-/// Reads the arguments that follow the program's name, from left to right; the first that is wrong,
-/// or asks for help, decides. `--data-root` takes its folder as it stands, and the last one counts.
+/// Parses the arguments after the program's name, from left to right. The first wrong argument or
+/// request for help decides. `--data-root` uses its folder unchanged; the last one counts.
 std::variant<Serve, Say> parsed(std::span<const char* const> arguments,
                                 const std::filesystem::path& defaultDataRoot);
 

@@ -10,7 +10,7 @@ System::Reach reachOf(const std::filesystem::path& dataRoot, const std::vector<M
   System::Reach reach{.read = System::filesOfTheLibrary(),
                       .databases = {},
                       .change = {},
-                      .staying = dataRoot};  // where the access log is open, if it could be opened
+                      .staying = dataRoot};  // where the access log is open, if it opened
   reach.read.push_back(dataRoot);
   for (const Member& member : members) reach.databases.emplace_back(member.dbPath);
   return reach;

@@ -1,5 +1,5 @@
 #pragma once
-// What a server gives up before it reads its first line.
+// The server's confinement before it reads its first line.
 
 #include "platform/Logger.h"
 #include "roster/Roster.h"
@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <vector>
 
-/// Confines this process, for good and as far as the system can, to what a server of `dataRoot` and
-/// `members` needs: it reads the databases, time zones and locales, and writes what SQLite keeps
-/// beside databases, and what is open. Says to `log` at level debug what holds.
+/// Confines this process permanently, as far as the system can, to the needs of a server of
+/// `dataRoot` and `members`. It can read the databases, time zones and locales, and write SQLite's
+/// files beside the databases. Open descriptors stay usable. Logs at level debug what is in force.
 void confine(const std::filesystem::path& dataRoot, const std::vector<Member>& members,
              Logger& log);

@@ -1,5 +1,5 @@
 #pragma once
-// What a client's model is told about this server when it connects.
+// The server's description of itself for the client's model.
 
 #include "platform/Phrase.h"
 #include "platform/SummaryLang.h"

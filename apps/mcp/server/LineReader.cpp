@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::size_t blockSize = 65536;
 
-/// False when memory does not hold both; `text` is as it was then.
+/// False when memory is not sufficient; `text` is then unchanged.
 bool appended(std::string& text, std::string_view piece) {
   try {
     text += piece;

@@ -1,5 +1,5 @@
 #pragma once
-// Lines out of a stream of bytes, with a bound on how much one line may hold.
+// Lines from a stream of bytes, with a limit on the length of a line.
 
 #include "platform/ByteSource.h"
 
@@ -12,17 +12,17 @@
 class LineReader {
 public:
   struct Line {
-    std::string text;       ///< without its terminator; empty when `overlong`
-    bool overlong = false;  ///< longer than the limit, or than memory holds, and was not kept
+    std::string text;       ///< without its terminator; empty if `overlong`
+    bool overlong = false;  ///< longer than the limit or the available memory, and dropped
   };
 
   static constexpr std::size_t defaultLimit = 16 * 1024 * 1024;
 
   explicit LineReader(std::unique_ptr<ByteSource> source, std::size_t limit = defaultLimit);
 
-  /// The next line. A line feed ends it, a carriage return before the line feed belongs to the end;
-  /// a last line needs no end. `nullopt` after the last. What the source throws passes; a lack of
-  /// memory does not.
+  /// The next line; `nullopt` after the last. A line ends with a line feed or with a carriage
+  /// return and a line feed. The last line needs no terminator. Errors of the source are passed on;
+  /// a lack of memory is not, it makes the line overlong.
   std::optional<Line> next();
 
 private:
@@ -30,6 +30,6 @@ private:
 
   std::unique_ptr<ByteSource> source;
   std::size_t limit;
-  std::string buffer;  ///< bytes read but not yet given out, from `position`
+  std::string buffer;  ///< bytes read but not yet returned, from `position`
   std::size_t position = 0;
 };

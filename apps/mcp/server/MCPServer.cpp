@@ -17,7 +17,7 @@
 
 namespace {
 
-/// From here on a line may leave so much freed memory behind that it is worth giving back.
+/// A line of this size may leave enough freed memory to be worth returning.
 constexpr std::size_t longLineSize = 64 * 1024;
 
 }  // namespace
@@ -62,7 +62,7 @@ void MCPServer::run() {
     try {
       serve(*std::exchange(line, std::nullopt));
     } catch (const std::bad_alloc&) {
-      // Too large for this machine: no reply, but the next line is served.
+      // Not enough memory: this line gets no reply, but the next one does.
     }
     if (longLine) System::returnFreedMemory();
   }
@@ -80,7 +80,7 @@ void MCPServer::serve(const LineReader::Line& line) {
 
 void MCPServer::handle(const nlohmann::json& message) {
   const std::string method = Wire::textOf(message, "method");
-  // An id of null is an id: only a message without the key is a notification.
+  // A null id is an id: only a message without the key is a notification.
   if (message.contains("id")) {
     send(reply(method, message));
   } else {
@@ -115,7 +115,7 @@ void MCPServer::send(const nlohmann::ordered_json& reply) {
   try {
     line = Wire::encoded(reply);
   } catch (const std::bad_alloc&) {
-    return;  // Too large for this machine: no reply, but the next line is served.
+    return;  // Not enough memory: this line gets no reply, but the next one does.
   }
   output(line);
 }

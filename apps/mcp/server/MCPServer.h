@@ -20,34 +20,34 @@
 #include <string>
 #include <string_view>
 
-/// Takes one whole line, its line feed included. May throw when the reader is gone.
+/// Receives one whole line, including its line feed. May throw when the client has closed the
+/// output.
 using LineSink = std::function<void(std::string_view line)>;
 
-/// One conversation with one client, from its first line to the end of the input. Answers requests
-/// in the order in which they come; remembers nothing between them but the client's name.
+/// One conversation with one client, from its first line to the end of the input. Requests are
+/// answered in their order. The only state between them is the client's name.
 class MCPServer {
 public:
-  /// The world the server runs in. Tests bring their own.
+  /// The injected environment of the server. Tests inject their own.
   struct Surroundings {
     SummaryLang lang;
     Clock clock;
     DigitGrouping grouping = {};  ///< of the user's locale
     std::unique_ptr<ByteSource> input;
     LineSink output;
-    int patienceMilliseconds = usualPatienceMilliseconds;  ///< with a database that is locked
+    int patienceMilliseconds = usualPatienceMilliseconds;  ///< waiting time for a locked database
   };
 
-  /// Opens the access log in `dataRoot`, creating the folder if need be, and loads the roster.
-  /// Opens no database. Throws ReceiverError when the roster was unreadable and has been moved
-  /// aside.
+  /// Opens the access log in `dataRoot`, creating the folder if necessary, and loads the roster.
+  /// Opens no database. Throws ReceiverError when the roster was invalid and has been renamed.
   MCPServer(const std::filesystem::path& dataRoot, Surroundings surroundings);
 
-  /// Gives up, for the whole process and for good, what no line can need, where the system has the
-  /// means; see mcp/server/Confinement.h.
+  /// Confines the whole process permanently, where the system supports it, to what answering needs;
+  /// see mcp/server/Confinement.h.
   void confine();
 
-  /// Answers every line until the input ends. What the input or the output throws passes. A line
-  /// that memory does not suffice for is left without a reply.
+  /// Answers every line until the input ends. Errors of the input and the output are passed on. A
+  /// line that does not fit into memory gets no reply.
   void run();
 
 private:

@@ -80,7 +80,7 @@ Methods::Json Methods::listTools(const nlohmann::json&) {
 
 namespace {
 
-/// The member whom the arguments name; `nullopt` where the tool will refuse them, in its own words.
+/// The member in the arguments; `nullopt` when the tool will refuse them with its own message.
 std::optional<Member> memberNamed(const Tools::Call& call) {
   try {
     return Tools::resolve(call);

@@ -14,7 +14,8 @@
 
 #include <string_view>
 
-/// Answers "initialize", "tools/call" and the other methods, and tells the access log what is read.
+/// Answers "initialize", "tools/call" and the other methods, and writes tool calls and resource
+/// reads to the access log.
 class Methods {
 public:
   using Json = nlohmann::ordered_json;
@@ -23,18 +24,18 @@ public:
     SummaryLang lang;
     Clock clock;
     DigitGrouping grouping = {};                           ///< of the user's locale
-    int patienceMilliseconds = usualPatienceMilliseconds;  ///< with a database that is locked
+    int patienceMilliseconds = usualPatienceMilliseconds;  ///< waiting time for a locked database
   };
 
-  /// The roster and the logs outlive this.
+  /// The roster and the logs must outlive this object.
   Methods(const Roster& roster, Logger& log, AccessLog& accessLog, Options options);
 
-  /// The result of `method`. Throws MCPError (-32601) for a method or tool that does not exist, and
-  /// what a tool throws.
+  /// The result of `method`. Throws MCPError (-32601) for an unknown method or tool. Errors of a
+  /// tool are passed on.
   Json dispatch(std::string_view method, const nlohmann::json& params);
 
 private:
-  /// A call of a tool. `arguments` outlive it.
+  /// A call of a tool. `arguments` must outlive it.
   Tools::Call callWith(const nlohmann::json& arguments) const;
 
   Json initialize(const nlohmann::json& params);

@@ -11,12 +11,11 @@ namespace {
 constexpr std::size_t deepest = 512;
 constexpr std::size_t mostValues = 100000;
 
-/// How many values `line` may hold, none fewer than it does; `nullopt` when they are too many or
-/// stand too deep in each other. Looks at what stands outside strings alone; the parser judges the
-/// rest.
+/// An upper bound of the number of values in `line`; `nullopt` when they are too many or nested too
+/// deeply. Examines only the characters outside strings; the parser checks the rest.
 std::optional<std::size_t> valuesIn(std::string_view line) {
   std::size_t depth = 0;
-  // Each value stands at the start, behind an opening bracket or behind a comma.
+  // A value follows the start, an opening bracket or a comma.
   std::size_t values = 1;
   bool inString = false;
   for (std::size_t index = 0; index < line.size(); ++index) {
@@ -35,10 +34,10 @@ std::optional<std::size_t> valuesIn(std::string_view line) {
   return values;
 }
 
-/// Whether there is memory to build so many values and to take them down again. The JSON library
-/// needs some for either, and ends the program where it finds none for the second.
+/// Whether there is enough memory to build this many values and to destroy them. Both need memory.
+/// The JSON library terminates the program when memory runs out during destruction.
 bool affordable(std::size_t values, std::size_t lineSize) {
-  // An object with one member takes 160 bytes, and to take it down takes 48.
+  // An object with one member takes 160 bytes; destroying it takes 48 more.
   constexpr std::size_t bytesPerValue = 256;
   constexpr std::size_t negligible = 256;
   return values <= negligible || MemoryReserve::couldHave(values * bytesPerValue + lineSize);
@@ -47,7 +46,7 @@ bool affordable(std::size_t values, std::size_t lineSize) {
 }  // namespace
 
 std::optional<nlohmann::json> Wire::decoded(std::string_view line) {
-  // The parser takes a zero byte outside texts for the end of its input.
+  // The parser treats a zero byte outside strings as the end of its input.
   if (line.find('\0') != std::string_view::npos) return std::nullopt;
   const std::optional<std::size_t> values = valuesIn(line);
   if (!values || !affordable(*values, line.size())) return std::nullopt;
@@ -59,7 +58,7 @@ std::optional<nlohmann::json> Wire::decoded(std::string_view line) {
 
 namespace {
 
-/// `json` with the two line separators of Unicode escaped. In JSON they stand inside texts only.
+/// `json` with U+2028 and U+2029 escaped. In JSON they occur only inside strings.
 std::string withoutLineSeparators(std::string json) {
   constexpr std::string_view common = "\xE2\x80";
   std::size_t at = json.find(common);

@@ -24,7 +24,7 @@ namespace {
 
 constexpr Phrase metricWithoutUnit{"指标:{0}(无单位)· {1}", "Metric: {0} () · {1}"};
 
-/// In Chinese in both languages.
+/// The note is in Chinese in both languages.
 std::string_view aggregationNote(Aggregation aggregation) {
   switch (aggregation) {
     case Aggregation::cumulative:

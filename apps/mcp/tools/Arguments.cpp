@@ -29,7 +29,7 @@ constexpr Phrase unknownMetric{"不认识的 metric「{0}」。可用:{1}",
                                "Unknown metric \"{0}\". One of: {1}"};
 constexpr Phrase metricRequired{"metric 必填。可用:{0}", "metric is required. One of: {0}"};
 
-/// In Chinese whatever the language, as the receiver application words it.
+/// In Chinese in both languages, with the receiver application's wording.
 constexpr std::string_view cannotOpen = "打不开 {0} 的数据:{1}";
 
 MCPError refusal(const Phrase& phrase, SummaryLang lang,

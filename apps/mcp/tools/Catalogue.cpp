@@ -19,20 +19,19 @@ namespace {
 
 using Texts = std::span<const std::string_view>;
 
-/// One argument of a tool. Bounds and choices are for the client to read; the tools check for
-/// themselves.
+/// One argument of a tool. The bounds and choices inform the client; the tools do their own checks.
 struct Property {
   std::string_view name;
-  std::string_view type;  ///< of JSON: "string" or "integer"
+  std::string_view type;  ///< JSON type: "string" or "integer"
   Phrase description;
-  Texts choices = {};  ///< none: any text
+  Texts choices = {};  ///< empty: any text
   std::optional<std::int64_t> minimum = {};
   std::optional<std::int64_t> maximum = {};
 };
 
 struct Tool {
   std::string_view name;
-  Phrase description;  ///< "{0}" stands for the catalogue of metrics
+  Phrase description;  ///< "{0}" is replaced by the catalogue of metrics
   std::span<const Property> properties;
   Texts required;
   std::string (*handler)(const Tools::Call&);

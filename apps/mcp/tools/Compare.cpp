@@ -13,7 +13,7 @@ constexpr Phrase meanOver{"日均 {0}({1} 天)", "mean {0} over {1} days"};
 constexpr Phrase noData{"没有数据(不代表 0)", "no data (not zero)"};
 constexpr Phrase difference{"A - B = {0}({1}%)", "A - B = {0} ({1}%)"};
 
-/// The required day under `key`, unchanged. The refusal is in Chinese in both languages.
+/// The required day under `key`, unchanged. The error is in Chinese in both languages.
 std::string need(const Tools::Call& call, const char* key) {
   if (const std::optional<std::string> day = Tools::dayArgument(call, key)) return *day;
   throw MCPError(MCPError::invalidArguments, std::string(key) + " 要是 YYYY-MM-DD");
@@ -25,8 +25,8 @@ std::string statistic(const std::vector<DailyValue>& series, const Tools::Call& 
                 {Tools::fmt(mean(series), call), std::to_string(series.size())});
 }
 
-/// How much `value` lies above `base`, in percent of it, always with its sign; +0.0 of a base of
-/// zero.
+/// The difference of `value` to `base` in percent of `base`, always with its sign; +0.0 when `base`
+/// is zero.
 std::string percentAbove(double value, double base) {
   const double percent = base == 0 ? 0 : (value - base) / base * 100;
   return std::string(std::signbit(percent) ? "" : "+").append(fixedDecimals(percent, 1));

@@ -7,7 +7,7 @@ std::string Tools::documentText(const nlohmann::json& document) {
   std::string text;
   text.reserve(plain.size() + plain.size() / 16);
   for (const char character : plain) {
-    // In JSON a slash stands inside texts only.
+    // In JSON a slash occurs only inside strings.
     if (character == '/') text += '\\';
     text += character;
   }

@@ -18,7 +18,7 @@ constexpr Phrase severalMembers{
     "🔴 Multiple members: every later query must name a person. There is no "
     "combined-household view."};
 
-/// What the member's database holds; "" when it cannot be read, for the others are still to be
+/// The range of the member's data; "" when it cannot be read, so that the other members are still
 /// listed.
 std::string dataOf(const Member& member, const Tools::Call& call) {
   try {

@@ -13,7 +13,7 @@ namespace {
 struct Prompt {
   std::string_view name;
   Phrase description;
-  Phrase text;  ///< what the user's message says
+  Phrase text;  ///< the content of the user's message
 };
 
 constexpr std::array promptTable{

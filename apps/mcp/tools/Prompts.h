@@ -1,5 +1,5 @@
 #pragma once
-// Ready-made questions that a client can offer its user.
+// Prepared questions that a client can offer its user.
 
 #include "platform/SummaryLang.h"
 
@@ -9,11 +9,11 @@
 
 namespace Tools {
 
-/// The prompt records, "name" and "description", in the order a client shows them.
+/// The prompt records, "name" and "description", in display order.
 nlohmann::ordered_json prompts(SummaryLang lang);
 
-/// The message of the prompt called `name`, ready as a result. Throws MCPError (-32602), in Chinese
-/// whatever the language, when there is none of that name.
+/// The result with the message of the prompt called `name`. Throws MCPError (-32602), in Chinese in
+/// both languages, for an unknown name.
 nlohmann::ordered_json getPrompt(std::string_view name, SummaryLang lang);
 
 }  // namespace Tools

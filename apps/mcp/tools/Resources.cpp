@@ -18,7 +18,7 @@ constexpr Phrase resourceName{"{0} 的健康概览", "{0}'s health overview"};
 constexpr Phrase resourceDescription{"数据概览 + 数据覆盖说明。连上先读这个,再决定问什么。",
                                      "Overview plus the data-coverage notice. Read this first."};
 
-/// The pieces of `path` between slashes, empty ones left out.
+/// The non-empty parts of `path` between slashes.
 std::vector<std::string_view> piecesOf(std::string_view path) {
   std::vector<std::string_view> pieces;
   while (!path.empty()) {
@@ -29,7 +29,7 @@ std::vector<std::string_view> piecesOf(std::string_view path) {
   return pieces;
 }
 
-/// The member whose overview `uri` names, by id alone. What follows "overview" does not count.
+/// The member whose id is in `uri`. The part after "overview" is ignored.
 std::optional<Member> memberOf(std::string_view uri, const Roster& roster) {
   if (!uri.starts_with(scheme)) return std::nullopt;
   const std::vector<std::string_view> pieces = piecesOf(uri.substr(scheme.size()));

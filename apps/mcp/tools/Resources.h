@@ -1,5 +1,5 @@
 #pragma once
-// One resource a member: the overview as plain text.
+// One resource per member: the overview as plain text.
 
 #include "mcp/tools/Tools.h"
 #include "platform/SummaryLang.h"
@@ -16,8 +16,8 @@ namespace Tools {
 /// The resource records, in the order of the members.
 nlohmann::ordered_json resources(std::span<const Member> members, SummaryLang lang);
 
-/// The text of the resource that `uri` names. Throws MCPError (-32602), in Chinese whatever the
-/// language, when there is none. `call` brings no arguments.
+/// The text of the resource `uri`. Throws MCPError (-32602), in Chinese in both languages, for an
+/// unknown resource. The arguments of `call` are not used.
 std::string readResource(std::string_view uri, const Call& call);
 
 }  // namespace Tools

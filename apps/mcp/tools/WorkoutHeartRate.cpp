@@ -39,7 +39,7 @@ std::size_t characterCount(std::string_view text) {
   return static_cast<std::size_t>(std::ranges::count_if(text, beginsCharacter));
 }
 
-/// The required identifier, checked for its form alone.
+/// The required identifier; only its form is checked.
 std::string workoutArgument(const Tools::Call& call) {
   constexpr std::size_t length = 66;
   std::string workoutID = Tools::lenientText(call, "workout_id").value_or("");
@@ -52,8 +52,8 @@ std::string workoutArgument(const Tools::Call& call) {
 using JsonFields::orNull;
 using Json = nlohmann::json;
 
-/// The elements of the list of samples. All of them as values at once would take more time and
-/// memory than their text, so each is made out of the one before.
+/// The elements of the list of samples. One JSON value for all samples would take more time and
+/// memory than their text, so one value is reused for each.
 std::string textOf(const std::vector<WorkoutHeartRatePoint>& samples) {
   std::string text;
   Json sample;
@@ -69,7 +69,7 @@ std::string textOf(const std::vector<WorkoutHeartRatePoint>& samples) {
     sample["bpm"] = point.bpm;
     sample["segment"] = point.segment;
     const std::string element = Tools::documentText(sample);
-    // Samples are mostly of one length. The first may be an exception, a megabyte long.
+    // Most samples have the same length, but the first may be an exception of a megabyte.
     constexpr std::size_t mostAtOnce = 2UL << 20;
     if (text.empty()) text.reserve(std::min(mostAtOnce, samples.size() * (element.size() + 16)));
     text.append(text.empty() ? "" : ",").append(element);
@@ -94,8 +94,8 @@ Json paginationOf(const WorkoutHeartRatePagination& pagination) {
           {"next_offset", orNull(pagination.next_offset)}};
 }
 
-/// The document that the tool answers, but for its samples. Every key is always there; what is
-/// absent is null.
+/// The document of the answer without its samples. Every key is always there; an absent value is
+/// null.
 Json documentOf(const Member& member, const std::string& workoutID,
                 const WorkoutHeartRate& heartRate, const std::string& coverage, SummaryLang lang) {
   return {{"person_id", member.id},
@@ -133,7 +133,7 @@ std::string Tools::workoutHeartRate(const Call& call) {
     const WorkoutHeartRate heartRate = store.workoutHeartRate(workoutID, source, limit, offset);
     std::string text =
         documentText(documentOf(member, workoutID, heartRate, coverageOf(store, call), call.lang));
-    // Quotes inside a text are escaped, so this is the key.
+    // Quotes inside a string are escaped, so this text occurs only as the key.
     constexpr std::string_view list = "\"samples\":[";
     return text.insert(text.find(list) + list.size(), textOf(heartRate.samples));
   } catch (const ReceiverError& error) {

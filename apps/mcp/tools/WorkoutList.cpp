@@ -23,7 +23,7 @@ std::string textOr(const Tools::Call& call, const char* key, const char* fallbac
   return Tools::strictText(call, key, mustBeString).value_or(fallback);
 }
 
-/// Stricter than Tools::range: a date that is given must be written exactly as a day is printed.
+/// Stricter than Tools::range: a given date must have exactly the form of dayText.
 void requireExactDay(const Tools::Call& call, const char* key) {
   const std::optional<std::string> text = Tools::strictText(call, key, mustBeString);
   if (!text) return;
@@ -54,7 +54,7 @@ WorkoutSelection::Order orderArgument(const Tools::Call& call) {
   throw refusal("order: desc / asc");
 }
 
-/// How an answer is written.
+/// The writer of one form of the answer.
 using Form = std::string (*)(const WorkoutList::Query&, const WorkoutSelection::Selection&,
                              const std::string& coverage, const Tools::Call&);
 

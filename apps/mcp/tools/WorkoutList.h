@@ -1,5 +1,5 @@
 #pragma once
-// What get_workouts was asked for, shared by the two forms of its answer.
+// The query of get_workouts, shared by the two forms of its answer.
 
 #include "mcp/tools/Arguments.h"
 #include "mcp/tools/Tools.h"
@@ -11,7 +11,7 @@
 
 namespace WorkoutList {
 
-/// What was asked for, as the answer repeats it.
+/// The query, as the answer repeats it.
 struct Query {
   Member member;
   DayRange range;
@@ -23,7 +23,7 @@ struct Query {
 /// The order's name: "desc" or "asc".
 std::string_view rawValue(WorkoutSelection::Order order);
 
-/// What the figures are and are not; ends both forms.
+/// The limits of the figures; ends both forms.
 extern const Phrase closingNote;
 
 }  // namespace WorkoutList

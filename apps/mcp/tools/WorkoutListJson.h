@@ -9,7 +9,7 @@
 
 namespace WorkoutListJson {
 
-/// The answer as one document with fixed keys; what is absent is null. `coverage` is the member's
+/// The answer as one document with fixed keys; an absent value is null. `coverage` is the member's
 /// coverage notice.
 std::string json(const WorkoutList::Query& query, const WorkoutSelection::Selection& selection,
                  const std::string& coverage, const Tools::Call& call);

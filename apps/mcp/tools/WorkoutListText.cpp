@@ -28,7 +28,7 @@ using Tools::Call;
 using WorkoutList::Query;
 using WorkoutSelection::Selection;
 
-/// The range, then the filters that are set.
+/// The range, then the active filters.
 std::string rangeAndFilters(const Query& query, SummaryLang lang) {
   std::string line = Tools::rangeLine(query.range.from, query.range.to, lang);
   const WorkoutSelection::Filters& filters = query.filters;
@@ -85,14 +85,14 @@ void addPagination(Lines& lines, const Query& query, const Selection& selection)
             next);
 }
 
-/// What a status means, in brackets behind it; "" where the status says it all.
+/// The meaning of a status, in brackets after it; "" when the status is self-explanatory.
 std::string explanation(std::string_view status, SummaryLang lang) {
   if (status == "valid" || status == "legacy_unverified") return "";
   const Phrase& meaning = status == "unverified_scale" ? unverifiedScale : invalidReading;
   return " (" + std::string(meaning.in(lang)) + ")";
 }
 
-/// The shortest decimal that reads back as `value`, without an exponent.
+/// The shortest decimal that parses back to `value`, without an exponent.
 std::string shortest(double value) {
   std::array<char, 512> text{};  // the smallest numbers have some 330 digits
   const auto [end, error] =

@@ -1,5 +1,5 @@
 #pragma once
-// get_workouts as text for reading.
+// get_workouts as text for people and models.
 
 #include "mcp/tools/Tools.h"
 #include "mcp/tools/WorkoutList.h"
