@@ -43,7 +43,7 @@ constinit const std::string_view usage =
 
 namespace {
 
-/// A whole number from `lowest` to `highest` and nothing around it.
+/// A whole number from `lowest` to `highest`, without other characters.
 template <typename Number>
 Number numberOf(std::string_view option, std::string_view text, Number lowest, Number highest) {
   Number number{};
@@ -58,21 +58,22 @@ Number numberOf(std::string_view option, std::string_view text, Number lowest, N
 
 CivilDay dayOf(std::string_view option, std::string_view text) {
   const std::optional<CivilDay> day = AppleFormat::dayParser.parse(text);
-  // The longest history still begins after the calendar's first year; stamps count from 1970.
+  // Stamps count from 1970, and even the longest history must begin after the calendar's first
+  // year.
   if (!day || day->year() < std::chrono::year{1971}) {
     throw UsageError(std::string(option) + " wants a day as YYYY-MM-DD, 1971 or later");
   }
   return *day;
 }
 
-/// Seconds east of UTC; without a sign they are east. The colon may be missing, as it is in stamps.
+/// Seconds east of UTC. An offset without a sign is east. The colon is optional, as in stamps.
 int offsetOf(std::string_view option, std::string_view text) {
   const bool hasSign = text.starts_with('+') || text.starts_with('-');
   std::string stamp = "1970-01-01 00:00:00 ";
   if (!hasSign) stamp += '+';
   stamp += text;
   const std::optional<Stamp> parsed = AppleFormat::stampParser.stamp(stamp);
-  constexpr int farthest = 14 * 3600;  // no place on Earth is farther from UTC
+  constexpr int farthest = 14 * 3600;  // the largest offset from UTC on Earth
   if (!parsed || std::abs(parsed->offset) > farthest) {
     throw UsageError(std::string(option) + " wants HH:MM with or without a sign, 14:00 at most");
   }
@@ -135,7 +136,7 @@ bool takesValue(std::string_view option) {
   return std::ranges::find(all, option) != all.end();
 }
 
-/// Refuses flaws that the export cannot have, or not at once.
+/// Refuses flaws that do not apply to the kind of export, or that exclude each other.
 void checkFlaws(const Options& options) {
   if (!options.flaws.empty() && options.exportTo.empty()) {
     throw UsageError("--flaw belongs to --export");
@@ -156,7 +157,7 @@ void checkFlaws(const Options& options) {
   }
 }
 
-/// Refuses what belongs to the other of the program's two tasks.
+/// Refuses options that belong to the program's other task.
 void check(const Options& options) {
   if (options.out.empty() && options.exportTo.empty()) {
     throw UsageError("--out or --export is missing");

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Goes to the start of the terminal's line and clears it.
+/// Moves to the start of the terminal's line and clears it.
 constexpr std::string_view clearLine = "\r\033[K";
 
 }  // namespace
@@ -20,7 +20,7 @@ void Progress::begin(std::string_view name) {
 }
 
 void Progress::rows(std::int64_t count) {
-  constexpr std::int64_t interval = 16384;  // several times a second
+  constexpr std::int64_t interval = 16384;  // updates several times a second
   if (visible && count % interval == 0) show(count);
 }
 

@@ -1,5 +1,5 @@
 #pragma once
-// How far the writing has come, on one line that updates itself.
+// Progress of the writing, on one line that is updated in place.
 
 #include "platform/Clock.h"
 
@@ -8,16 +8,16 @@
 #include <string>
 #include <string_view>
 
-/// Shows rows and rate of what is being written. Silent unless `visible`, which is for terminals: a
-/// log has no use for a line that is written over.
+/// Shows the number of rows and the rate. Silent unless `visible`, which is for terminals: a line
+/// that is updated in place is useless in a log.
 class Progress {
 public:
-  /// `out` outlives the progress.
+  /// `out` must outlive this object.
   Progress(std::ostream& out, bool visible, Clock clock);
 
   void begin(std::string_view subject);
   void rows(std::int64_t count);  ///< so far, of the subject; cheap enough to call for every row
-  void end();                     ///< takes the line away
+  void end();                     ///< clears the line
 
 private:
   void show(std::int64_t count);

@@ -1,5 +1,5 @@
-// larkspur-sample: writes a data root to try the server on, or an export to try the import on.
-// Reads the command line and the clock, and leaves the rest to the household.
+// larkspur-sample: writes a data root for trying the server, or an export for trying the import.
+// Only this file reads the clock and the command line of the process.
 
 #include "platform/AppLanguage.h"
 #include "platform/AppleFormat.h"
@@ -40,7 +40,7 @@ int write(const Options& options) {
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-  // Data roots are private, and one with invented people is no exception.
+  // Data roots are private, even those of invented people.
   umask(077);
   try {
     System::forbidDumps();

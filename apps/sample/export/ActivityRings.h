@@ -1,5 +1,5 @@
 #pragma once
-// The rings that a watch fills every day: energy, exercise, hours with some standing.
+// The activity rings of a watch for each day: energy, exercise, hours with standing.
 
 #include "sample/export/ExportUnits.h"
 #include "sample/life/Sample.h"
@@ -8,13 +8,13 @@
 #include <map>
 #include <string>
 
-/// Adds up the rings of the days as they appear in an export.
+/// Computes the rings of each day as an export lists them.
 class ActivityRings {
 public:
-  /// Counts a sample of the watch; samples that fill no ring are passed over.
+  /// Adds a sample of the watch; ignores samples that do not count for a ring.
   void add(const Sample& sample);
 
-  /// Appends one element a day, oldest first, with its energy in a unit of `system`.
+  /// Appends one element per day, oldest first, with its energy in a unit of `system`.
   void append(std::string& text, UnitSystem system) const;
 
 private:

@@ -12,18 +12,18 @@ namespace {
 
 constexpr std::uint64_t all16 = 0xFFFF;
 constexpr std::uint64_t all32 = 0xFFFFFFFF;
-constexpr std::uint16_t sizesField = 1;  ///< the extra field with 64-bit sizes
+constexpr std::uint16_t sizesField = 1;  ///< id of the extra field with 64-bit sizes
 constexpr std::uint64_t descriptorFlag = 8;
 constexpr std::uint64_t zip64Version = 45;
 
-// Places of numbers, from the start of what they belong to.
+// Offsets of numbers, from the start of their record.
 constexpr std::size_t localSize = 30;
 constexpr std::size_t entrySize = 46;
 constexpr std::size_t endSize = 22;
 constexpr std::size_t locatorSize = 20;
 constexpr std::size_t end64Size = 56;
 
-/// The number in the `count` bytes from `at` on, lowest first.
+/// The little-endian number in the `count` bytes from `at` on.
 std::uint64_t number(std::string_view bytes, std::size_t at, std::size_t count) {
   std::uint64_t value = 0;
   for (std::size_t index = count; index > 0; --index) {
@@ -43,14 +43,14 @@ void append(std::string& bytes, std::size_t count, std::uint64_t value) {
   set(bytes, bytes.size() - count, count, value);
 }
 
-/// Where the extra field with 64-bit sizes begins among the fields from `at` to `end`; `end` when
+/// The offset of the extra field with 64-bit sizes among the fields from `at` to `end`; `end` when
 /// there is none.
 std::size_t sizesAmong(std::string_view bytes, std::size_t at, std::size_t end) {
   while (at < end && number(bytes, at, 2) != sizesField) at += 4 + number(bytes, at + 2, 2);
   return at;
 }
 
-/// An archive whose end is read, changed and written again.
+/// An archive whose end is read, changed and rewritten.
 class Archive {
 public:
   explicit Archive(const std::filesystem::path& path) : path(path) {
@@ -84,16 +84,16 @@ private:
 
   std::filesystem::path path;
   std::fstream file;
-  std::string end;  ///< the last bytes of the file
+  std::string end;  ///< the last part of the file
   std::uint64_t directoryAt = 0;
   std::string directory;
-  std::string between;       ///< what comes between the last data and the directory
-  std::size_t last = 0;      ///< where the last entry begins in the directory
-  std::uint64_t packed = 0;  ///< bytes of the last entry
+  std::string between;       ///< the bytes between the last data and the directory
+  std::size_t last = 0;      ///< offset of the last entry in the directory
+  std::uint64_t packed = 0;  ///< compressed size of the last entry
   std::uint64_t unpacked = 0;
-  std::uint64_t localAt = 0;  ///< its header
+  std::uint64_t localAt = 0;  ///< offset of its local header
   std::uint64_t entries = 0;
-  bool isWide = false;  ///< the end has the 64-bit form
+  bool isWide = false;  ///< the end of the archive has the 64-bit form
 };
 
 void Archive::readEnd() {
@@ -111,7 +111,7 @@ void Archive::readEnd() {
   directoryAt = number(end64, 48, 8);
 }
 
-/// Where a number does not fit, it stands in the extra field, in this order.
+/// Numbers that do not fit are in the extra field, in this order.
 void Archive::readLastEntry() {
   const std::size_t extra = last + entrySize + number(directory, last + 28, 2);
   std::size_t wide = 4 + sizesAmong(directory, extra, extra + number(directory, last + 30, 2));
@@ -185,7 +185,7 @@ void Archive::write() {
     append(tail, 8, end64Size - 12);
     append(tail, 2, zip64Version);
     append(tail, 2, zip64Version);
-    append(tail, 8, 0);  // the numbers of this disk and of that with the directory
+    append(tail, 8, 0);  // the numbers of this disk and of the directory's disk
     append(tail, 8, entries);
     append(tail, 8, entries);
     append(tail, 8, directory.size());

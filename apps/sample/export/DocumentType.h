@@ -1,8 +1,8 @@
 #pragma once
-// How an export begins: as XML, and with what it is made of.
+// The beginning of an export: its XML declaration and document type.
 
 #include <string_view>
 
-/// The XML declaration and the document type, whose internal subset declares every element and
-/// attribute that an export of the sample has. The document is valid by it. Ends in a line feed.
+/// The XML declaration and the document type. The internal subset declares every element and
+/// attribute of a sample's export, so the document is valid. Ends with a line feed.
 extern const std::string_view documentType;

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// The member whom `options` name, the first when they name nobody.
+/// The member in `options`; the first member when they name none.
 Person exporter(const Options& options) {
   std::vector<Person> people = household(options.members);
   if (!options.member) return people.front();
@@ -30,14 +30,14 @@ Person exporter(const Options& options) {
   return *found;
 }
 
-/// The export is made when the last record has arrived. The phone is at home unless the options say
-/// otherwise.
+/// The time of the export, after the last record has arrived. Its offset is that of the home unless
+/// the options give one.
 Stamp exportedOf(const Person& person, const Options& options, CivilDay today) {
   const Stamp atHome = stampIn(person.home, lastSync(today).moment);
   return {atHome.moment, options.offset.value_or(atHome.offset)};
 }
 
-/// What the flaws add, in a week that ends before the history begins.
+/// The elements that the flaws add, in a week that ends before the history begins.
 std::string addedTo(const Person& person, const HistoryOptions& life, const FlawSet& flaws,
                     Stamp exported) {
   constexpr int week = 7;
@@ -45,7 +45,7 @@ std::string addedTo(const Person& person, const HistoryOptions& life, const Flaw
   return AddedElements::of(flaws, {midnight(person.home, day).moment, exported.offset}, day);
 }
 
-/// Writes the file or archive that the options name.
+/// Writes the file or archive of the options.
 void writeOutput(const Options& options, CivilDay today, const ExportOutput::Pieces& pieces) {
   const std::filesystem::path path = FlawedFiles::placeOf(options.flaws, options.exportTo);
   if (options.exportsArchive() && !FlawedFiles::isBare(options.flaws)) {
@@ -56,7 +56,7 @@ void writeOutput(const Options& options, CivilDay today, const ExportOutput::Pie
   if (options.flaws.contains(Flaw::cutOff)) FlawedFiles::cutOff(path);
 }
 
-/// A text in one piece.
+/// A text as a single piece.
 ExportOutput::Pieces once(std::string text) {
   return [text = std::move(text), taken = false]() mutable -> std::string_view {
     if (taken) return {};

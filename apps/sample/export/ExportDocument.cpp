@@ -10,7 +10,7 @@ ExportDocument::ExportDocument(const Person& person, const HistoryOptions& optio
 
 std::string_view ExportDocument::nextPiece() {
   constexpr std::size_t worthwhile = 65536;
-  // The opening waits for the first call; every later one begins a new piece.
+  // The first call keeps the opening. Every later call begins a new piece.
   if (taken) writer.clear();
   taken = true;
   while (!closed && writer.text().size() < worthwhile) {

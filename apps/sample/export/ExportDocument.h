@@ -1,5 +1,5 @@
 #pragma once
-// A whole export as a text that is taken piece by piece, because it may be larger than memory.
+// A whole export as text in pieces, because it may be larger than memory.
 
 #include "sample/export/ExportWriter.h"
 #include "sample/life/History.h"
@@ -7,11 +7,11 @@
 #include <cstdint>
 #include <string_view>
 
-/// The "export.xml" of one person's life. A piece holds a few days; the workouts come at the end.
+/// The "export.xml" of one person's life. A piece contains a few days; the workouts come last.
 class ExportDocument {
 public:
-  /// The document is made at the moment and on the clocks of `exported`, by a phone that measures
-  /// in `units`. `person` and `progress` outlive it.
+  /// `exported` is the time of the export and the offset of its stamps; the phone's units are
+  /// `units`. `person` and `progress` must outlive this object.
   ExportDocument(const Person& person, const HistoryOptions& options, Stamp exported,
                  UnitSystem units, Progress& progress);
 
@@ -24,6 +24,6 @@ public:
 private:
   History history;
   ExportWriter writer;
-  bool taken = false;   ///< a piece, so that what the writer holds is old
+  bool taken = false;   ///< a piece was returned, so the writer's text is old
   bool closed = false;  ///< nothing more will be written
 };

@@ -21,7 +21,7 @@ namespace {
                       " --export another name");
 }
 
-/// A new file that is written under a longer name, and goes away again unless it is kept.
+/// A new file with a temporary longer name. The destructor removes it unless it was kept.
 class Unfinished {
 public:
   Unfinished(std::filesystem::path name, const char* suffix) : name(std::move(name)) {
@@ -51,7 +51,7 @@ public:
   void keep() const { std::filesystem::rename(place, name); }
 
   std::filesystem::path name;
-  std::filesystem::path place;  ///< where it is until it is kept
+  std::filesystem::path place;  ///< its path until it is kept
 };
 
 }  // namespace
@@ -77,7 +77,7 @@ using Handle = std::unique_ptr<zip_t, Discard>;
 
 Handle newHandle(const Unfinished& file) {
   int code = 0;
-  // Truncated is what an interrupted run left.
+  // Truncates the leftover of an interrupted run.
   Handle archive(zip_open(file.place.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code));
   if (archive) return archive;
   zip_error_t error;
@@ -85,7 +85,7 @@ Handle newHandle(const Unfinished& file) {
   fail(file.name, &error);
 }
 
-/// Seven in the morning of `day`, or of the nearest day that an archive can name.
+/// 7:00 in the morning of `day`, or of the nearest day in the archive format's range.
 std::pair<zip_uint16_t, zip_uint16_t> timeAndDate(CivilDay day) {
   const unsigned year =
       static_cast<unsigned>(std::clamp(static_cast<int>(day.year()), 1980, 2107)) - 1980;
@@ -94,25 +94,25 @@ std::pair<zip_uint16_t, zip_uint16_t> timeAndDate(CivilDay day) {
   return {static_cast<zip_uint16_t>(7U << 11), static_cast<zip_uint16_t>(date)};
 }
 
-/// An archive under construction.
+/// A new archive.
 class NewArchive {
 public:
-  /// `file` outlives the archive.
+  /// `file` must outlive the archive.
   NewArchive(const Unfinished& file, CivilDay day)
       : file(file), time(timeAndDate(day)), handle(newHandle(file)) {}
 
-  /// `contents` stay until `close`.
+  /// `contents` must exist until `close`.
   void add(const std::string& name, const std::string& contents) {
     add(name, zip_source_buffer(handle.get(), contents.data(), contents.size(), 0), false);
   }
 
-  /// The file at `text` stays until `close`.
+  /// The file at `text` must exist until `close`.
   void add(const std::string& name, const std::filesystem::path& text, bool isStored) {
     constexpr zip_int64_t toItsEnd = -1;
     add(name, zip_source_file(handle.get(), text.c_str(), 0, toItsEnd), isStored);
   }
 
-  /// Nothing is read or written before.
+  /// Reads and writes everything; nothing happens before.
   void close() {
     if (zip_close(handle.get()) != 0) fail();
     static_cast<void>(handle.release());
@@ -126,7 +126,7 @@ private:
       zip_source_free(source);
       fail();
     }
-    // The lightest compression: an export shrinks to a fourteenth even so.
+    // The fastest compression: it still reduces an export to a fourteenth.
     constexpr zip_uint32_t lightest = 1;
     const auto entry = static_cast<zip_uint64_t>(index);
     const zip_int32_t method = isStored ? ZIP_CM_STORE : ZIP_CM_DEFLATE;

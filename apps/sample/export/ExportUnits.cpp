@@ -7,10 +7,10 @@
 
 namespace {
 
-/// One `metric` is `numerator` / `denominator` of the imperial unit, beyond `zero`.
+/// One `metric` is `numerator` / `denominator` of the imperial unit, plus `zero`.
 struct Conversion {
   std::string_view metric;
-  std::string_view type;  ///< the only one it is for; "" for all that have none of their own
+  std::string_view type;  ///< the only type with this conversion; "" for all others
   std::string_view imperial;
   double numerator;
   double denominator;
@@ -18,8 +18,8 @@ struct Conversion {
 };
 
 // The factors are exact: the international yard and pound, the gallon of 231 cubic inches, the
-// thermochemical calorie. Metres have no conversion for all: the six-minute walk is in metres
-// everywhere. Those of their own type come first.
+// thermochemical calorie. There is no general conversion of metres: the six-minute walk is in
+// metres everywhere. Conversions of a single type come first.
 constexpr std::array conversions{
     Conversion{"km", "DistanceSwimming", "yd", 1000, 0.9144},
     Conversion{"m", "DistanceSwimming", "yd", 1, 0.9144},

@@ -1,5 +1,5 @@
 #pragma once
-// The units in which a phone exports, which its owner chooses.
+// The units of an export, chosen by the phone's owner.
 
 #include "sample/life/Sample.h"
 
@@ -7,7 +7,7 @@
 #include <string_view>
 
 enum class UnitSystem {
-  metric,    ///< as a life is told
+  metric,    ///< as in the generated life
   imperial,  ///< miles, pounds, Fahrenheit, Calories with a capital letter
 };
 
@@ -21,10 +21,10 @@ struct Quantity {
   bool operator==(const Quantity&) const = default;
 };
 
-/// `value` in `unit`, of a life, as a phone writes it that measures in `system`. What both systems
-/// have in common (percent, counts, times) comes back as it is, and so does everything metric. A
-/// converted number is rounded to six significant digits; it has no exponent. `type` has no prefix
-/// ("DistanceSwimming"); it is empty for what is no sample.
+/// `value` in `unit`, of the generated life, as a phone with `system` writes it. Metric values and
+/// units common to both systems (percent, counts, times) are unchanged. A converted number is
+/// rounded to six significant digits and has no exponent. `type` has no prefix
+/// ("DistanceSwimming"); it is empty for quantities outside samples.
 Quantity worded(UnitSystem system, std::string_view type, Decimal value, std::string_view unit);
 
 }  // namespace ExportUnits

@@ -47,7 +47,7 @@ const std::string& ExportWriter::attributesOf(const Source& source) {
 
 namespace {
 
-/// The value of a sample and its unit, as they are to be written.
+/// The value and the unit of a sample as written.
 ExportUnits::Quantity quantityOf(const Sample& sample, UnitSystem units) {
   if (const auto* number = std::get_if<Decimal>(&sample.value)) {
     return ExportUnits::worded(units, sample.type, *number, sample.unit);
@@ -88,10 +88,10 @@ void ExportWriter::add(const Sample& sample) {
 
 namespace {
 
-/// Where the person was, which the offset of a stamp of the life gives away.
+/// The place of the person, derived from the offset of the stamp.
 Zone zoneOf(Stamp stamp) { return stamp.offset == 8 * hour ? Zone::shanghai : Zone::newYork; }
 
-/// "6:54:32.26 AM", as the clocks of the stamp show it.
+/// "6:54:32.26 AM", at the offset of the stamp.
 std::string timeOfDay(Stamp stamp, int hundredths) {
   const auto second = static_cast<int>((stamp.moment + stamp.offset) % (24 * hour));
   const int wholeHour = second / hour;
@@ -107,8 +107,8 @@ std::string timeOfDay(Stamp stamp, int hundredths) {
   return text;
 }
 
-/// The beats that a variability was measured on. The life does not tell them: they follow from the
-/// moment alone.
+/// The beats of a heart rate variability sample. The generated life has none, so they are derived
+/// from the moment.
 void appendBeats(std::string& text, Stamp start, Stamp end) {
   Random random(static_cast<std::uint64_t>(start.moment));
   const double usual = random.between(55, 85);

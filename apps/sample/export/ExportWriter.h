@@ -1,5 +1,5 @@
 #pragma once
-// Writes a life down as the Health app does when it exports everything: "export.xml".
+// Writes a life as the Health app exports it: "export.xml".
 
 #include "sample/Progress.h"
 #include "sample/export/ActivityRings.h"
@@ -11,23 +11,23 @@
 #include <string>
 #include <string_view>
 
-/// Makes the text of an export, piece by piece: `open` first, `close` last. Records come in the
-/// order in which they are told; workouts and the days' rings follow them, and are kept until then.
-/// A phone words every moment on its clocks of the moment of the export, whatever the offset was
-/// then and there. Days of rings and names of time zones are those of the life.
+/// Makes the text of an export, piece by piece: `open` first, `close` last. Records are written in
+/// the order of the calls. Workouts and the days' rings are kept and follow the records. A phone
+/// writes every stamp at its offset at the time of the export, whatever the offset of the record
+/// was. The days of rings and the names of time zones are those of the life.
 class ExportWriter final : public RecordSink {
 public:
-  /// `person` owns the devices that the samples come from, and the phone measures in `units`.
-  /// Person and progress outlive the writer.
+  /// `person` owns the devices of the samples; `units` are the phone's. Person and progress must
+  /// outlive the writer.
   ExportWriter(const Person& person, UnitSystem units, Progress& progress)
       : person(person), units(units), progress(progress) {}
 
-  void open(Stamp exported);  ///< when the export is made, at the offset of all its stamps
+  void open(Stamp exported);  ///< time of the export and offset of all its stamps
   void add(const Sample& sample) override;
   void add(const Workout& workout) override;
   void close();
 
-  /// What was written since the last `clear`.
+  /// The text written since the last `clear`.
   std::string_view text() const { return written; }
   void clear() { written.clear(); }
 
@@ -46,7 +46,7 @@ private:
   std::string written;
   std::string keptWorkouts;
   ActivityRings rings;
-  const Source* lastSource = nullptr;  ///< whose attributes follow: neighbours share a source
+  const Source* lastSource = nullptr;  ///< owner of the attributes below: neighbours share a source
   std::string sourceAttributes;
   std::int64_t recordCount = 0;
   std::int64_t workoutCount = 0;

@@ -15,7 +15,7 @@ std::string_view escapeOf(char letter) {
     case '\t':
       return "&#9;";
     case '\n':
-      return "&#10;";  // a reader would make a blank of the letter itself
+      return "&#10;";  // a literal line feed would be read as a blank
     case '\r':
       return "&#13;";
     default:

@@ -1,5 +1,5 @@
 #pragma once
-// The marks of an XML text.
+// XML attributes and elements as text.
 
 #include "sample/life/Calendar.h"
 
@@ -8,13 +8,13 @@
 
 namespace Markup {
 
-/// Appends ` name="value"`, with what would end or open something inside a value escaped.
+/// Appends ` name="value"`; special characters in the value are escaped.
 void appendAttribute(std::string& text, std::string_view name, std::string_view value);
 
 /// The same for a stamp, which needs no escapes.
 void appendAttribute(std::string& text, std::string_view name, Stamp stamp);
 
-/// Appends a record's or a workout's line of metadata, a whole element.
+/// Appends one metadata element of a record or workout.
 void appendEntry(std::string& text, std::string_view key, std::string_view value);
 
 }  // namespace Markup

@@ -11,7 +11,7 @@ using ExportUnits::worded;
 using Markup::appendAttribute;
 using Markup::appendEntry;
 
-/// Lives are told with no more than two decimals.
+/// Generated values have at most two decimals.
 Decimal told(double value) { return Decimal::nearest(value, 2); }
 
 std::string textOf(double value) { return told(value).text(); }
@@ -34,7 +34,7 @@ void appendEntries(std::string& text, const WorkoutEntry& entry, UnitSystem unit
   }
 }
 
-/// The whole of it as one segment, as the watch marks what was not divided.
+/// One segment for the whole workout, as the watch writes it for an undivided workout.
 void appendEvent(std::string& text, const Workout& workout) {
   text += "  <WorkoutEvent type=\"HKWorkoutEventTypeSegment\"";
   appendAttribute(text, "date", workout.start);

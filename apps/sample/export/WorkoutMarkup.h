@@ -1,5 +1,5 @@
 #pragma once
-// A workout as an export writes it down.
+// A workout as XML of an export.
 
 #include "sample/export/ExportUnits.h"
 #include "sample/life/Sample.h"
@@ -9,10 +9,9 @@
 
 namespace WorkoutMarkup {
 
-/// Appends the element of `workout`. `source` are the attributes that say what recorded it. Metric
-/// lengths are in kilometres and temperatures in degrees Celsius, climbs in centimetres in either
-/// system: so every metric figure has as many digits as it was told with, and reads back as the
-/// same number.
+/// Appends the element of `workout`. `source` contains the attributes of its source. Metric lengths
+/// are in kilometres and temperatures in degrees Celsius; climbs are in centimetres in both
+/// systems. So every metric figure keeps its digits and is read back as the same number.
 void append(std::string& text, const Workout& workout, std::string_view source, UnitSystem units);
 
 }  // namespace WorkoutMarkup

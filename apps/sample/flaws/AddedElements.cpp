@@ -14,10 +14,10 @@ using Markup::appendAttribute;
 constexpr int minute = 60;
 constexpr std::string_view source = "Flaws";
 
-/// One record, `from` and `to` in minutes after the first midnight.
+/// One record; `from` and `to` are minutes after the first midnight.
 struct AddedRecord {
   Flaw flaw;
-  std::string_view type;  ///< in full
+  std::string_view type;  ///< full name
   std::string_view unit;  ///< "" when it has none
   std::optional<std::string_view> value;
   int from;
@@ -36,8 +36,8 @@ constexpr std::string_view pulse = "HKQuantityTypeIdentifierHeartRate";
 constexpr std::string_view sleep = "HKCategoryTypeIdentifierSleepAnalysis";
 constexpr std::string_view mole = "mmol<180.1558800000541>/L";
 
-// Every quantity comes in each of its units, always as much of it. The first program knows but one
-// kind of sleep, the second all of them.
+// Every quantity appears in each of its units with the same amount. The first program has only one
+// kind of sleep, the second has all of them.
 constexpr std::array addedRecords{
     AddedRecord{Flaw::mixedUnits, weight, "kg", "70", 480, 480},
     AddedRecord{Flaw::mixedUnits, weight, "lb", "154.324", 481, 481},
@@ -153,7 +153,7 @@ void Writer::add(const AddedRecord& record) {
   text += "/>\n";
 }
 
-/// A blood pressure: its two records, and the correlation that holds both once more.
+/// A blood pressure: its two records, and the correlation that contains both again.
 void Writer::correlation() {
   constexpr int measured = 720;
   const std::size_t begin = text.size();
@@ -196,7 +196,7 @@ void Writer::statistics(std::string_view type, std::string_view sum, std::string
   text += "/>\n";
 }
 
-/// The same ride four times: totals in attributes, in statistics, in both, in neither.
+/// The same ride four times, with totals in attributes, in statistics, in both and in neither.
 void Writer::workouts() {
   constexpr int length = 30;
   for (int form = 0; form < 4; ++form) {
@@ -227,7 +227,7 @@ void Writer::rings() {
       " appleStandHoursGoal=\"12\"/>\n";
 }
 
-/// A pulse in the afternoon and the night after it.
+/// A pulse in the afternoon and another in the night after it.
 void Writer::twelveHours() {
   const std::string first = AppleFormat::dayText(firstDay);
   const std::string second = AppleFormat::dayText(AppleFormat::daysAfter(firstDay, 1));

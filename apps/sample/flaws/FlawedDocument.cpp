@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::string_view root = "<HealthData";
 
-/// What begins at the start of `text`: an element of the root with all its lines, else a line.
+/// The first unit of `text`: an element of the root with all its lines, or else one line.
 std::string_view firstElement(std::string_view text) {
   const std::string_view line = text.substr(0, text.find('\n') + 1);
   if (!line.starts_with(" <") || line.ends_with("/>\n")) return line;
@@ -32,7 +32,7 @@ std::string_view FlawedDocument::nextPiece() {
   if (!begun) {
     begun = true;
     isFirst = true;
-    // Inside the document type the root is named without the bracket.
+    // The document type names the root without the bracket, so the mark finds only the element.
     rest.remove_prefix(rest.find(root) + root.size());
     written.append(FlawedProlog::of(flaws)).append(root);
     written.append(FlawedProlog::rootAttributes(flaws));

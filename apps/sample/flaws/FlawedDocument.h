@@ -1,5 +1,5 @@
 #pragma once
-// An export as it is met in the wild, made of the clean one.
+// A flawed export as found in practice, made from the clean one.
 
 #include "sample/export/ExportDocument.h"
 #include "sample/flaws/Flaws.h"
@@ -9,11 +9,11 @@
 #include <string>
 #include <string_view>
 
-/// The text of the clean export with flaws, piece by piece. A piece of the clean export holds whole
-/// elements. Without flaws it passes unchanged.
+/// The text of the clean export with flaws, piece by piece. A piece of the clean export contains
+/// only whole elements. Without flaws it is unchanged.
 class FlawedDocument {
 public:
-  /// `added` are further elements, for the end of the document. `clean` outlives it.
+  /// `added` are further elements for the end of the document. `clean` must outlive this object.
   FlawedDocument(ExportDocument& clean, FlawSet flaws, std::uint64_t seed, std::string added);
 
   /// The next piece, valid until the next call; empty after the last.

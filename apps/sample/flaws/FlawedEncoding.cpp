@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Takes the first character off `text`, which is UTF-8.
+/// Removes the first character of `text`, which is UTF-8, and returns it.
 std::uint32_t taken(std::string_view& text) {
   const auto lead = static_cast<unsigned char>(text.front());
   const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
@@ -17,7 +17,7 @@ std::uint32_t taken(std::string_view& text) {
   return letter;
 }
 
-/// Two bytes, the lower first.
+/// Appends two bytes, little-endian.
 void appendUnit(std::string& text, std::uint32_t unit) {
   text += static_cast<char>(unit & 0xFFU);
   text += static_cast<char>(unit >> 8U & 0xFFU);
@@ -33,7 +33,7 @@ void appendUTF16(std::string& text, std::uint32_t letter) {
 }
 
 void appendWindows1252(std::string& text, std::uint32_t letter) {
-  constexpr std::uint32_t apostrophe = 0x2019;  // as phones put it into their owners' names
+  constexpr std::uint32_t apostrophe = 0x2019;  // as in the phones' names for their owners
   if (letter == apostrophe) {
     text += '\x92';
   } else if (letter < 0x80 || (letter >= 0xA0 && letter <= 0xFF)) {

@@ -8,11 +8,11 @@
 
 namespace FlawedEncoding {
 
-/// What the XML declaration says: "UTF-8" unless `flaws` choose another encoding.
+/// The encoding in the XML declaration: "UTF-8" unless `flaws` choose another.
 std::string_view nameOf(const FlawSet& flaws);
 
-/// `text`, whole characters of UTF-8, in the encoding that `flaws` choose; with a byte order mark
-/// where they want one and `isFirst`. A character that the encoding lacks becomes "?".
+/// `text`, whole characters of UTF-8, in the encoding that `flaws` choose. A byte order mark is
+/// prepended if `flaws` ask for it and `isFirst`. A character outside the encoding becomes "?".
 std::string encoded(std::string text, const FlawSet& flaws, bool isFirst);
 
 }  // namespace FlawedEncoding

@@ -8,7 +8,7 @@ using namespace std::string_literals;
 
 const std::string cdaName = "export_cda.xml";
 
-/// Ends inside an element.
+/// A document that ends inside an element.
 constexpr std::string_view cda =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     "<ClinicalDocument xmlns=\"urn:hl7-org:v3\">\n"
@@ -17,7 +17,7 @@ constexpr std::string_view cda =
     "  <observation><code code=\"8867-4\"/><value value=\"62\" unit=\"/min\"></observation>\n"
     " </entry>\n";
 
-/// What macOS keeps beside a file whose attributes an archive has no place for.
+/// The file that macOS adds beside another for attributes that the archive format does not support.
 const std::string twin = "\x00\x05\x16\x07\x00\x02\x00\x00Mac OS X        \x00\x00"s;
 
 void addOtherFiles(ExportOutput::Archive& archive, const std::string& folder) {
@@ -65,7 +65,7 @@ std::optional<std::string> FlawedFiles::inPlaceOf(const FlawSet& flaws,
            path.filename().string() + "</string></dict></plist>\n";
   }
   if (!flaws.contains(Flaw::empty)) return std::nullopt;
-  // An archive without entries is nothing but its end.
+  // An archive without entries consists only of its end record.
   return isArchive ? "PK\x05\x06" + std::string(18, '\0') : "";
 }
 

@@ -1,5 +1,5 @@
 #pragma once
-// The files of a flawed export: the archive around its XML, or what takes the place of both.
+// The files of a flawed export: the archive around its XML, or a replacement of both.
 
 #include "sample/export/ExportOutput.h"
 #include "sample/flaws/Flaws.h"
@@ -10,21 +10,21 @@
 
 namespace FlawedFiles {
 
-/// The archive that `flaws` make: its names, its form and the entries beside the text.
+/// The archive with `flaws`: its names, its form and the entries beside the text.
 ExportOutput::Archive archive(const FlawSet& flaws);
 
-/// Whether the export, which is to be an archive, becomes a file without an archive.
+/// Whether an export that should be an archive becomes a plain file.
 bool isBare(const FlawSet& flaws);
 
-/// What is written in the place of the export's text, or, where the file is bare, of the archive;
-/// `nullopt` where `flaws` leave the export. `path` is where the export was to be.
+/// The replacement of the export's text or, for a plain file, of the archive; `nullopt` when
+/// `flaws` replace nothing. `path` is the intended path of the export.
 std::optional<std::string> inPlaceOf(const FlawSet& flaws, const std::filesystem::path& path,
                                      bool isArchive);
 
-/// Where the file goes that was to be at `path`.
+/// The actual path of a file with the intended path `path`.
 std::filesystem::path placeOf(const FlawSet& flaws, const std::filesystem::path& path);
 
-/// Cuts the file at `path` in half. Throws std::system_error when it cannot.
+/// Truncates the file at `path` to half its size. Throws std::system_error on failure.
 void cutOff(const std::filesystem::path& path);
 
 }  // namespace FlawedFiles

@@ -8,14 +8,14 @@ namespace {
 
 constexpr std::string_view end = "]>\n";
 
-/// Puts `text` before the place where `mark` begins, which the document type has once.
+/// Inserts `text` before `mark`, which occurs once in the document type.
 void insertBefore(std::string& prolog, std::string_view mark, std::string_view text) {
   prolog.insert(prolog.find(mark), text);
 }
 
-/// The longer document type of phones of 2022: it names what nobody exports, the list of a
-/// workout's attributes is open when the next declaration begins, and the end of another list
-/// stands alone.
+/// Makes the longer document type of phones of 2022. It declares elements that no export has, a
+/// workout's attribute list is still open when the next declaration begins, and the end of another
+/// list has no beginning.
 void breakType(std::string& prolog) {
   constexpr std::string_view closing = "  endDate CDATA #REQUIRED\n>\n<!ELEMENT WorkoutEvent ";
   const std::size_t open = prolog.find(closing);
@@ -44,7 +44,7 @@ void breakType(std::string& prolog) {
                ">\n");
 }
 
-/// Ten texts, each of which is the one before ten times.
+/// Ten entities, each of which expands to ten of the previous one.
 void addBomb(std::string& prolog) {
   std::string entities = "<!ENTITY b0 \"a\">\n";
   for (char number = '1'; number <= '9'; ++number) {

@@ -1,5 +1,5 @@
 #pragma once
-// How flawed exports begin.
+// The beginning of flawed exports.
 
 #include "sample/flaws/Flaws.h"
 
@@ -7,10 +7,10 @@
 
 namespace FlawedProlog {
 
-/// The XML declaration and the document type with what `flaws` make of them; ends in a line feed.
+/// The XML declaration and the document type with `flaws`; ends with a line feed.
 std::string of(const FlawSet& flaws);
 
-/// The attributes that `flaws` add to the root, " name=\"value\"" each; "" when there are none.
+/// The attributes that `flaws` add to the root, each as " name=\"value\""; "" when there are none.
 std::string rootAttributes(const FlawSet& flaws);
 
 }  // namespace FlawedProlog

@@ -182,7 +182,7 @@ constexpr std::array table{
             false},
 };
 
-/// Whether the row at each position is that of the flaw with the same number.
+/// Whether each row is at the position of its flaw's number.
 constexpr bool inOrder() {
   for (std::size_t index = 0; index < table.size(); ++index) {
     if (static_cast<std::size_t>(table[index].flaw) != index) return false;

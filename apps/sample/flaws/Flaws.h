@@ -1,5 +1,5 @@
 #pragma once
-// What is wrong with exports as phones, other programs and cloud drives leave them.
+// The irregularities of exports from phones, other programs and cloud drives.
 
 #include "platform/Phrase.h"
 #include "platform/SummaryLang.h"
@@ -10,15 +10,15 @@
 #include <string>
 #include <string_view>
 
-/// One irregularity that an export can be given.
+/// One irregularity of an export.
 enum class Flaw {
-  // Some elements of the clean export are written in another way.
+  // Flaws that write some elements of the clean export differently.
   repeatedAttributes,
   controlCharacters,
   workoutActivities,
   deviceAddresses,
   eightTimes,
-  // Elements are added, on the days before the clean export begins.
+  // Flaws that add elements, on the days before the clean export begins.
   mixedUnits,
   correlations,
   workoutTotals,
@@ -28,11 +28,11 @@ enum class Flaw {
   noNumbers,
   twelveHourStamps,
   otherElements,
-  // What stands before the first element is different.
+  // Flaws before the first element.
   brokenDocumentType,
   noExportDate,
   noMe,
-  // The archive is different.
+  // Flaws of the archive.
   otherNames,
   macTwins,
   storedEntry,
@@ -40,7 +40,7 @@ enum class Flaw {
   zip64,
   cdaBeside,
   otherFiles,
-  // No reader can read, or should read, what comes of these.
+  // Flaws that make the export unreadable, or unsafe to read.
   entityBomb,
   cdaAlone,
   cutOff,
@@ -51,16 +51,16 @@ enum class Flaw {
   otherEncoding,
 };
 
-/// What a flaw changes. Records: elements of the XML. Document: what stands around them. Archive:
-/// the files, so that it takes an archive.
+/// The part that a flaw changes. Records: elements of the XML. Document: the XML around them.
+/// Archive: the files; such a flaw needs an archive.
 enum class FlawKind { records, document, archive };
 
 struct FlawRow {
   Flaw flaw;
   std::string_view name;  ///< on the command line
-  Phrase text;            ///< what is found in the export, in one line
+  Phrase text;            ///< the effect on the export, in one line
   FlawKind kind;
-  bool readable;  ///< a good reader takes the whole export all the same
+  bool readable;  ///< a good reader still imports the whole export
 };
 
 using FlawSet = std::set<Flaw>;
@@ -72,16 +72,16 @@ std::span<const FlawRow> rows();
 
 const FlawRow& rowOf(Flaw flaw);
 
-/// The flaw of that name; `nullopt` when there is none.
+/// The flaw with that name; `nullopt` when there is none.
 std::optional<Flaw> named(std::string_view name);
 
-/// All flaws with which an export stays readable. An export that is XML alone has none of archives.
+/// All flaws that leave an export readable. For a plain XML export, those of archives are omitted.
 FlawSet readable(bool isArchive);
 
-/// The names of `flaws`, ", " between them.
+/// The names of `flaws`, separated by ", ".
 std::string names(const FlawSet& flaws);
 
-/// A line for every flaw, ending in a line feed: its name and what it is.
+/// One line per flaw, each ending in a line feed: its name and its effect.
 std::string list(SummaryLang lang);
 
 }  // namespace Flaws

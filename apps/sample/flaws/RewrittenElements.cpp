@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::string_view statistics = "  <WorkoutStatistics ";
 
-/// The second stamp of each WorkoutStatistics gets the name of the first.
+/// Renames the second stamp of each WorkoutStatistics to the name of the first.
 void repeatStarts(std::string& element) {
   constexpr std::string_view end = " endDate=";
   for (std::size_t at = element.find(statistics); at != std::string::npos;
@@ -19,7 +19,7 @@ void repeatStarts(std::string& element) {
   }
 }
 
-/// Puts `first` at the start and `last` at the end of the attribute's value, where it has one.
+/// Adds `first` at the start and `last` at the end of the attribute's value, if it exists.
 void frame(std::string& element, std::string_view attribute, std::string_view first,
            std::string_view last) {
   const std::string opening = " " + std::string(attribute) + "=\"";
@@ -30,7 +30,7 @@ void frame(std::string& element, std::string_view attribute, std::string_view fi
   element.insert(value, first);
 }
 
-/// Tells the statistics of the workout once more, as those of the only activity in it.
+/// Repeats the statistics of the workout as those of its only activity.
 void addActivity(std::string& element) {
   const std::size_t begin = element.find(statistics);
   if (begin == std::string::npos) return;
@@ -40,7 +40,7 @@ void addActivity(std::string& element) {
   element.insert(end, activity);
 }
 
-/// Gives the device the address that the phone's memory has for it at that moment.
+/// Replaces the device's address with a memory address, as phones write it.
 void readdress(std::string& element, Random& random) {
   constexpr std::string_view before = "HKDevice: 0x";
   const std::size_t found = element.find(before);
@@ -55,7 +55,7 @@ void readdress(std::string& element, Random& random) {
   element.replace(begin, end - begin, digits.data(), static_cast<std::size_t>(last - &digits[0]));
 }
 
-/// One element in this many is met by a flaw that not all of them have.
+/// The share of elements with a flaw that only some elements have.
 constexpr double share = 1.0 / 16;
 
 }  // namespace

@@ -1,5 +1,5 @@
 #pragma once
-// Elements of the clean export, written in the ways of flawed ones.
+// Elements of the clean export, rewritten with flaws.
 
 #include "sample/flaws/Flaws.h"
 #include "sample/life/Random.h"
@@ -7,14 +7,14 @@
 #include <cstdint>
 #include <string>
 
-/// Writes elements in other words. What they say stays the same, to a reader who knows the flaws.
+/// Rewrites elements. Their meaning stays the same for a reader that knows the flaws.
 class RewrittenElements {
 public:
-  /// Which elements a flaw meets follows from `seed`, and from no other flaw.
+  /// `seed` alone decides which elements get a flaw; other flaws have no influence.
   RewrittenElements(const FlawSet& flaws, std::uint64_t seed);
 
-  /// `element`, a whole one of the root with its line feed, as the flaws make it: the same, other
-  /// words for it, or several elements.
+  /// `element`, a whole element of the root with its line feed, with the flaws: unchanged,
+  /// rewritten, or several elements.
   std::string rewritten(std::string element);
 
 private:

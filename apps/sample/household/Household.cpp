@@ -20,18 +20,18 @@ void refuseExisting(const std::filesystem::path& path) {
   throw ReceiverError(path.string() + " exists already, and a data root is never written over");
 }
 
-/// The statistics of a phone alone are left unbuilt, as by a receiver from before there were any.
+/// For a phone without a watch the statistics stay unbuilt, as an old receiver leaves them.
 RecordWriter::Statistics statisticsOf(const Person& person) {
   return person.kind == Person::Kind::phoneAlone ? RecordWriter::Statistics::missing
                                                  : RecordWriter::Statistics::built;
 }
 
-/// Writes people's databases, the way the options want it.
+/// Writes the members' databases according to the options.
 class Writing {
 public:
   Writing(std::ostream& report, Progress& progress) : report(report), progress(progress) {}
 
-  /// As the receiver application leaves the database.
+  /// Writes the database as the receiver application does.
   void received(const Person& person, const HistoryOptions& life,
                 const std::filesystem::path& database) {
     write(person, database, [&](RecordWriter& writer) {
@@ -40,7 +40,8 @@ public:
     });
   }
 
-  /// As an import of the person's export leaves it. Returns the history's first day, if any.
+  /// Writes the database as an import of the person's export does. Returns the history's first day,
+  /// if any.
   std::optional<std::string> imported(const Person& person, const HistoryOptions& life,
                                       const std::filesystem::path& database) {
     std::optional<std::string> first;
@@ -99,7 +100,7 @@ void writeHousehold(const Options& options, CivilDay today, std::ostream& report
       writing.received(person, life, database);
       roster.members.push_back(memberOf(person, roster.members.size(), life, database));
     }
-    life.records.reset();  // the wish is for the first member alone
+    life.records.reset();  // the requested count is for the first member only
   }
   writeRoster(rosterPath, roster);
 }

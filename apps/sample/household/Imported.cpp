@@ -8,7 +8,7 @@ void Imported::note(Stamp start) {
 
 namespace {
 
-/// Brings a number of another unit to the one that an import stores for its type.
+/// Converts a value to the unit that an import stores for its type.
 void convert(Sample& sample) {
   auto* number = std::get_if<Decimal>(&sample.value);
   if (number == nullptr) return;

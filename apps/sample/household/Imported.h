@@ -1,5 +1,5 @@
 #pragma once
-// A life as it reaches a database by way of the Health app's export.
+// A life as an import of the Health app's export stores it.
 
 #include "sample/life/Calendar.h"
 #include "sample/life/Sample.h"
@@ -7,14 +7,14 @@
 #include <optional>
 #include <string>
 
-/// Hands on what an import makes of an export. Nearly all comes through as it was told. What does
-/// not: every stamp shows its moment on the clocks of the member's home, journeys included, and
-/// every record has its calendar day there; each quantity has one unit, so lengths of the Distance
-/// types are in kilometres and all energy in kilocalories; and the humidity of a workout is a
-/// number of the export's own form ("xml_percent"), or nothing when it had no number.
+/// Passes a life on with the changes of an export and its import. Most data is unchanged, with
+/// three exceptions. Every stamp is at the offset of the member's home, also during journeys, and
+/// every record has its calendar day there. Each quantity has one unit: lengths of the Distance
+/// types are in kilometres and all energy is in kilocalories. The humidity of a workout is a number
+/// in the export's form ("xml_percent"), or absent when there was no number.
 class Imported final : public RecordSink {
 public:
-  /// `home` is the member's time zone. `sink` outlives this.
+  /// `home` is the member's time zone. `sink` must outlive this object.
   Imported(RecordSink& sink, Zone home) : sink(sink), home(home) {}
 
   void add(const Sample& sample) override;

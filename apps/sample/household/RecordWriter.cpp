@@ -19,11 +19,11 @@ RecordWriter::RecordWriter(Database& database, Progress& progress)
           " VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")),
       insertHumidity(
           database.prepare("INSERT INTO workout_humidity (workout_id, data) VALUES (?, ?)")) {
-  // Nobody reads the file before the roster names it, and the roster comes last: a crash costs
-  // nothing but another run.
+  // The roster is written last, so nobody reads the file before. A crash costs only another run.
   run("PRAGMA synchronous=OFF");
   run("PRAGMA journal_mode=MEMORY");  // a write-ahead log would write everything twice
-  // Every type and source grows at a place of its own in the indexes; their pages stay in memory.
+  // Every type and source inserts at its own place in the indexes. The cache keeps their pages in
+  // memory.
   run("PRAGMA cache_size=-65536");
   run("BEGIN");
 }
@@ -32,7 +32,7 @@ void RecordWriter::run(const char* sql) { database.prepare(sql).run(); }
 
 namespace {
 
-/// NULL for what has no text.
+/// Binds NULL for an empty text.
 void bindOrNull(Statement& statement, int position, std::string_view text) {
   if (text.empty()) {
     statement.bindNull(position);
@@ -125,9 +125,9 @@ void RecordWriter::finish(Statistics statistics) {
     insertCounts("INSERT INTO stat_types (type, n, last) VALUES (?, ?, ?)", types);
     insertCounts("INSERT INTO stat_sources (source_name, n, last) VALUES (?, ?, ?)", sources);
   } else {
-    // A new file has its statistics marked as complete; those of its records are not.
+    // The statistics of a new file are marked as complete. They are not complete for its records.
     run("DELETE FROM stat_meta WHERE k = 'built'");
   }
   run("COMMIT");
-  run("PRAGMA journal_mode=WAL");  // as the receiver keeps it
+  run("PRAGMA journal_mode=WAL");  // like the receiver
 }

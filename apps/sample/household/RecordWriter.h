@@ -1,5 +1,5 @@
 #pragma once
-// Writes a life into a member's database, as the receiver application would.
+// Writes a life into a member's database, like the receiver application.
 
 #include "sample/Progress.h"
 #include "sample/life/Sample.h"
@@ -10,23 +10,23 @@
 #include <string>
 #include <string_view>
 
-/// Inserts into a writable database, in transactions of many rows. Failures leave as ReceiverError.
+/// Inserts into a writable database, in transactions of many rows. Failures throw ReceiverError.
 class RecordWriter final : public RecordSink {
 public:
-  /// Whether the tables of statistics are left as a receiver leaves them after its run, or as an
-  /// older one that never built them.
+  /// Whether the statistics tables are complete, or empty as an older receiver leaves them.
   enum class Statistics { built, missing };
 
-  /// Begins writing. `database` is new and empty; both outlive the writer.
+  /// Begins the first transaction. `database` must be new and empty; `database` and `progress` must
+  /// outlive the writer.
   RecordWriter(Database& database, Progress& progress);
 
   void add(const Sample& sample) override;
   void add(const Workout& workout) override;
 
-  /// Notes the name of the zone that an import put all stamps in, where the next one looks for it.
+  /// Stores the name of the zone of all stamps, where the next import looks for it.
   void noteImportZone(std::string_view name);
 
-  /// Writes what remains. The writer takes nothing more.
+  /// Writes the rest. The writer must not be used afterwards.
   void finish(Statistics statistics);
 
   std::int64_t records() const { return recordCount; }
@@ -48,7 +48,7 @@ private:
   Statement insertSample;
   Statement insertWorkout;
   Statement insertHumidity;
-  const char* boundType = nullptr;  ///< in `insertSample`: neighbours share type and source
+  const char* boundType = nullptr;  ///< bound in `insertSample`: neighbours share type and source
   const Source* boundSource = nullptr;
   Counts types;
   Counts sources;

@@ -18,7 +18,7 @@ namespace {
 
 constexpr double dayLength = 86400;
 
-/// 32 hexadecimal digits that look like a device's token and open nothing.
+/// 32 hexadecimal digits in the form of a device's token, without any access rights.
 std::string tokenOf(const Person& person, std::uint64_t seed, std::string_view device) {
   Random random = Random(seed).fork(person.id).fork("token").fork(device);
   char digits[33];
@@ -32,7 +32,7 @@ std::string tokenOf(const Person& person, std::uint64_t seed, std::string_view d
 
 using AppleFormat::dayText;
 
-/// A phone with everything known about it, and the one it replaced, of which little is.
+/// A phone with all fields, and its predecessor with few.
 std::vector<PairedDevice> phonesOf(const Person& person, const HistoryOptions& options,
                                    double sync) {
   const std::string first = dayText(firstDay(person, options));
@@ -62,7 +62,7 @@ PairedDevice onlyPhoneOf(const Person& person, const HistoryOptions& options, do
           .key = std::nullopt};
 }
 
-/// Ann's history is complete; that of later members with a watch is still on its way.
+/// Ann's history is complete; that of later members with a watch is still coming in.
 BackfillState backfillWithWatch(const Person& person, std::size_t position,
                                 const HistoryOptions& options) {
   const CivilDay first = firstDay(person, options);
@@ -78,7 +78,8 @@ BackfillState backfillWithWatch(const Person& person, std::size_t position,
           .completeFrom = dayText(AppleFormat::daysAfter(first, 30))};
 }
 
-/// Ben's phone came before backfills were kept track of; later phones have finished theirs.
+/// Ben's phone has no backfill state, like phones paired before it was recorded; later phones have
+/// finished their backfill.
 std::optional<BackfillState> backfillOfPhone(std::size_t position) {
   if (position == 1) return std::nullopt;
   return BackfillState{.frontier = std::nullopt,

@@ -8,8 +8,8 @@ constexpr std::optional<bool> indoor = true;
 constexpr std::optional<bool> outdoor = false;
 constexpr std::optional<bool> unrecorded = std::nullopt;
 
-// Their number has no divisor in common with that of the humidity forms, so that in time every kind
-// meets every form.
+// The number of kinds and the number of humidity forms have no common divisor, so every pair occurs
+// eventually.
 constexpr std::array<Activity, 13> table{{
     {"Running", outdoor, 9.6, 10.5, 156, 60, 9.8, true, true, true},
     {"TraditionalStrengthTraining", indoor, 0, 5.5, 118, 0, 5, true, false, false},

@@ -11,13 +11,14 @@ std::int64_t dayNumber(CivilDay day) {
   return std::chrono::sys_days{day}.time_since_epoch().count();
 }
 
-/// The day before which `moment` rounds down, also before 1970.
+/// Whole days since 1970, rounded down, also before 1970.
 std::int64_t flooredDays(std::int64_t seconds) {
   return seconds / dayLength - (seconds % dayLength < 0 ? 1 : 0);
 }
 
-/// Whether New York's clocks are an hour ahead: from 2:00 standard time (7:00 UTC) on the second
-/// Sunday of March to 2:00 summer time (6:00 UTC) on the first Sunday of November.
+/// Whether New York has summer time at `moment`. Summer time begins at 2:00 standard time (7:00
+/// UTC) on the second Sunday of March and ends at 2:00 summer time (6:00 UTC) on the first Sunday
+/// of November.
 bool isSummerInNewYork(std::int64_t moment) {
   using namespace std::chrono;
   const CivilDay day{sys_days{days{flooredDays(moment)}}};
@@ -42,8 +43,8 @@ Stamp stampIn(Zone zone, std::int64_t moment) { return {moment, offsetAt(zone, m
 
 Stamp midnight(Zone zone, CivilDay day) {
   const std::int64_t wall = dayNumber(day) * dayLength;
-  // The clocks change at two in the morning, so the offset at the midnight of standard time, which
-  // is at most an hour late, is the offset of midnight itself.
+  // Clocks change at 2:00. Midnight in standard time is at most one hour after the actual midnight,
+  // so both have the same offset.
   const std::int64_t standard = wall - (zone == Zone::shanghai ? 8 * hour : -5 * hour);
   const int offset = offsetAt(zone, standard);
   return {wall - offset, offset};

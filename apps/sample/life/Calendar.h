@@ -1,5 +1,5 @@
 #pragma once
-// The two time zones in which the household lives.
+// The two time zones of the household.
 
 #include "platform/AppleFormat.h"
 #include "platform/Stamp.h"
@@ -7,17 +7,17 @@
 #include <cstdint>
 #include <string_view>
 
-/// The time of a place. The household needs no more than these two, and computes both itself: the
-/// same days come out on a machine without zone files.
+/// A time zone. The program computes the only two itself, so that a machine without zone files
+/// produces the same days.
 enum class Zone {
   shanghai,  ///< +0800 all year
   newYork,   ///< -0500; -0400 from the second Sunday of March to the first of November
 };
 
-/// What the world calls the zone: "Asia/Shanghai".
+/// The zone's common name: "Asia/Shanghai".
 std::string_view nameOf(Zone zone);
 
-/// `moment` as the clocks of `zone` show it.
+/// `moment` with its offset in `zone`.
 Stamp stampIn(Zone zone, std::int64_t moment);
 
 /// The start of `day` in `zone`.

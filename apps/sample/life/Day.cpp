@@ -25,17 +25,17 @@ constexpr month_day on(unsigned monthNumber, unsigned day) {
   return {month{monthNumber}, std::chrono::day{day}};
 }
 
-// Two weeks that contain the end of New York's summer time, so the journey meets both offsets.
+// These two weeks contain the end of New York's summer time, so the journey has both offsets.
 constexpr month_day departure = on(10, 27);
 constexpr month_day homecoming = on(11, 10);
 
-/// The day of the flight home begins before the day before it has ended. Everything is switched
-/// off, so that no moment is recorded twice.
+/// The day of the flight home overlaps the day before. All devices are off, so that no moment is
+/// recorded twice.
 bool isFlightHome(const Person& person, CivilDay date) {
   return person.journeys && monthAndDay(date) == homecoming;
 }
 
-/// A week in which the watch is at the shop.
+/// A week without the watch, which is in repair.
 bool isInRepair(CivilDay date) { return isBetween(date, on(2, 10), on(2, 16)); }
 
 bool isWeekend(CivilDay date) {

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int hour = 3600;
 
-/// Lets pass what had ended when the phone last synced.
+/// Passes on only what had ended at the phone's last sync.
 class UntilSync final : public RecordSink {
 public:
   UntilSync(RecordSink& sink, Stamp sync) : sink(sink), sync(sync) {}
@@ -38,8 +38,8 @@ public:
   std::int64_t samples = 0;
 };
 
-/// Tells what happened on `date`, which `sessions` sessions of training came before; counts them
-/// on.
+/// Generates the records of `date`. `sessions` is the number of training sessions before it, and is
+/// updated.
 void tellDay(const Person& person, const HistoryContext& context, CivilDay date, int& sessions,
              RecordSink& sink) {
   const Day day = dayOf(person, context, date, sessions);
@@ -52,7 +52,7 @@ void tellDay(const Person& person, const HistoryContext& context, CivilDay date,
   if (day.session) ++sessions;
 }
 
-/// A weight that was typed in with a date nine days ahead.
+/// A weight that was entered with a date nine days in the future.
 void tellMisdated(const Person& person, CivilDay today, RecordSink& sink) {
   if (!person.devices.byHand) return;
   const Stamp moment = midnight(person.home, AppleFormat::daysAfter(today, 9)).after(8 * hour);
@@ -76,8 +76,8 @@ std::int64_t samplesAt(double density, const Person& person, HistoryContext cont
   return counter.samples;
 }
 
-/// The density at which the history has about `wanted` samples. Up to the natural one everything
-/// becomes rarer by the same factor; beyond it the bulk alone becomes denser, in proportion.
+/// The density at which the history has about `wanted` samples. Below the natural density, all
+/// samples become rarer by the same factor. Above it, only the bulk becomes denser, in proportion.
 double densityFor(std::int64_t wanted, const Person& person, HistoryContext context, Stamp sync) {
   const auto natural = static_cast<double>(samplesAt(1, person, context, sync));
   const auto target = static_cast<double>(wanted);
@@ -89,7 +89,7 @@ double densityFor(std::int64_t wanted, const Person& person, HistoryContext cont
 }  // namespace
 
 CivilDay firstDay(const Person& person, const HistoryOptions& options) {
-  // Short enough to be taken for a history that is still coming in.
+  // Short enough to count as a history that is still coming in.
   constexpr int daysOfPhone = 380;
   if (person.kind != Person::Kind::watchAndPhone) {
     return AppleFormat::daysBefore(options.today, daysOfPhone);

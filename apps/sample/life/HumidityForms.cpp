@@ -62,7 +62,7 @@ std::span<const HumidityForm> humidityForms() {
 
 namespace {
 
-/// How many of the exported unit one of the reading's own is.
+/// The factor from the reading's own unit to the exported unit.
 double exportedScale(const WorkoutHumidity& reading) {
   if (reading.encoding == "xml_percent") return 1;
   return reading.encoding.find("fraction") == std::string::npos ? 100 : 10000;

@@ -1,5 +1,5 @@
 #pragma once
-// The ways in which a workout's humidity has reached databases over the years.
+// The forms of a workout's humidity in databases over the years.
 
 #include "sample/life/Sample.h"
 #include "workouts/Workouts.h"
@@ -7,15 +7,15 @@
 #include <optional>
 #include <span>
 
-/// One way: a reading of its own, the old percentage column, both, or nothing.
+/// One form: a separate reading, the old percentage column, both, or nothing.
 struct HumidityForm {
   std::optional<WorkoutHumidity> reading;
   std::optional<double> column;
 };
 
-/// Every way there is, each status of WorkoutHumidity among them.
+/// All forms; every status of WorkoutHumidity occurs among them.
 std::span<const HumidityForm> humidityForms();
 
 /// The workout's humidity as the Health app exports it, in hundredths of a percent: "5500" for 55
-/// percent. Absent without a number. What form it had in the database is lost on the way.
+/// percent. Absent without a number. The export does not preserve the form in the database.
 std::optional<Decimal> exportedHumidity(const WorkoutEntry& workout);

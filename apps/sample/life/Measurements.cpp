@@ -6,7 +6,7 @@
 
 namespace {
 
-/// A number with its habits.
+/// A random quantity and its distribution.
 struct Quantity {
   double mean;
   double spread;
@@ -14,15 +14,15 @@ struct Quantity {
   int places;
 };
 
-/// Something that is measured, or that happens, at about the same hours.
+/// A measurement or an event at about the same hours.
 struct Measurement {
   std::string_view type;
   std::string_view unit;
   DeviceOf device;
-  double perDay;  ///< below 1: the chance of a day
+  double perDay;  ///< below 1: the probability per day
   int fromHour;
   int toHour;
-  int minutes;  ///< that one sample lasts
+  int minutes;  ///< duration of one sample
   std::variant<Quantity, std::string_view> value;
 };
 
@@ -33,7 +33,7 @@ constexpr std::string_view stood = "HKCategoryValueAppleStandHourStood";
 constexpr std::string_view idle = "HKCategoryValueAppleStandHourIdle";
 constexpr std::string_view notApplicable = "HKCategoryValueNotApplicable";
 
-// Fractions keep the unit "%" that Apple writes next to them: 0.97 is 97 percent.
+// Fractions have the unit "%" in Apple's data: 0.97 is 97 percent.
 const std::array measurements{
     Measurement{"RestingHeartRate", "count/min", watch, 0.95, 21, 22, 0, Quantity{62, 2, -5, 0}},
     Measurement{
@@ -102,7 +102,7 @@ std::variant<Decimal, std::string_view> valueOf(const Measurement& measurement, 
   return std::get<std::string_view>(measurement.value);
 }
 
-/// Each sample has a slot of the hours to itself, so that no two begin at the same second.
+/// Each sample has its own slot of the hours, so that no two begin in the same second.
 void tell(const Measurement& measurement, const Day& day, const Source& source, RecordSink& sink) {
   Random random = day.random.fork(measurement.type).fork(source.name).fork(measurement.unit);
   constexpr int hour = 3600;

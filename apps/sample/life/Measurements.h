@@ -1,8 +1,8 @@
 #pragma once
-// What is measured once or a few times a day, or once in a blue moon.
+// Measurements that occur once or a few times a day, or rarely.
 
 #include "sample/life/Day.h"
 #include "sample/life/Sample.h"
 
-/// Tells everything of the day that is neither counted up, nor pulse, sleep, scale or training.
+/// Passes on the day's measurements other than movement, pulse, sleep, weighing and training.
 void tellMeasurements(const Day& day, RecordSink& sink);

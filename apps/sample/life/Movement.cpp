@@ -12,16 +12,16 @@ namespace {
 constexpr int hour = 3600;
 constexpr int dayLength = 86400;
 
-/// One type that one device adds up through the day.
+/// One cumulative type of one device.
 struct Stream {
   std::string_view type;
   std::string_view unit;
   DeviceOf device;
-  double samples;  ///< a day, at natural density
-  double total;    ///< of an average day
+  double samples;  ///< per day, at natural density
+  double total;    ///< on an average day
   int places;
-  bool bulk;    ///< gets denser with the history
-  bool allDay;  ///< goes on while asleep, and regardless of how active the day is
+  bool bulk;    ///< becomes denser with the history
+  bool allDay;  ///< continues during sleep, independent of the day's activity
 };
 
 constexpr auto watch = &Devices::watch;
@@ -42,7 +42,7 @@ constexpr std::array<Stream, 12> streams{{
     {"TimeInDaylight", "min", watch, 3, 48, 0, false, false},
 }};
 
-/// How lively the hours of a day are, 1 on average over the waking ones.
+/// The activity of each hour of a day; the mean over the waking hours is 1.
 constexpr std::array<double, 24> liveliness{0.1, 0.1, 0.1, 0.1, 0.1, 0.3, 0.7, 1.3,
                                             1.5, 0.8, 0.7, 0.8, 1.3, 0.9, 0.7, 0.7,
                                             0.9, 1.4, 1.7, 1.4, 1.0, 0.7, 0.5, 0.3};
@@ -51,8 +51,8 @@ double livelinessAt(int second) {
   return liveliness[static_cast<std::size_t>(second / hour) % liveliness.size()];
 }
 
-/// Each sample has a slot of the day to itself and begins in the first half of it, so that no two
-/// samples of a stream begin at the same second.
+/// Each sample has its own slot of the day and begins in the first half of it. So no two samples of
+/// a stream begin in the same second.
 void tell(const Stream& stream, const Day& day, const Source& source, RecordSink& sink) {
   Random random = day.random.fork(stream.type).fork(source.name);
   const int from = stream.allDay ? 0 : day.wake;

@@ -8,14 +8,14 @@
 
 namespace {
 
-// Phones set names with the typographic apostrophe, and some put a no-break space where one would
-// type a blank: two texts that look alike are not the same source.
+// Phones use the typographic apostrophe in names, and some use a no-break space instead of a blank.
+// Two such texts look alike but are different sources.
 constexpr std::string_view possessive = "\u2019s ";
 constexpr std::string_view noBreakSpace = "\u00a0";
 
 constexpr int hour = 3600;
 
-/// `name` and a number of two digits: "ann-01".
+/// `name` and a two-digit number: "ann-01".
 std::string idOf(std::string_view name, int number) {
   std::string id(name);
   for (char& letter : id)
@@ -74,8 +74,7 @@ constexpr std::array furtherNames = std::to_array<std::string_view>(
     {"Clara", "David", "Emma", "Felix", "Grace", "Henry", "Ida", "Jonas", "Karin"});
 static_assert(furtherNames.size() + 3 == largestHousehold, "everybody has a name of one's own");
 
-/// Ann leaves the nights to her watch: what two sources say of the same sleep is added up, and
-/// hers are to be believable.
+/// Only Ann's watch records her sleep: sleep of two sources is summed, and hers must be plausible.
 Person ann() {
   Person person = withWatchAndPhone("Ann", 1);
   person.phoneNoticesSleep = false;

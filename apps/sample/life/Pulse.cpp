@@ -7,11 +7,11 @@ namespace {
 constexpr int hour = 3600;
 constexpr int dayLength = 86400;
 
-/// The watch lies on its charger for an hour of the evening.
+/// The watch charges for one hour in the evening.
 bool isCharging(int second) { return second >= 21 * hour && second < 22 * hour; }
 
 double usualRate(const Day& day, int second) {
-  const double fitness = -5 * day.age;  // training shows over the years
+  const double fitness = -5 * day.age;  // training lowers the pulse over the years
   if (second < day.wake || second >= day.bed) return 58 + fitness;
   return (second < 11 * hour ? 74 : 79) + fitness;
 }

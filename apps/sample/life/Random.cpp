@@ -2,14 +2,14 @@
 
 namespace {
 
-/// Spreads every bit of `number` over all 64.
+/// Distributes every bit of `number` over all 64 bits.
 std::uint64_t mixed(std::uint64_t number) {
   number = (number ^ (number >> 30)) * 0xBF58476D1CE4E5B9ULL;
   number = (number ^ (number >> 27)) * 0x94D049BB133111EBULL;
   return number ^ (number >> 31);
 }
 
-/// Steps through all 64-bit numbers before it repeats one.
+/// An increment that visits all 64-bit numbers before it repeats one.
 constexpr std::uint64_t stride = 0x9E3779B97F4A7C15ULL;
 
 }  // namespace
@@ -44,6 +44,6 @@ bool Random::chance(double probability) { return uniform() < probability; }
 
 double Random::bell(double mean, double spread) {
   const double sum = uniform() + uniform() + uniform() + uniform();
-  constexpr double unitSpread = 1.7320508075688772;  // four uniforms vary by 1 / this
+  constexpr double unitSpread = 1.7320508075688772;  // 1 / standard deviation of the sum
   return mean + spread * unitSpread * (sum - 2);
 }

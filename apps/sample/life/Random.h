@@ -1,19 +1,17 @@
 #pragma once
-// Chance that is the same everywhere: a household must not depend on the library that rolls the
-// dice.
+// Random numbers that are the same on every platform: standard libraries differ.
 
 #include <cstdint>
 #include <string_view>
 
-/// A stream of numbers that follows from its seed alone. Only integer arithmetic and exact scaling,
-/// so every compiler and library draws the same.
+/// A stream of random numbers, determined by its seed. Uses only integer arithmetic and exact
+/// scaling, so every compiler and library produces the same numbers.
 class Random {
 public:
   explicit Random(std::uint64_t seed) : state(seed) {}
 
-  /// A stream of its own for one subject. Depends on what this stream was made of and on the
-  /// subject, not on how much is drawn elsewhere: adding a habit leaves every other habit as it
-  /// was.
+  /// A separate stream for one subject. It depends on this stream's seed and on the subject, not on
+  /// the number of draws elsewhere. So a new habit does not change any other habit.
   Random fork(std::string_view subject) const;
   Random fork(std::uint64_t subject) const;
 
@@ -22,8 +20,8 @@ public:
   int whole(int low, int high);             ///< in [low, high], both included
   bool chance(double probability);
 
-  /// Around `mean` with standard deviation `spread`, never more than 3.5 spreads away: bodies do
-  /// not have the outliers of a true normal distribution.
+  /// A value around `mean` with standard deviation `spread`, at most 3.5 spreads away: body
+  /// measurements do not have the outliers of a true normal distribution.
   double bell(double mean, double spread);
 
   std::uint64_t next();

@@ -18,7 +18,7 @@ Decimal Decimal::nearest(double value, int places) {
 }
 
 double Decimal::number() const {
-  // Both are whole and below 2^53, so the quotient is the double nearest to the decimal text.
+  // Both are whole numbers below 2^53, so the quotient is the double nearest to the decimal text.
   return static_cast<double>(digits) / static_cast<double>(scaleOf(places));
 }
 

@@ -1,5 +1,5 @@
 #pragma once
-// What a life leaves behind on phones and watches, before anybody decides how to write it down.
+// The records of a life on phones and watches, independent of the output format.
 
 #include "sample/life/Calendar.h"
 #include "workouts/Workouts.h"
@@ -10,61 +10,60 @@
 #include <string_view>
 #include <variant>
 
-/// Where samples come from.
+/// The source of samples.
 struct Source {
   std::string name;
-  std::string device;        ///< the hardware as Apple Health spells it; "" when there is none
-  std::string version = {};  ///< of its software; "" when it gives none
-  int delaySeconds = 0;      ///< how long after its end a sample is filed
+  std::string device;        ///< the hardware in Apple Health's form; "" when there is none
+  std::string version = {};  ///< of its software; "" when it has none
+  int delaySeconds = 0;      ///< from the end of a sample until it is filed
 
   bool operator==(const Source&) const = default;
 };
 
-/// A number as it is written: `digits` divided by ten to the `places`. Keeps a value's text and its
-/// number the same on every machine.
+/// A decimal number: `digits` divided by ten to the power of `places`. Its text and its number are
+/// the same on every machine.
 struct Decimal {
   std::int64_t digits = 0;
   int places = 0;
 
-  /// `value` to the nearest of `places` decimals.
+  /// `value` rounded to `places` decimals.
   static Decimal nearest(double value, int places);
 
   double number() const;
-  std::string text() const;  ///< shortest: "0.97", "72", "-1.5"
+  std::string text() const;  ///< shortest form: "0.97", "72", "-1.5"
 
   bool operator==(const Decimal&) const = default;
 };
 
-/// One sample. Texts and the source outlive it: it is handed on, not kept.
+/// One sample. Its texts and its source must outlive it: it is passed on, not stored.
 struct Sample {
   std::string_view type;  ///< without Apple's prefix: "HeartRate"
   const Source* source = nullptr;
   std::string_view unit;  ///< "" when it has none
   Stamp start;
   Stamp end;
-  std::variant<Decimal, std::string_view> value;  ///< a quantity, or a category's name
-  bool dated = true;  ///< false for those that an old importer left without a calendar day
-  std::optional<Stamp> filed = {};  ///< absent: the source's delay after the end, on its clocks
+  std::variant<Decimal, std::string_view> value;  ///< a quantity, or the name of a category
+  bool dated = true;  ///< false for samples that an old importer left without a calendar day
+  std::optional<Stamp> filed = {};  ///< absent: the source's delay after the end, at its offset
 
-  /// When the phone filed the sample.
+  /// The time when the phone filed the sample.
   Stamp created() const { return filed.value_or(end.after(source->delaySeconds)); }
 };
 
-/// One workout, its texts as they are to be stored. A humidity reading in `entry.humidity` is what
-/// a phone reported; one in `entry.humidity_pct` is the percentage that older imports kept.
+/// One workout; its texts are as they will be stored. `entry.humidity` is the reading of a phone.
+/// `entry.humidity_pct` is the percentage of older imports.
 struct Workout {
   WorkoutEntry entry;
-  const Source* source = nullptr;  ///< of that name; outlives the workout
+  const Source* source = nullptr;  ///< of the same name; outlives the workout
   Stamp start;
   Stamp end;
-  std::optional<Stamp> filed = {};  ///< absent: a minute after the end, on its clocks
+  std::optional<Stamp> filed = {};  ///< absent: a minute after the end, at the end's offset
 
-  /// When the phone filed the workout.
+  /// The time when the phone filed the workout.
   Stamp created() const { return filed.value_or(end.after(60)); }
 };
 
-/// Takes what happened, in the order in which it is told. How it is written down is the sink's
-/// affair.
+/// Receives the generated samples and workouts in order, and decides their output format.
 class RecordSink {
 public:
   virtual ~RecordSink() = default;

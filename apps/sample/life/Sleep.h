@@ -1,10 +1,10 @@
 #pragma once
-// The night that follows a day.
+// The night after a day.
 
 #include "sample/life/Day.h"
 #include "sample/life/Sample.h"
 
-/// Tells the night: its stages from the watch, the time in bed from the phone, and now and then
-/// (always without a watch) the phone's own guess at the sleep, which overlaps the stages. Where
-/// the phone does not notice sleep, the watch tells the time in bed too, and nobody guesses.
+/// Passes on the night: sleep stages from the watch and the time in bed from the phone. Sometimes,
+/// and always without a watch, the phone adds its own estimate, which overlaps the stages. If the
+/// phone does not record sleep, the watch records the time in bed, and there is no estimate.
 void tellNight(const Day& day, RecordSink& sink);

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// What a workout says of the heart rates inside it.
+/// The heart-rate summary of a workout.
 struct HeartRates {
   int count = 0;
   double sum = 0;
@@ -24,13 +24,13 @@ struct HeartRates {
   }
 };
 
-/// How a device follows the pulse through a session.
+/// The sampling of the pulse by a device during a session.
 struct Sampling {
   const Source* source;
   std::string_view unit;
   int fewestSeconds;  ///< between two samples
   int mostSeconds;
-  double unitless;  ///< the chance that a sample comes without its unit
+  double unitless;  ///< probability of a sample without its unit
 };
 
 HeartRates tellHeartRates(const Day& day, const Session& session, double target,
@@ -61,7 +61,7 @@ HeartRates tellHeartRates(const Day& day, const Session& session, double target,
   return rates;
 }
 
-/// A workout with nothing but when it was and what.
+/// A workout with only its times and its activity.
 Workout bareWorkout(const Day& day, const Session& session, const Activity& activity,
                     const Source& source) {
   Workout workout;
@@ -76,7 +76,7 @@ Workout bareWorkout(const Day& day, const Session& session, const Activity& acti
   return workout;
 }
 
-/// `value` to two decimals; nothing when it is not above 0.
+/// `value` with two decimals; absent when it is not positive.
 std::optional<double> recorded(double value) {
   if (value <= 0) return std::nullopt;
   return Decimal::nearest(value, 2).number();
@@ -108,7 +108,7 @@ void addHumidity(WorkoutEntry& entry, int number) {
   entry.humidity_pct = form.column;
 }
 
-/// The chest strap's own account: begun before the watch's and ended after it.
+/// The chest strap's samples and workout. They begin before the watch's and end after them.
 void tellChestStrap(const Day& day, const Session& session, const Activity& activity,
                     RecordSink& sink) {
   const Source* strap = day.source(&Devices::chestStrap);

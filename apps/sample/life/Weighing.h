@@ -1,9 +1,9 @@
 #pragma once
-// Stepping on the scale: several types from one moment and one weight.
+// Weighing: several types of the same moment and the same weight.
 
 #include "sample/life/Day.h"
 #include "sample/life/Sample.h"
 
-/// Tells the morning's weighing, on the days that have one. In the first third of the history the
-/// old scale knows the weight alone, and its importer left many calendar days out.
+/// Passes on the morning's weighing, on days with one. In the first third of the history the old
+/// scale measures only the weight, and its importer omitted many calendar days.
 void tellWeighing(const Day& day, RecordSink& sink);
