@@ -7,11 +7,11 @@
 
 namespace {
 
-// Worn by the household already, so that its list of sources stays as it is.
+// The household already has this source, so the list of sources does not change.
 constexpr const char* source = "Chest Strap";
 constexpr const char* device = "<<HKDevice: 0x3>, name:CS1>";
 
-/// The stamp `second` seconds after eight in the morning of `day`.
+/// The stamp `second` seconds after 8:00 on `day`.
 std::string stampAt(const char* day, int second) {
   constexpr int firstHour = 8;
   std::array<char, 64> text{};
@@ -54,7 +54,7 @@ void addSamples(const HealthStore& store, const AddedWorkout& workout) {
   }
 }
 
-/// The statistics go on counting every record.
+/// Keeps the statistics complete.
 void addToStatistics(const HealthStore& store, const AddedWorkout& workout) {
   const std::int64_t count = workout.samples;
   const std::string last = stampAt(workout.day, workout.samples - 1);
@@ -91,7 +91,7 @@ void AddedWorkout::addOnce(const std::string& path, Logger& log) const {
   const HealthStore store(path, {.createIfMissing = false, .readOnly = false}, log);
   const WorkoutEntry workout = entry();
   if (isIn(store, workout)) return;
-  // A failure closes the store in the middle of the transaction, which undoes it.
+  // On failure the store closes within the transaction, which rolls it back.
   store.prepare("BEGIN").run();
   addWorkout(store, workout);
   addSamples(store, *this);

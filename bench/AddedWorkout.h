@@ -1,22 +1,22 @@
 #pragma once
-// Workouts with more heart-rate samples than the sample household ever takes.
+// Workouts with more heart-rate samples than the sample household generates.
 
 #include "platform/Logger.h"
 #include "workouts/Workouts.h"
 
 #include <string>
 
-/// A workout from eight in the morning on, with a heart-rate sample every second to its end.
+/// A workout that starts at 8:00, with a heart-rate sample every second until its end.
 struct AddedWorkout {
   const char* activity;
   const char* day;  ///< "yyyy-MM-dd"
   int samples;
 
-  /// The workout as a list of workouts shows it.
+  /// The workout as an entry of a workout list.
   WorkoutEntry entry() const;
 
-  /// Writes the workout and its samples into the database at `path`, unless it has them already.
-  /// Failures leave as ReceiverError and leave the file as it was.
+  /// Writes the workout and its samples into the database at `path`, unless it already contains
+  /// them. Failures throw ReceiverError and leave the file unchanged.
   void addOnce(const std::string& path, Logger& log) const;
 };
 
@@ -25,7 +25,8 @@ namespace AddedWorkouts {
 /// An hour among the household's own days.
 inline constexpr AddedWorkout hour{"Running", "2026-09-15", 3600};
 
-/// Many times the largest page, in a year of its own: it would weigh too much in a trend.
+/// Many times the size of the largest page. It has a year of its own, because it would distort a
+/// trend.
 inline constexpr AddedWorkout longest{"Hiking", "2010-06-01", 20000};
 
 }  // namespace AddedWorkouts

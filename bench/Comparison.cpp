@@ -12,7 +12,7 @@
 
 namespace {
 
-// How many times its baseline an answer may take.
+// The permitted ratio of an answer's time to its baseline.
 constexpr double seriesTarget = 1.5;
 constexpr double allHeartRateTarget = 1.2;
 constexpr double dayTarget = 2.5;
@@ -49,14 +49,14 @@ std::vector<std::string> yearsOf(Subject& subject) {
   return years;
 }
 
-/// The queries of an answer: those of its coverage notice, and its own.
+/// The queries of an answer: those of its coverage notice and its own.
 std::vector<BareQuery> withDays(Subject& subject, std::vector<BareQuery> own) {
   std::vector<BareQuery> queries = Floor::days(typesOf(subject));
   queries.insert(queries.end(), own.begin(), own.end());
   return queries;
 }
 
-/// The queries behind the heart rate of a workout: days that lie two days around it.
+/// The queries for the heart rate of a workout, over the days from two before to two after it.
 std::vector<BareQuery> heartRateRows(Subject& subject, const WorkoutEntry& workout) {
   const CivilDay day = AppleFormat::dayParser.parse(workout.start.substr(0, 10)).value();
   const auto shifted = [day](int count) {
@@ -97,7 +97,7 @@ std::vector<Comparison> seriesComparisons(Subject& subject) {
        .isOfRange = true}};
 }
 
-/// get_workouts, as text or as JSON. The baseline encodes the JSON of either.
+/// get_workouts, as text or as JSON. In both cases the baseline encodes the JSON.
 Comparison workoutList(Subject& subject, const std::string& format) {
   return {.what = "get_workouts, 90 days as " + format,
           .ours = tool(subject, "get_workouts", {{"format", format}}),

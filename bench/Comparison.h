@@ -1,5 +1,5 @@
 #pragma once
-// The rows of the table: calls, and what each may cost at most.
+// The rows of the table: calls and their permitted ratios.
 
 #include "Floor.h"
 #include "Subject.h"
@@ -11,16 +11,17 @@
 /// A call, and the baseline of its answer.
 struct Comparison {
   std::string what;
-  std::function<std::string()> ours;  ///< makes the call, returns its answer
+  std::function<std::string()> ours;  ///< makes the call and returns its answer
   std::vector<BareQuery> floor;
-  double target;  ///< times the baseline
+  double target;  ///< permitted ratio to the baseline
 
-  /// Whether the call is about a range of days, which takes as long however many others there are.
+  /// Whether the call is about a range of days. Its time must not depend on the number of other
+  /// days.
   bool isOfRange = false;
 
-  /// Makes the same answer as a JSON document, which the baseline then encodes; may be empty.
+  /// Makes the same answer as a JSON document for the baseline to encode; may be empty.
   std::function<std::string()> document = nullptr;
 };
 
-/// Every tool and the resource, asked about `subject`, which outlives them.
+/// Every tool and the resource, called for `subject`, which must outlive them.
 std::vector<Comparison> comparisons(Subject& subject);

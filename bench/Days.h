@@ -1,6 +1,5 @@
 #pragma once
-// The days that the measured calls ask about, in the life of the household that scripts/bench
-// makes.
+// The days of the measured calls, within the household that scripts/bench makes.
 
 namespace Days {
 

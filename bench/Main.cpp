@@ -1,10 +1,10 @@
-// Calls every tool on a large household, and the bare queries beside it:
+// Calls every tool on a large household and runs the bare queries for comparison:
 //
 //   larkspur_bench [benchmark options] <data root>
 //
-// The data root is one that scripts/bench makes. A benchmark is named "<what>/ours" or
-// "<what>/floor"; its counter "target" tells how many times the baseline, the floor, the tool may
-// take. With --benchmark_repetitions the medians are what counts.
+// scripts/bench makes the data root. A benchmark is named "<what>/ours" or "<what>/floor". Its
+// counter "target" is the permitted ratio of the tool to the baseline, the floor. With
+// --benchmark_repetitions the medians count.
 
 #include "AddedWorkout.h"
 #include "Comparison.h"
@@ -20,12 +20,12 @@
 
 namespace {
 
-/// How often a call is made between two looks at the clock: ten milliseconds of it, because the
-/// clock and the scheduler weigh too much in a shorter time.
+/// The number of calls in a batch of about ten milliseconds, 1 to 100. In a shorter time the clock
+/// and the scheduler have too much influence.
 template <typename Call>
 int batchOf(Call call) {
   using Milliseconds = std::chrono::duration<double, std::milli>;
-  call();  // reads from the disk what the others find in memory
+  call();  // fills the disk cache for the following calls
   const auto began = std::chrono::steady_clock::now();
   call();
   const Milliseconds took = std::chrono::steady_clock::now() - began;

@@ -1,5 +1,5 @@
 #pragma once
-// The household under test and its only member.
+// The measured household and its only member.
 
 #include "mcp/tools/Tools.h"
 #include "platform/Clock.h"
@@ -11,12 +11,12 @@
 #include <filesystem>
 #include <string>
 
-/// A data root with all that a call works with, on a clock that stands still at the last day of its
-/// records. The roster's failures leave as ReceiverError.
+/// A data root with everything a call needs. Its clock is fixed on the last day of its records.
+/// Failures of the roster throw ReceiverError.
 struct Subject {
   explicit Subject(const std::filesystem::path& dataRoot);
 
-  /// What a tool works with. `arguments` outlive the call.
+  /// The input of a tool. `arguments` must outlive the call.
   Tools::Call call(const nlohmann::json& arguments);
 
   Clock clock;

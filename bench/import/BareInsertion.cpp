@@ -11,11 +11,11 @@
 
 namespace {
 
-/// Enough that going from one database to the other does not count, few enough that the rows are
-/// not far from the processor.
+/// Enough rows to make switching between the databases negligible, but few enough to stay in the
+/// processor's cache.
 constexpr std::size_t rowsAtOnce = 10000;
 
-/// A value that is that of the row before needs no binding.
+/// A value equal to that of the previous row: it needs no binding.
 struct Unchanged {};
 struct Null {
   bool operator==(const Null&) const = default;
@@ -30,14 +30,14 @@ Value valueOf(const Row& row, int column) {
   return std::string(*text);
 }
 
-/// The rows of one table in the order in which they were written.
+/// The rows of one table in the order of their insertion.
 class Rows {
 public:
   Rows(const Database& source, const std::string& table, int columns)
       : query(source.prepare("SELECT * FROM " + table + " ORDER BY rowid")),
         last(static_cast<std::size_t>(columns)) {}
 
-  /// The cells of the next rows, one row behind the other; empty after the last.
+  /// The cells of the next rows, row after row; empty after the last.
   std::vector<Cell> next() {
     std::vector<Cell> cells;
     cells.reserve(rowsAtOnce * last.size());
@@ -69,7 +69,7 @@ private:
   bool ended = false;
 };
 
-/// Binds one cell at one position.
+/// Binds one cell to one position.
 struct Binding {
   Statement& insert;
   int position;
@@ -118,8 +118,8 @@ Cost run(const Database& database, const std::string& sql) {
   return meter.taken();
 }
 
-/// As Writer has it for a new member: pages for as long as they fit, no reader to spare, and
-/// a commit that has reached the disk.
+/// The settings of Writer for a new member: the same page cache, no concurrent readers, and a
+/// commit that waits for the disk.
 void set(const Database& database) {
   const Writer::Options options{.inUse = false};
   run(database, "PRAGMA synchronous=EXTRA");

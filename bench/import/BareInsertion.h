@@ -1,12 +1,12 @@
 #pragma once
-// The baseline of writing: its rows, and nothing but them.
+// The baseline of writing: inserting the same rows and nothing else.
 
 #include "bench/import/Cost.h"
 
 #include <filesystem>
 
-/// The cost of inserting every row that an import made in the database at `source` into a new one
-/// at `target`: the same tables, indexes, settings and order, one transaction, waited for until the
-/// disk has it. The rows are taken from `source` beforehand, so that reading them costs nothing
-/// here. What the import counts afterwards is not among them. Failures leave as DatabaseError.
+/// The cost of inserting every row of the imported database at `source` into a new one at `target`.
+/// Tables, indexes, settings and order are the same, in one transaction that waits for the disk.
+/// Reading the rows from `source` is not part of the cost. The import's statistics are not part of
+/// the baseline. Failures throw DatabaseError.
 Cost bareInsertion(const std::filesystem::path& source, const std::filesystem::path& target);

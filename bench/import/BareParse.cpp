@@ -14,7 +14,7 @@
 
 namespace {
 
-/// As much as the import reads at once.
+/// The import's own block size.
 constexpr int pieceSize = 131072;
 
 struct ArchiveCloser {
@@ -45,14 +45,14 @@ Entry openedXml(zip* archive) {
   return entry;
 }
 
-/// The count of bytes read; 0 at the end.
+/// Returns the count of bytes read; 0 at the end.
 int inflate(zip_file* entry, void* buffer) {
   const zip_int64_t count = zip_fread(entry, buffer, pieceSize);
   require(count >= 0, "its export.xml does not inflate");
   return static_cast<int>(count);
 }
 
-/// Parses up to where the root element has begun.
+/// Parses up to the beginning of the root element.
 void parseProlog(zip_file* entry, XML_Parser parser) {
   Prolog prolog;
   std::array<char, pieceSize> piece{};
@@ -67,7 +67,7 @@ void parseProlog(zip_file* entry, XML_Parser parser) {
   }
 }
 
-/// Parses the rest, inflated to where the parser wants it.
+/// Parses the rest, inflated directly into the parser's buffer.
 void parseElements(zip_file* entry, XML_Parser parser) {
   int count = 0;
   do {

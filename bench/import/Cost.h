@@ -1,10 +1,10 @@
 #pragma once
-// What work costs: the processor's time, and the time that passes.
+// The cost of work: processor time and elapsed time.
 
 #include <chrono>
 #include <ctime>
 
-/// Both in seconds. The processor's time is the program's and the system's on its behalf.
+/// Both in seconds. The processor time includes the system's time for the program.
 struct Cost {
   double processor = 0;
   double elapsed = 0;
@@ -16,7 +16,7 @@ struct Cost {
   }
 };
 
-/// Measures what this process spends from the meter's making on.
+/// Measures the cost of this process since the construction of the meter.
 class CostMeter {
 public:
   Cost taken() const {

@@ -25,7 +25,7 @@ struct Scratch {
   Scratch(const Scratch&) = delete;
   Scratch& operator=(const Scratch&) = delete;
 
-  /// A round that found a database there would find every row in it.
+  /// Removes the files. With a database from an earlier round, every row would be a duplicate.
   void clear() const {
     std::filesystem::remove_all(dataRoot);
     std::filesystem::remove_all(bare);
@@ -95,7 +95,8 @@ std::vector<Measurement> ImportCost::measured(const std::filesystem::path& impor
   for (int round = 0; round < rounds; ++round) {
     scratch.clear();
     const Run imported = run(importer, source, scratch);
-    // In later rounds this process has grown, and the system would count its memory as the child's.
+    // Only the first round counts: this process grows, and the system would count its memory as the
+    // child's.
     if (!peakBytes) peakBytes = imported.peakBytes;
     ours.add(imported.cost);
     floor.add(floorOf(source, scratch));

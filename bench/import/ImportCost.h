@@ -1,5 +1,5 @@
 #pragma once
-// What it costs to import an export, beside its baseline.
+// The cost of importing an export, compared with its baseline.
 
 #include "bench/process/Measurement.h"
 
@@ -8,9 +8,9 @@
 
 namespace ImportCost {
 
-/// The time and the memory that the program `importer` takes to bring the archive `source` into a
-/// new data root. Makes its databases in the folder of `source` and removes them. Throws
-/// std::runtime_error when the import fails; failures of a database leave as DatabaseError.
+/// The time and the memory of the program `importer` for importing the archive `source` into a new
+/// data root. Creates its databases in the folder of `source` and removes them. Throws
+/// std::runtime_error when the import fails, and DatabaseError when a database fails.
 std::vector<Measurement> measured(const std::filesystem::path& importer,
                                   const std::filesystem::path& source);
 

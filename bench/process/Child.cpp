@@ -29,7 +29,7 @@ struct Pipe {
   int writer;
 };
 
-/// A pipe of which no program inherits an end unless it is made its standard stream.
+/// A pipe whose ends are inherited only as a standard stream.
 Pipe openPipe() {
   std::array<int, 2> ends{};
   require(pipe(ends.data()) == 0 ? 0 : errno, "pipe");
@@ -42,8 +42,8 @@ void closeOnce(int& descriptor) {
   descriptor = -1;
 }
 
-/// Starts a program without copying the memory of this one, whose size would count as the time that
-/// it takes to start.
+/// Starts a program without copying this process's memory, whose size would increase the start-up
+/// time.
 pid_t spawn(const std::vector<std::string>& words, int input, int output) {
   std::vector<char*> pointers;
   for (const std::string& word : words) pointers.push_back(const_cast<char*>(word.c_str()));
@@ -99,8 +99,7 @@ std::string_view Child::answer(std::string_view line) {
 
 namespace {
 
-/// The high-water mark of the process's resident memory in bytes; `nullopt` where the system does
-/// not tell it in /proc.
+/// The peak resident memory of the process in bytes; `nullopt` when /proc does not have it.
 std::optional<std::int64_t> highWaterMark(pid_t process) {
   constexpr std::string_view key = "VmHWM:";
   const std::string status =
@@ -119,7 +118,7 @@ struct Ended {
   rusage usage;
 };
 
-/// Waits for the process and forgets it.
+/// Waits for the process and clears its id.
 Ended waited(pid_t& process) {
   Ended ended{};
   require(wait4(process, &ended.status, 0, &ended.usage) == process ? 0 : errno, "wait4");
@@ -143,8 +142,8 @@ double seconds(const timeval& time) {
 }  // namespace
 
 std::int64_t Child::finish() {
-  // What the system says of an ended child counts what this process had when it started the other,
-  // so the running child is asked where it can be.
+  // For an ended child the system's figure includes the memory of this process at the start. So the
+  // running child's figure is used where it is available.
   const std::optional<std::int64_t> peak = highWaterMark(process);
   closeOnce(input);
   closeOnce(output);

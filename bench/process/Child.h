@@ -1,5 +1,5 @@
 #pragma once
-// A program run as its user runs it, mostly one that answers lines with lines.
+// A program run as users run it. Most such programs answer lines with lines.
 
 #include <sys/types.h>
 
@@ -8,38 +8,37 @@
 #include <string_view>
 #include <vector>
 
-/// A running program with pipes for its input and output; its standard error goes nowhere. Failures
-/// of the system leave as std::system_error. The destructor ends a program that still runs.
+/// A running program with pipes for its input and output; its standard error is discarded. System
+/// failures throw std::system_error. The destructor ends a running program.
 class Child {
 public:
-  /// Starts the program that the first of `words` is the path of, with the others as arguments.
+  /// Starts the program at the path `words[0]`, with the other words as arguments.
   explicit Child(const std::vector<std::string>& words);
   ~Child();
   Child(const Child&) = delete;
   Child& operator=(const Child&) = delete;
 
-  /// Writes `line`, which ends in a line feed, and waits for the line that answers it, returned
-  /// with its line feed and valid until the next call. One write and one read when the answer is
-  /// short. Throws std::runtime_error when the program ends instead.
+  /// Writes `line`, which must end in a line feed, and waits for the answer. The returned line
+  /// includes its line feed and is valid until the next call. A short answer takes one write and
+  /// one read. Throws std::runtime_error when the program ends instead.
   std::string_view answer(std::string_view line);
 
-  /// Closes the program's input, waits for its end, and returns the most memory that it had
-  /// resident, in bytes.
+  /// Closes the program's input, waits for its end, and returns its peak resident memory in bytes.
   std::int64_t finish();
 
-  /// What became of a program that came to its end by itself.
+  /// The end of a program that was not interrupted.
   struct Ending {
-    bool succeeded;           ///< it ended with status 0
-    double processorSeconds;  ///< its own and the system's on its behalf
-    std::int64_t peakBytes;   ///< the most memory resident, or what this process ever had if more
+    bool succeeded;           ///< its exit status was 0
+    double processorSeconds;  ///< includes the system's time for the program
+    std::int64_t peakBytes;   ///< peak resident memory; this process's own peak if that is higher
   };
 
-  /// Closes the program's input and waits until it has written all it has to say and ended.
+  /// Closes the program's input, reads all of its output and waits for its end.
   Ending ending();
 
 private:
   pid_t process = -1;
   int input = -1;
   int output = -1;
-  std::string received;  ///< grows to the longest answer
+  std::string received;  ///< grows to the size of the longest answer
 };

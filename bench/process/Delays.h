@@ -1,13 +1,12 @@
 #pragma once
-// How long a client waits for the server itself, beside how long it waits for a program that only
-// echoes.
+// A client's waiting time for the server itself, compared with that for a program that only echoes.
 
 #include "bench/process/Measurement.h"
 
 #include <string>
 #include <vector>
 
-/// The two programs that are compared, each with its arguments.
+/// The two compared programs, each with its arguments.
 struct Programs {
   std::vector<std::string> server;
   std::vector<std::string> echo;
@@ -15,10 +14,10 @@ struct Programs {
 
 namespace Delays {
 
-/// From starting a program to having read its reply to `initialize`.
+/// The time from starting a program to reading its reply to `initialize`.
 Measurement start(const Programs& programs);
 
-/// From writing a ping to having read its reply, both programs being kept alive.
+/// The time from writing a ping to reading its reply, while both programs keep running.
 Measurement roundTrip(const Programs& programs);
 
 }  // namespace Delays

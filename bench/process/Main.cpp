@@ -3,8 +3,8 @@
 //   larkspur_process_bench start|round-trip|memory <folder of the programs> <data root>
 //   larkspur_process_bench import <folder of the programs> <export>
 //
-// Prints a JSON array of measurements. The round trip wants both programs and this one pinned to
-// one processor, which is for whoever starts it to do.
+// Prints a JSON array of measurements. For the round trip, the caller must pin both programs and
+// this one to one processor.
 
 #include "bench/import/ImportCost.h"
 #include "bench/process/Delays.h"
@@ -49,7 +49,7 @@ int main(int count, char* words[]) {
         stderr);
     return 2;
   }
-  // A program that ends too soon is an error of the write, not the end of this one.
+  // Writing to a program that has ended must return an error, not kill this process.
   std::signal(SIGPIPE, SIG_IGN);
   try {
     std::cout << nlohmann::ordered_json(measured(subject, words[2], words[3])).dump(2) << '\n';

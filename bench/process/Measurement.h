@@ -1,5 +1,5 @@
 #pragma once
-// One line of the table of what was measured.
+// One row of the table of measurements.
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -7,24 +7,24 @@
 #include <string>
 #include <vector>
 
-/// What passed on the wall clock, where `ours` and `floor` are the processor's time.
+/// The elapsed times; `ours` and `floor` are then processor times.
 struct Elapsed {
   double ours;
   double floor;
 };
 
-/// A figure of a built program. JSON keys are the field names; what is absent is null, but for
-/// `elapsed`, which is left out.
+/// A figure of a built program. JSON keys are the field names. An absent value is null, except that
+/// an absent `elapsed` is omitted.
 struct Measurement {
   std::string what;
   double ours;
-  std::optional<double> floor;   ///< the least there can be; absent where nothing bounds `ours`
-  std::optional<double> target;  ///< how many times the floor, or how much without one
-  std::string unit;              ///< of all figures but `target`
+  std::optional<double> floor;   ///< the lower bound; absent when there is none
+  std::optional<double> target;  ///< maximum as a ratio to the floor; without a floor, in `unit`
+  std::string unit;              ///< of all figures except `target`
   std::optional<Elapsed> elapsed = std::nullopt;
 };
 
-/// The middle one of `values`, the upper one of two; there is at least one.
+/// The median of `values`, or the upper one of the middle pair; `values` must not be empty.
 double middle(std::vector<double> values);
 
 void to_json(nlohmann::ordered_json& json, const Measurement& measurement);

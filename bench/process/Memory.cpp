@@ -25,7 +25,7 @@ Json only(std::string_view reply, const char* list) {
   return Requests::resultOf(reply).at(list).at(0);
 }
 
-/// The identifier of the long workout, as a client learns it.
+/// The identifier of the long workout, obtained by a tool call.
 std::string longWorkout(const std::vector<std::string>& server) {
   Child child(server);
   const char* day = AddedWorkouts::longest.day;
@@ -46,8 +46,8 @@ std::string overviewURI(const std::vector<std::string>& server) {
   return uri;
 }
 
-/// The calls with the most to read and to answer; but of the heart rate only as much as a page has
-/// when nothing else is asked for.
+/// The calls with the most rows and the longest answers. The heart rate has the default size of a
+/// page.
 std::vector<Example> largeCalls(const std::string& workoutID) {
   return {{"get_trend",
            "get_trend",
@@ -69,7 +69,7 @@ std::vector<Example> largeCalls(const std::string& workoutID) {
           {"get_workout_heart_rate", "get_workout_heart_rate", {{"workout_id", workoutID}}}};
 }
 
-/// A call of every tool, one of these where there is one, and the resource.
+/// A call of every tool, a large one if there is one, and of the resource.
 std::vector<Request> requests(const std::string& workoutID, const std::string& uri) {
   const std::vector<Example> large = largeCalls(workoutID);
   std::set<std::string> called;

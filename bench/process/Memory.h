@@ -1,5 +1,5 @@
 #pragma once
-// The most memory that the server has resident while it answers.
+// The server's peak resident memory while it answers.
 
 #include "bench/process/Measurement.h"
 
@@ -8,9 +8,9 @@
 
 namespace Memory {
 
-/// One figure for each tool and the resource in a server of its own, one for all of them in the
-/// same server, one for the largest answer there is. The data root is one that larkspur_bench has
-/// been run on. Throws std::runtime_error when the server refuses a request.
+/// One figure for each tool and the resource in a separate server, one for all of them in the same
+/// server, and one for the largest possible answer. larkspur_bench must have run on the data root
+/// before. Throws std::runtime_error when the server returns an error.
 std::vector<Measurement> peaks(const std::vector<std::string>& server);
 
 }  // namespace Memory

@@ -1,5 +1,5 @@
 #pragma once
-// The requests that the server is measured with, a line each.
+// The requests for measuring the server, one line each.
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -14,11 +14,10 @@ std::string line(std::string_view method, const nlohmann::json& params);
 std::string initialize();
 std::string ping();
 
-/// The call of a tool.
+/// A call of a tool.
 std::string call(std::string_view tool, const nlohmann::json& arguments);
 
-/// The result that `reply` carries. Throws std::runtime_error with the server's own words when it
-/// is a refusal.
+/// The result in `reply`. Throws std::runtime_error with the server's message when it is an error.
 nlohmann::json resultOf(std::string_view reply);
 
 }  // namespace Requests
