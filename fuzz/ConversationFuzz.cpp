@@ -1,4 +1,4 @@
-// A whole conversation about a sample household: the input is what the client sends.
+// A whole conversation about a sample household; the input is the client's bytes.
 
 #include "Session.h"
 #include "Target.h"
@@ -30,8 +30,8 @@ public:
 
   std::filesystem::path dataRoot() const { return folder / "root"; }
 
-  /// `text` with each "w_newest" replaced by the identifier of Ann's newest workout: no mutation
-  /// finds a hash.
+  /// `text` with each "w_newest" replaced by the identifier of Ann's newest workout: mutations
+  /// cannot find a hash.
   std::string withWorkout(std::string_view text) const {
     constexpr std::string_view mark = "w_newest";
     std::string replaced;

@@ -1,4 +1,4 @@
-// A member's database under all tools: the input is the file's bytes.
+// A member's database under all tools; the input is the bytes of the file.
 
 #include "SampleDatabase.h"
 #include "Session.h"
@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Two members: the one whose file the inputs are, and one whose file is sound.
+/// Two members: one with the input as database, one with a valid database.
 class Neighbours {
 public:
   Neighbours() {
@@ -23,7 +23,7 @@ public:
 
   const std::string& path() const { return damaged->path(); }
 
-  /// Makes the damaged file one of exactly these bytes, with nothing beside it.
+  /// Replaces the damaged file with exactly these bytes, and removes the files beside it.
   void damage(std::string_view bytes) const {
     for (const char* suffix : {"-wal", "-shm", "-journal"}) {
       std::filesystem::remove(path() + suffix);
@@ -45,7 +45,7 @@ private:
   TestDatabase* damaged;
 };
 
-/// Every example call about the damaged file and its days, then the other member.
+/// Every example call for the damaged file and its days, then calls for the other member.
 std::string requests() {
   const nlohmann::json ours{
       {"from", "2023-01-01"}, {"date", "2024-03-01"}, {"workout_id", sampleWorkout}};

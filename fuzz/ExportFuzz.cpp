@@ -1,4 +1,4 @@
-// The export of a phone: the input is the bytes of its XML.
+// The export of a phone; the input is the bytes of its XML.
 
 #include "Target.h"
 #include "apps/import/CollectingSink.h"
@@ -12,19 +12,19 @@
 
 namespace {
 
-/// Tells how many bytes of the rest of a document are read at once, at least 1.
+/// The size of the next piece, at least 1, given the rest of a document.
 using Length = std::size_t (*)(std::string_view rest);
 
 std::size_t everything(std::string_view rest) { return rest.size(); }
 std::size_t oneByte(std::string_view /*rest*/) { return 1; }
 
-/// What the rest itself says, so that the input decides on the cuts too.
+/// A size taken from the rest itself, so that the input also determines the pieces.
 std::size_t whatItSays(std::string_view rest) {
   return 1 + static_cast<unsigned char>(rest.front()) % 32U;
 }
 
-/// Reads `document` into `sink` and tells how that ends: with a refusal, or with so many characters
-/// dropped and replaced. A refusal comes without those: they depend on how far the piece goes.
+/// Reads `document` into `sink` and describes the end: an error, or the numbers of dropped and
+/// replaced characters. An error omits the numbers because they depend on the size of the piece.
 std::string endOfReading(CollectingSink& sink, std::string_view document, Length length) {
   TimeZone zone = berlin();
   ExportReader reader(sink, zone);
@@ -42,8 +42,8 @@ std::string endOfReading(CollectingSink& sink, std::string_view document, Length
          std::to_string(reader.irregularities().replacedSequences) + " replaced";
 }
 
-/// Whether two readings of one export end alike. For what stands behind the root element the reason
-/// and the place may differ: of a word that the end of a piece cuts, the parser refuses the start.
+/// Whether two readings of one export end alike. After the root element the error and its place may
+/// differ: if a piece ends inside a word, the parser rejects the word's beginning.
 bool endAlike(std::string_view one, std::string_view other) {
   const auto contains = [](std::string_view end, std::string_view words) {
     return end.find(words) != std::string_view::npos;

@@ -1,4 +1,4 @@
-// The humidity reading: the input is the JSON text that a phone stored.
+// The humidity reading; the input is the JSON text from a phone.
 
 #include "Target.h"
 #include "workouts/Workouts.h"

@@ -1,4 +1,4 @@
-// The roster file: the input is its bytes.
+// The roster file; the input is its bytes.
 
 #include "Session.h"
 #include "Target.h"
@@ -31,8 +31,8 @@ bool loads(Roster& roster) {
   }
 }
 
-/// Asks a server over `dataRoot` about its members, in ways that open no database: the paths of the
-/// databases are as hostile as the rest.
+/// Sends a server on `dataRoot` requests about its members that open no database: the paths of the
+/// databases are hostile too.
 void requireAnswers(const std::filesystem::path& dataRoot, std::size_t memberCount) {
   const std::string requests =
       R"({"id":1,"method":"resources/list"})"

@@ -1,5 +1,5 @@
-// Writes what fuzzing begins with and is not kept into the folder that its one argument names: the
-// members' databases, and a conversation of all example calls.
+// Writes the generated seeds into the folder in its only argument: the members' databases, and a
+// conversation of all example calls.
 
 #include "SampleDatabase.h"
 #include "examples/Examples.h"
@@ -21,7 +21,7 @@ void writeDatabases(const std::filesystem::path& folder) {
   fillSample(whole);
   std::filesystem::copy_file(whole.path(), folder / "whole.db", overwriting);
 
-  // What the receiver application left before it kept humidity, and statistics of its own.
+  // A file from an older receiver application, without humidity and without statistics.
   whole.run(
       "DROP TABLE workout_humidity; DROP TABLE stat_sources; DELETE FROM records WHERE rowid % 2;"
       "VACUUM");

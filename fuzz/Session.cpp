@@ -14,7 +14,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-/// How deep arrays and objects stand in each other.
+/// The nesting depth of arrays and objects.
 std::size_t depthOf(const Json& value) {
   std::size_t deepest = 0;
   std::vector<std::pair<const Json*, std::size_t>> open{{&value, 1}};
@@ -28,7 +28,7 @@ std::size_t depthOf(const Json& value) {
   return deepest;
 }
 
-/// The request that `line` is; `nullopt` for all else.
+/// The request in `line`; `nullopt` for any other message.
 std::optional<Json> requestIn(std::string_view line) {
   constexpr bool throwing = false;
   constexpr std::size_t deepest = 512;

@@ -1,5 +1,5 @@
 #pragma once
-// A server in this process, and what must be true of its replies whatever it was fed.
+// A server in this process, and the properties that its replies must have for any input.
 
 #include "platform/SummaryLang.h"
 
@@ -9,20 +9,20 @@
 #include <string_view>
 #include <vector>
 
-/// How a server of `repliesTo` is started and fed.
+/// The parameters of a server for `repliesTo`.
 struct Session {
   std::filesystem::path dataRoot;
   SummaryLang lang = SummaryLang::en;
-  std::size_t piece = 65536;  ///< bytes that the server gets at once, at least 1
+  std::size_t piece = 65536;  ///< maximum bytes per read, at least 1
 };
 
-/// What a new server writes from its start to the end of `input`, one element a write. Its clock
-/// stands at noon (UTC) of the day on which the sample household's histories end.
+/// The output of a new server from its start to the end of `input`, one element per write. Its
+/// clock is fixed at noon (UTC) on the last day of the sample household's histories.
 std::vector<std::string> repliesTo(const Session& session, std::string_view input);
 
-/// Requires that `replies` are the well-formed replies to the requests among the lines of `input`,
-/// in their order, and nothing else.
+/// Requires that `replies` are exactly the well-formed replies to the requests among the lines of
+/// `input`, in their order.
 void requireReplies(std::string_view input, const std::vector<std::string>& replies);
 
-/// Sends the records of the access log in `dataRoot` nowhere: there would be gigabytes of them.
+/// Discards the records of the access log in `dataRoot`: there would be gigabytes of them.
 void muteAccessLog(const std::filesystem::path& dataRoot);

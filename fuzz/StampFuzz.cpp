@@ -1,4 +1,4 @@
-// Stamps, days and moments: the input is a text, and its last bytes are numbers too.
+// Stamps, days and moments; the input is a text, and its last bytes are also used as numbers.
 
 #include "Target.h"
 #include "platform/AppleFormat.h"
@@ -13,7 +13,7 @@ using AppleFormat::dayParser;
 using AppleFormat::dayText;
 using AppleFormat::stampParser;
 
-/// The number that the last bytes of the input spell; 0 when there are too few.
+/// The number in the last bytes of the input; 0 when there are too few bytes.
 template <typename Number>
 Number lastBytes(const std::uint8_t* data, std::size_t size) {
   Number number{};
@@ -39,8 +39,8 @@ void checkDay(std::string_view text, std::int16_t count) {
 
 void checkStamp(std::string_view text) {
   const std::optional<std::int64_t> moment = stampParser.parse(text);
-  // The common form is read at fixed places, all others from left to right. A colon in the zone
-  // makes the same stamp one of the others.
+  // The common form is read at fixed positions, other forms from left to right. With a colon in the
+  // zone, the same stamp takes the other path.
   constexpr std::size_t commonSize = 25;
   if (text.size() == commonSize && (text[20] == '+' || text[20] == '-') &&
       text.substr(21).find_first_not_of("0123456789") == std::string_view::npos) {
@@ -48,7 +48,7 @@ void checkStamp(std::string_view text) {
     require(stampParser.parse(other) == moment, "both ways to read a stamp agree");
   }
   if (!moment) return;
-  // In local time a stamp near the ends of the calendar counts as the nearest one inside.
+  // Local times near the ends of the calendar are clamped, so they are not compared.
   constexpr std::int64_t earliest = -62135510400;
   constexpr std::int64_t latest = 253402214399;
   if (*moment < earliest || *moment > latest) return;

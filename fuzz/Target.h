@@ -1,12 +1,12 @@
 #pragma once
-// What every fuzz target is: the two functions that libFuzzer calls, and a way to say what does not
-// hold. A crash, a leak or a hang is found without being asked for.
+// The common part of all fuzz targets: libFuzzer's two functions, and a check. libFuzzer itself
+// finds crashes, leaks and hangs.
 
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
-/// Called once, before the first input: takes the machine's time zone away.
+/// Called once, before the first input; sets the time zone to UTC.
 extern "C" int LLVMFuzzerInitialize(int* argumentCount, char*** arguments);
 
 /// Called with every input.
@@ -17,7 +17,7 @@ inline std::string_view textOf(const std::uint8_t* data, std::size_t size) {
   return {reinterpret_cast<const char*>(data), size};
 }
 
-/// Ends the program with `sentence`, what should hold, on standard error, unless it `holds`.
-/// libFuzzer then keeps the input. Standard error is the one the program was started with: the
-/// server's own complaints about hostile input are closed off.
+/// If `holds` is false, ends the program with `sentence`, the expected property, on standard error.
+/// libFuzzer then saves the input. It writes to the original standard error, because that of the
+/// server is closed.
 void require(bool holds, std::string_view sentence);
