@@ -31,7 +31,7 @@ void closeOnce(int& descriptor) {
   descriptor = -1;
 }
 
-/// Becomes the program. Never returns.
+/// Replaces the forked process with the program. Never returns.
 [[noreturn]] void become(const std::vector<char*>& words, const char* folder,
                          const std::array<int, 3>& streams, const std::array<Pipe, 3>& pipes) {
   for (int stream = 0; stream < 3; ++stream)
@@ -112,8 +112,8 @@ std::optional<std::size_t> ChildProcess::peakMemory() const { return statusOf("V
 
 std::optional<std::size_t> ChildProcess::memory() const { return statusOf("VmRSS:"); }
 
-/// A size in bytes that Linux tells; the time-honoured getrusage would count what this process was
-/// at the fork.
+/// A size in bytes from Linux's status file. getrusage would include this process's memory at the
+/// fork.
 std::optional<std::size_t> ChildProcess::statusOf(std::string_view label) const {
   std::ifstream status("/proc/" + std::to_string(process) + "/status");
   constexpr std::size_t kibibyte = 1024;
@@ -134,7 +134,7 @@ ChildProcess::Ending ChildProcess::finished() {
   return {status, written, complained, WIFSIGNALED(state)};
 }
 
-/// Takes what the program has written to either stream; false at the end of both.
+/// Reads the program's new output on either stream; false at the end of both.
 bool ChildProcess::readMore() {
   constexpr int patienceMilliseconds = 60000;
   std::array<pollfd, 2> waiting{{{output, POLLIN, 0}, {errors, POLLIN, 0}}};

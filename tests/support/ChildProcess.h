@@ -10,12 +10,12 @@
 #include <string_view>
 #include <vector>
 
-/// A program with pipes for its three streams and this process's environment. Whatever waits for it
-/// gives up after a minute, with an exception. The destructor ends a program that still runs.
+/// A program with pipes for its three streams and this process's environment. Every wait for it
+/// throws after a minute. The destructor ends a running program.
 class ChildProcess {
 public:
   struct Ending {
-    int status;  ///< of the exit; 128 and the signal's number when a signal ended it
+    int status;  ///< exit status; 128 plus the signal's number after a signal
     std::string output;
     std::string errors;
     bool bySignal = false;
@@ -30,33 +30,33 @@ public:
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  /// Gives the program a few lines to read.
+  /// Writes a few lines to the program's input.
   void write(std::string_view input) const;
 
   /// Sends the program a signal.
   void send(int signal) const;
 
-  /// The next line that the program writes, without its line feed.
+  /// The next line of the program's output, without its line feed.
   std::string nextLine();
 
-  /// Whether the program has written something that nobody has read yet.
+  /// Whether the program has written output that was not read yet.
   bool hasWritten() const;
 
-  /// Closes the reading ends of both the program's output and its errors, as a client that leaves
-  /// does.
+  /// Closes the reading ends of the program's output and errors, like a client that exits.
   void stopReading();
 
-  /// The most memory, in bytes, that the running program has had so far; `nullopt` where the system
-  /// does not tell.
+  /// The peak memory of the running program so far, in bytes; `nullopt` when the system does not
+  /// provide it.
   std::optional<std::size_t> peakMemory() const;
 
-  /// The memory that it has at this moment, in the same way.
+  /// The current memory, in the same way.
   std::optional<std::size_t> memory() const;
 
-  /// Closes the reading end of the program's output alone.
+  /// Closes only the reading end of the program's output.
   void stopReadingOutput();
 
-  /// Closes the program's input and waits for its end; the output is what no `nextLine` took.
+  /// Closes the program's input and waits for its end. The returned output excludes lines returned
+  /// by `nextLine`.
   Ending finished();
 
 private:

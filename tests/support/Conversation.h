@@ -11,17 +11,17 @@
 #include <string_view>
 #include <vector>
 
-/// Conversations about one household in one language, on a clock that stands still. Each call
-/// starts a server of its own and lets it run to the end of its input.
+/// Conversations about one household in one language, with a fixed clock. Each call starts a new
+/// server and runs it to the end of its input.
 class Conversation {
 public:
   explicit Conversation(const Household& household, SummaryLang lang = SummaryLang::en,
                         double now = testNow, int patienceMilliseconds = usualPatienceMilliseconds);
 
-  /// What the server writes when it reads exactly `input`, one element a write.
+  /// The server's output for exactly this `input`, one element per write.
   std::vector<std::string> writes(std::string_view input) const;
 
-  /// The replies to `messages`, a line each.
+  /// The replies to `messages`, one line each.
   std::vector<nlohmann::json> replies(const std::vector<nlohmann::json>& messages) const;
 
   /// The reply to one request, id 1.
@@ -30,15 +30,14 @@ public:
   /// The reply to one call of a tool.
   nlohmann::json called(std::string_view tool, const nlohmann::json& arguments) const;
 
-  /// Both sides as they happen: "> " before a line at the moment the server asks for it, "< "
-  /// before a reply.
+  /// Both sides in order: "> " before a line when the server reads it, "< " before a reply.
   std::string transcript(const std::vector<std::string>& lines) const;
 
   /// The records of the access log so far.
   std::string accessLog() const;
 
-  /// Their messages alone, from records of one line whose stamp and level are as they must be at
-  /// `testNow`.
+  /// Only the messages of those records. Each record must be one line with the stamp and level
+  /// expected at `testNow`.
   std::vector<std::string> accessMessages() const;
 
 private:

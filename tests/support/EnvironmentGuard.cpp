@@ -24,6 +24,6 @@ EnvironmentGuard::EnvironmentGuard(const Environment& variables) {
 }
 
 EnvironmentGuard::~EnvironmentGuard() {
-  // Backwards, so that a variable named twice ends as it began.
+  // In reverse, so that a variable given twice gets its original value.
   for (auto variable = before.rbegin(); variable != before.rend(); ++variable) apply(*variable);
 }

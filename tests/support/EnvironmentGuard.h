@@ -1,5 +1,5 @@
 #pragma once
-// Environment variables for as long as a test needs them.
+// Environment variables for the duration of a test.
 
 #include <initializer_list>
 #include <optional>
@@ -8,12 +8,12 @@
 
 struct EnvironmentVariable {
   std::string name;
-  std::optional<std::string> value;  ///< absent: not set at all
+  std::optional<std::string> value;  ///< absent: not set
 };
 
 using Environment = std::vector<EnvironmentVariable>;
 
-/// Sets and unsets variables; the destructor puts back what was there before.
+/// Sets and unsets variables; the destructor restores them.
 class EnvironmentGuard {
 public:
   explicit EnvironmentGuard(const Environment& variables);

@@ -1,5 +1,5 @@
 #pragma once
-// How a test that asks every example call is named and printed.
+// Names of parameterised tests over all example calls.
 
 #include "examples/Examples.h"
 
@@ -7,7 +7,7 @@
 #include <ostream>
 #include <string>
 
-/// The name of the example as the end of a test's name: "get_trend_sleep".
+/// The suffix of a test's name for the example: "get_trend_sleep".
 inline std::string suffixOf(const Example& example) {
   std::string name = example.name;
   std::ranges::replace(name, ' ', '_');

@@ -11,7 +11,7 @@ namespace {
 const std::string watch = "Ann's Apple\u00A0Watch";
 const std::string phone = "Ann's iPhone";
 
-/// Steps and resting heart rate of `count` days, each day a little different.
+/// Adds steps and resting heart rate for `count` days, with small differences between days.
 void addDays(std::vector<TestRecord>& records, std::string_view first, int count, double steps,
              double bpm) {
   int number = 0;

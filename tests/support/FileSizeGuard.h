@@ -1,12 +1,12 @@
 #pragma once
-// Files that cannot grow, as on a disk that is full.
+// Files that cannot grow, as on a full disk.
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
 #include <csignal>
 
-/// No file grows beyond `size` bytes while this lives.
+/// Limits all files to `size` bytes while this object exists.
 class FileSizeGuard {
 public:
   explicit FileSizeGuard(rlim_t size) : handler(std::signal(SIGXFSZ, SIG_IGN)) {

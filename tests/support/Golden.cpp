@@ -23,14 +23,14 @@ testing::AssertionResult written(const std::filesystem::path& file, const std::s
   return testing::AssertionFailure() << "cannot write " << file;
 }
 
-/// The line of `text` that holds the byte at `position`.
+/// The line of `text` with the byte at `position`.
 std::string_view lineAt(std::string_view text, std::size_t position) {
   const std::size_t feed = position == 0 ? std::string_view::npos : text.rfind('\n', position - 1);
   const std::size_t start = feed == std::string_view::npos ? 0 : feed + 1;
   return text.substr(start, text.find('\n', start) - start);
 }
 
-/// Says where `actual` leaves `expected` first; they are not equal.
+/// Describes the first difference between `expected` and `actual`, which must not be equal.
 testing::AssertionResult difference(const std::filesystem::path& file, const std::string& expected,
                                     const std::string& actual) {
   const auto [inExpected, inActual] = std::ranges::mismatch(expected, actual);

@@ -1,5 +1,5 @@
 #pragma once
-// A data root with a roster and the databases of its members.
+// A data root with a roster and its members' databases.
 
 #include "roster/Roster.h"
 #include "support/TemporaryFolder.h"
@@ -9,20 +9,20 @@
 #include <filesystem>
 #include <string>
 
-/// Members in the order in which they were added. Without any there is no roster file. The
-/// destructor removes everything.
+/// Members in the order of their addition. Without members there is no roster file. The destructor
+/// removes everything.
 class Household {
 public:
-  /// A member with an empty database, to be filled through the reference.
+  /// Adds a member with an empty database, which the test fills through the reference.
   TestDatabase& add(const std::string& id, const std::string& name);
 
-  /// A member as it stands; its database need not exist.
+  /// Adds a member unchanged; the database need not exist.
   void add(const Member& member);
 
-  /// A member whose database is what stands at that path.
+  /// Adds a member with the database at that path.
   void addAt(const std::string& id, const std::string& name, const std::filesystem::path& database);
 
-  /// A path in the data root where nothing is, not even the folder.
+  /// A path in the data root without a file or a folder.
   std::filesystem::path nowhere() const { return folder / "nowhere/health.sqlite"; }
 
   const std::filesystem::path& dataRoot() const { return folder.path(); }

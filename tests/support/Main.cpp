@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Takes language, locale and time zone away from the machine: a test that needs one sets its own.
+/// Removes the machine's language, locale and time zone: a test that needs them sets its own.
 void fixEnvironment() {
   for (const char* name : {"LANGUAGE",
                            "LANG",
@@ -27,7 +27,7 @@ void fixEnvironment() {
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-  // First, because gtest computes the parameters of parameterised tests while it initialises.
+  // Before the initialisation of gtest, which computes the parameters of parameterised tests.
   fixEnvironment();
   testing::InitGoogleMock(&argumentCount, arguments);
   return RUN_ALL_TESTS();

@@ -1,5 +1,5 @@
 #pragma once
-// A member's data without a database, for the tests of the summary.
+// A member's data without a database, for tests of the summary.
 
 #include "summary/SummaryDataSource.h"
 
@@ -11,8 +11,8 @@
 #include <string_view>
 #include <vector>
 
-/// Answers out of its fields, which a test fills. Ranges hold both ends and compare as text, as the
-/// store's do.
+/// Answers from its fields, which a test fills. Ranges include both ends and compare as text, like
+/// those of the store.
 struct MemorySource final : SummaryDataSource {
   enum class Operation {
     recordedDays,
@@ -39,16 +39,16 @@ struct MemorySource final : SummaryDataSource {
     double minutes;
   };
 
-  SummaryCoverage covered;  ///< of its records, those that `years` lacks have no year
+  SummaryCoverage covered;  ///< its records missing in `years` have no year
   std::set<std::string> types;
   std::map<std::string, std::int64_t> years;
   std::map<std::string, std::map<std::string, double>> totals;  ///< by type, then by day
-  std::vector<Sample> samples;                                  ///< the newest of a type comes last
-  std::vector<SleepSegment> sleep;  ///< each on the day that its start names
+  std::vector<Sample> samples;                                  ///< the newest of a type is last
+  std::vector<SleepSegment> sleep;                              ///< each on the day of its start
   std::vector<Workout> trained;
-  std::set<Operation> failing;  ///< throw ReceiverError "<operation> fails"
+  std::set<Operation> failing;  ///< these throw ReceiverError "<operation> fails"
 
-  /// Gives `count` consecutive days from `first` on the same total.
+  /// Adds the same total on each of `count` consecutive days from `first` on.
   void addTotals(const std::string& type, std::string_view first, int count, double total);
 
   /// Adds one sample on each of `count` consecutive days from `first` on.
@@ -72,5 +72,5 @@ private:
   void failIf(Operation operation, const char* name) const;
 };
 
-/// `count` consecutive days, the first of them `first`.
+/// `count` consecutive days from `first` on.
 std::vector<std::string> daysFrom(std::string_view first, int count);

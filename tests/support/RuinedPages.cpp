@@ -6,13 +6,13 @@
 
 namespace {
 
-/// From bytes 16 and 17 of the file's header, the larger first.
+/// The big-endian number in bytes 16 and 17 of the file's header.
 std::size_t pageSizeOf(std::string_view file) {
   const auto byte = [file](std::size_t index) { return static_cast<unsigned char>(file[index]); };
   return static_cast<std::size_t>(byte(16)) * 256 + byte(17);
 }
 
-/// Whether a page leads to others, by its first byte: 2 in an index, 5 in a table.
+/// Whether a page is an interior page, by its first byte: 2 in an index, 5 in a table.
 bool leadsOn(std::string_view page) { return page.front() == 2 || page.front() == 5; }
 
 }  // namespace

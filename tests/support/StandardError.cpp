@@ -23,7 +23,7 @@ struct Ends {
   int writer;
 };
 
-/// A file that has lost its name, once to be written and once to be read.
+/// A deleted file, opened for writing and for reading.
 Ends openFile() {
   const TemporaryFolder folder;
   const std::string file = (folder / "stderr").string();
@@ -62,7 +62,7 @@ std::string StandardErrorCapture::finished() {
   giveBack();
   std::string text;
   std::array<char, 4096> buffer{};
-  // A terminal that nobody writes to any more ends with an error instead of an end of file.
+  // Reading a terminal without a writer ends with an error instead of the end of file.
   for (ssize_t count = 0; (count = read(reader, buffer.data(), buffer.size())) > 0;) {
     text.append(buffer.data(), static_cast<std::size_t>(count));
   }

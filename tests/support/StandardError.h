@@ -1,20 +1,20 @@
 #pragma once
-// What this process writes to standard error.
+// Captures this process's standard error.
 
 #include <string>
 
-/// Takes standard error away from the process until `finished`, or the destructor, gives it back.
+/// Redirects standard error until `finished` or the destructor restores it.
 class StandardErrorCapture {
 public:
   enum class Kind { file, terminal };
 
-  /// A `terminal` passes bytes through unchanged and holds a few lines only.
+  /// A `terminal` passes bytes unchanged and has room for only a few lines.
   explicit StandardErrorCapture(Kind kind = Kind::file);
   ~StandardErrorCapture();
   StandardErrorCapture(const StandardErrorCapture&) = delete;
   StandardErrorCapture& operator=(const StandardErrorCapture&) = delete;
 
-  /// Gives standard error back; everything that was written to it meanwhile.
+  /// Restores standard error; returns everything that was written to it meanwhile.
   std::string finished();
 
 private:

@@ -1,5 +1,5 @@
 #pragma once
-// How a failing test shows the records of a summary and what they are made of.
+// The output of summary records and their parts in a failing test.
 
 #include "summary/SummaryEngine.h"
 #include "summary/SummaryModel.h"

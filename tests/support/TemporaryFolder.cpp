@@ -9,7 +9,7 @@
 #include <system_error>
 
 TemporaryFolder::TemporaryFolder() {
-  // The six letters are what mkdtemp replaces.
+  // mkdtemp replaces the six letters.
   std::string name =
       (std::filesystem::temp_directory_path() / "larkspur-test-").string() + std::string(6, 'X');
   if (mkdtemp(name.data()) == nullptr) {

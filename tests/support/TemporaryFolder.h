@@ -1,11 +1,10 @@
 #pragma once
-// A folder of a test's own.
+// A temporary folder for one test.
 
 #include <filesystem>
 #include <string_view>
 
-/// An empty folder where the system keeps temporary files; the destructor removes it and all it
-/// holds.
+/// An empty folder in the system's temporary folder; the destructor removes it with its contents.
 class TemporaryFolder {
 public:
   TemporaryFolder();
@@ -15,10 +14,10 @@ public:
 
   const std::filesystem::path& path() const { return folder; }
 
-  /// The path of `name` inside the folder, whether it exists or not.
+  /// The path of `name` inside the folder; it need not exist.
   std::filesystem::path operator/(const std::filesystem::path& name) const { return folder / name; }
 
-  /// Makes the file `name`, with its missing parent folders, out of `contents`; returns its path.
+  /// Creates the file `name` with `contents` and its missing parent folders; returns its path.
   std::filesystem::path write(const std::filesystem::path& name, std::string_view contents) const;
 
 private:

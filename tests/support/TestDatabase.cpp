@@ -22,7 +22,7 @@ std::string insertion(std::string_view table, const std::array<std::string_view,
   return std::string("INSERT INTO ").append(table) + " (" + names + ") VALUES (" + marks + ")";
 }
 
-/// Binds `values` to the positions from 1 on, runs the statement and makes it ready again.
+/// Binds `values` from position 1 on, runs the statement and resets it.
 template <typename... Values>
 void insert(Statement& statement, const Values&... values) {
   int position = 0;
@@ -30,13 +30,13 @@ void insert(Statement& statement, const Values&... values) {
   statement.run();
 }
 
-/// The stamp that a row starts with: its own, else eight o'clock on its day.
+/// The start stamp of a row: its own, or else 8:00 on its day.
 std::string startOf(const std::optional<std::string>& stamp,
                     const std::optional<std::string>& day) {
   return stamp ? *stamp : day.value_or("2024-03-01") + " 08:00:00 +0000";
 }
 
-/// The bytes of a database that was just made.
+/// The bytes of a newly created database.
 std::string migratedFile() {
   const TemporaryFolder folder;
   const std::filesystem::path path = folder / "health.sqlite";
@@ -52,7 +52,7 @@ std::string migratedFile() {
 TestDatabase::TestDatabase()
     : file((directory / "health.sqlite").string()),
       quiet(std::nullopt, Logger::Level::error, false, [] { return 0.0; }) {
-  // Made once and copied, because a migration waits for the disk several times.
+  // Created once and copied, because a migration waits for the disk several times.
   static const std::string migrated = migratedFile();
   replaceFile(migrated);
 }
@@ -162,7 +162,7 @@ TestDatabase& TestDatabase::replaceFile(const std::string& bytes) {
 
 Database TestDatabase::writer() const {
   Database database(file, {.create = false, .readOnly = false});
-  // The file lives as long as one test: no need to wait for the disk.
+  // The file exists only during one test, so there is no need to wait for the disk.
   database.exec("PRAGMA synchronous=OFF");
   return database;
 }

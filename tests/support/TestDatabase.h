@@ -1,5 +1,5 @@
 #pragma once
-// The databases of the tests: real files with the real schema.
+// Databases for tests: real files with the real schema.
 
 #include "platform/Logger.h"
 #include "store/Database.h"
@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-/// One row of `records`, by its columns. Absent is NULL but for the start.
+/// One row of `records`, by column. An absent value is NULL, except for the start.
 struct TestRecord {
   std::string type = "HeartRate";
   std::optional<std::string> source_name = "Watch";
@@ -24,7 +24,7 @@ struct TestRecord {
   std::optional<double> value_num = std::nullopt;
 };
 
-/// One row of `workouts`, by its columns. Absent is NULL but for the start.
+/// One row of `workouts`, by column. An absent value is NULL, except for the start.
 struct TestWorkout {
   std::optional<std::string> activity_type = "Running";
   std::optional<double> duration_min = std::nullopt;
@@ -52,8 +52,9 @@ struct TestSource {
   std::optional<std::string> last = std::nullopt;
 };
 
-/// A member's database in a temporary folder, made and migrated by the store itself; the destructor
-/// removes it. Between two calls no connection is open, so the file is whole and at rest.
+/// A member's database in a temporary folder, created and migrated by the store itself; the
+/// destructor removes it. Between calls no connection is open, so the file is complete and not in
+/// use.
 class TestDatabase {
 public:
   TestDatabase();
@@ -68,22 +69,22 @@ public:
   TestDatabase& addSources(const std::vector<TestSource>& sources);
   TestDatabase& addHumidity(const std::string& workoutID, const std::string& data);
 
-  /// Runs any statements: to change rows, or to damage the schema.
+  /// Runs any SQL statements: to change rows, or to damage the schema.
   TestDatabase& run(const std::string& sql);
 
-  /// Makes the file one without a write-ahead log, as a copy from a backup may be.
+  /// Removes the write-ahead log mode from the file, as in a copy from a backup.
   TestDatabase& useRollbackJournal() { return run("PRAGMA journal_mode=DELETE"); }
 
-  /// Replaces the file by one of exactly these bytes.
+  /// Replaces the file with exactly these bytes.
   TestDatabase& replaceFile(const std::string& bytes);
 
-  /// The store as the server opens it: read-only. It must not outlive this database.
+  /// The store with the server's options: read-only. It must not outlive this database.
   HealthStore open() const { return HealthStore(file, {}, quiet); }
 
-  /// A connection that may write.
+  /// A writable connection.
   Database writer() const;
 
-  /// A log that drops everything.
+  /// A log that discards everything.
   Logger& log() const { return quiet; }
 
 private:

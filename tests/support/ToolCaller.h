@@ -1,5 +1,5 @@
 #pragma once
-// Calls of tools, and of the functions they are made of, without a server.
+// Calls of tools, and of their helper functions, without a server.
 
 #include "mcp/tools/MCPError.h"
 #include "mcp/tools/Tools.h"
@@ -14,10 +14,10 @@
 #include <ostream>
 #include <string>
 
-/// 2024-03-17 12:00:00 UTC, the present of most tests.
+/// 2024-03-17 12:00:00 UTC, the current time in most tests.
 inline constexpr double testNow = 1710676800;
 
-/// What an MCPError says.
+/// The contents of an MCPError.
 struct Refusal {
   int code;
   std::string message;
@@ -29,8 +29,8 @@ inline std::ostream& operator<<(std::ostream& stream, const Refusal& refusal) {
   return stream << refusal.code << " " << refusal.message;
 }
 
-/// Calls as the server makes them: with the household's roster, one language and a fixed clock.
-/// Refers to nothing of the household but its files.
+/// Calls like those of the server: with the household's roster, one language and a fixed clock.
+/// Refers only to the household's files.
 class ToolCaller {
 public:
   explicit ToolCaller(const Household& household, SummaryLang lang = SummaryLang::en,
@@ -42,13 +42,13 @@ public:
     roster.load();
   }
 
-  /// What `function` makes of the call with these arguments.
+  /// The result of `function` for a call with these arguments.
   template <typename Function>
   auto of(const nlohmann::json& arguments, Function function) {
     return function(Tools::Call{arguments, roster, log, lang, clock, grouping});
   }
 
-  /// The MCPError that leaves `function`; `nullopt` when none does.
+  /// The MCPError that `function` throws; `nullopt` when it throws none.
   template <typename Function>
   std::optional<Refusal> refusal(const nlohmann::json& arguments, Function function) {
     try {

@@ -38,14 +38,14 @@ bool isResource(const Json& result, const Json& request) {
          contents[0]["mimeType"] == "text/plain" && contents[0]["text"].is_string();
 }
 
-/// Whether the result has the shape that the method promises.
+/// Whether the result has the method's shape.
 bool isResultOf(const Json& result, const Json& request) {
   if (request["method"] == "tools/call") return isContent(result);
   if (request["method"] == "resources/read") return isResource(result, request);
   return result.is_object();
 }
 
-/// What is wrong with `reply`, which is `line`; "" when nothing is.
+/// The first fault of `reply`, decoded from `line`; "" when there is none.
 std::string faultOf(const Json& request, std::string_view line, const Json& reply) {
   if (line.empty() || line.find('\n') != line.size() - 1) return "not one line";
   if (!reply.is_object()) return "not a JSON object in UTF-8";
@@ -57,7 +57,7 @@ std::string faultOf(const Json& request, std::string_view line, const Json& repl
   return isResultOf(reply["result"], request) ? "" : "not the method's result";
 }
 
-/// Nothing where the line is not JSON; the parser takes no text that is not UTF-8.
+/// Discarded when the line is not JSON; the parser rejects invalid UTF-8.
 Json parsed(std::string_view line) {
   constexpr bool throwing = false;
   return Json::parse(line, nullptr, throwing);

@@ -1,12 +1,12 @@
 #pragma once
-// Choosing among workouts that a test holds in memory.
+// Selection among workouts in a test's memory.
 
 #include "mcp/tools/WorkoutSelection.h"
 
 #include <cstddef>
 #include <vector>
 
-/// What is selected of `workouts`, which are newest first, with the workouts of the page.
+/// The selection among `workouts`, newest first, including the workouts of the page.
 inline WorkoutSelection::Selection selected(const std::vector<WorkoutEntry>& workouts,
                                             const WorkoutSelection::Filters& filters,
                                             WorkoutSelection::Order order,

@@ -1,12 +1,12 @@
 #pragma once
-// One workout, and heart-rate samples around it, as rows of a database.
+// One workout, and heart-rate samples around it, as database rows.
 
 #include "support/TestDatabase.h"
 #include "workouts/Workouts.h"
 
 #include <string>
 
-/// The stamp `seconds` after 08:00:00 UTC on 1 March 2024, on that day.
+/// The stamp `seconds` after 08:00:00 UTC on 1 March 2024; it must be on that day.
 inline std::string stampAfter(int seconds) {
   const auto twoDigits = [](int number) {
     return (number < 10 ? "0" : "") + std::to_string(number);
@@ -16,12 +16,12 @@ inline std::string stampAfter(int seconds) {
          ":" + twoDigits(secondOfDay % 60) + " +0000";
 }
 
-/// A run of an hour from stampAfter(0) on, recorded by "Watch".
+/// A run of one hour from stampAfter(0) on, recorded by "Watch".
 inline TestWorkout hourOfRunning() {
   return {.duration_min = 60, .start_date = stampAfter(0), .end_date = stampAfter(3600)};
 }
 
-/// A sample that begins `seconds` after that run, recorded by "Watch".
+/// A sample that starts `seconds` after the run's start, recorded by "Watch".
 inline TestRecord sampleAfter(int seconds, double bpm = 60) {
   return {.type = "HeartRate",
           .unit = "count/min",
@@ -29,7 +29,7 @@ inline TestRecord sampleAfter(int seconds, double bpm = 60) {
           .value_num = bpm};
 }
 
-/// The identifier of the workout that such a row, with a start of its own, becomes.
+/// The identifier of the workout in this row, which must have a start of its own.
 inline std::string identifierOf(const TestWorkout& row) {
   WorkoutEntry workout;
   workout.activity_type = row.activity_type.value_or("");

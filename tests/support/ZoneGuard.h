@@ -1,12 +1,13 @@
 #pragma once
-// The machine's time zone for as long as a test needs it.
+// The machine's time zone for the duration of a test.
 
 #include "support/EnvironmentGuard.h"
 
 #include <optional>
 #include <string>
 
-/// Makes `zone` ("Asia/Shanghai") the process's time zone; the destructor puts the old one back.
+/// Makes `zone` ("Asia/Shanghai") the process's time zone; the destructor restores the previous
+/// one.
 class ZoneGuard {
 public:
   explicit ZoneGuard(const std::string& zone);
