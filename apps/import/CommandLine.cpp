@@ -73,8 +73,8 @@ constexpr Phrase idUnusable{
 
 constexpr int usageError = 2;
 
-/// An id is the name of a folder and a part of resource addresses, so it is kept to characters that
-/// mean nothing to either.
+/// An id is the name of a folder and a part of resource URIs, so only characters without a meaning
+/// in either are allowed.
 bool usableID(std::string_view id) {
   constexpr std::size_t longest = 64;
   return !id.empty() && id.size() <= longest && std::ranges::all_of(id, [](char letter) {
@@ -83,8 +83,8 @@ bool usableID(std::string_view id) {
   });
 }
 
-/// Whether `text`, valid UTF-8, has a character that moves a terminal's cursor instead of being
-/// shown: U+0000 to U+001F, U+007F to U+009F.
+/// Whether `text`, valid UTF-8, contains a control character, which a terminal would execute
+/// instead of showing: U+0000 to U+001F, U+007F to U+009F.
 bool hasControlCharacter(std::string_view text) {
   unsigned char before = 0;
   for (const char letter : text) {
@@ -116,7 +116,7 @@ public:
     return {.text = std::move(text), .toStderr = false, .status = 0};
   }
 
-  /// What is wrong with the value; `nullopt` when it was taken.
+  /// The error in the value; `nullopt` when it was accepted.
   std::optional<Say> take(std::string_view option, std::string_view value) {
     if (storing.empty()) storing = option;
     if (option == "--data-root") {
@@ -159,7 +159,7 @@ private:
 
   ImportOrder order;
   bool checks = false;
-  std::string_view storing;  ///< the first option that says where or how to store
+  std::string_view storing;  ///< the first given option that applies only to an import
   SummaryLang lang;
 };
 

@@ -1,5 +1,5 @@
 #pragma once
-// What the import program was started to do.
+// The command line of the import program.
 
 #include "platform/SummaryLang.h"
 
@@ -9,38 +9,38 @@
 #include <string>
 #include <variant>
 
-/// Which export goes to whom.
+/// An import: the export and its member.
 struct ImportOrder {
   std::filesystem::path dataRoot;
   std::string name;               ///< of the member; valid UTF-8, not empty, no control characters
-  std::optional<std::string> id;  ///< of the member; fit to name a folder
-  std::optional<std::string> timeZone = {};  ///< of the member, by its name; not looked up yet
+  std::optional<std::string> id;  ///< of the member; valid as a folder name
+  std::optional<std::string> timeZone = {};  ///< name of the member's zone; not checked yet
   std::filesystem::path source;              ///< a .zip, an export.xml or the unpacked folder
 
   bool operator==(const ImportOrder&) const = default;
 };
 
-/// Which export is to be looked at and not stored.
+/// A check: the export, which is not stored.
 struct CheckOrder {
-  std::filesystem::path source;  ///< as that of an ImportOrder
+  std::filesystem::path source;  ///< like ImportOrder::source
 
   bool operator==(const CheckOrder&) const = default;
 };
 
 namespace Importer::CommandLine {
 
-/// Say something and end.
+/// Print a text and exit.
 struct Say {
-  std::string text;  ///< with its last line feed
+  std::string text;  ///< including its last line feed
   bool toStderr;
   int status;
 
   bool operator==(const Say&) const = default;
 };
 
-/// Reads the arguments that follow the program's name, from left to right; the first that is wrong,
-/// or asks for help or the version, decides. Paths are taken as they stand, and of a repeated
-/// option the last one counts. A check goes with no option of the import.
+/// Parses the arguments after the program's name, from left to right. The first wrong argument, or
+/// request for help or the version, decides. Paths are used unchanged, and the last of a repeated
+/// option counts. A check accepts no option of the import.
 std::variant<ImportOrder, CheckOrder, Say> parsed(std::span<const char* const> arguments,
                                                   const std::filesystem::path& defaultDataRoot,
                                                   SummaryLang lang);

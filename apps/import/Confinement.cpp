@@ -15,13 +15,13 @@ namespace {
 
 using std::filesystem::path;
 
-/// The folder that holds the file at `place`, wherever links to it lie.
+/// The folder of the file at `place`, with all links resolved.
 path folderOf(const path& place) {
   std::error_code unknown;
   return std::filesystem::weakly_canonical(place, unknown).parent_path();
 }
 
-/// `folder`, or where it will be made the nearest that is there.
+/// `folder`, or its nearest existing parent when it is still missing.
 path nearestExisting(path folder) {
   std::error_code unknown;
   while (folder.has_relative_path() && !std::filesystem::is_directory(folder, unknown)) {
@@ -30,8 +30,8 @@ path nearestExisting(path folder) {
   return folder;
 }
 
-/// The database of the member whom the roster names; `nullopt` without one. What is wrong with the
-/// roster or the name, the import will say.
+/// The database of the member, if the roster has the member; otherwise `nullopt`. Errors of the
+/// roster or the name are reported later by the import.
 std::optional<path> databaseOf(const ImportOrder& order, const path& roster) {
   try {
     const std::optional<Member> member =
@@ -42,7 +42,7 @@ std::optional<path> databaseOf(const ImportOrder& order, const path& roster) {
   return std::nullopt;
 }
 
-/// Where SQLite puts what it sorts and cannot hold in memory: the first of these that it can use.
+/// SQLite's folder for temporary files: the first usable one of these.
 std::optional<path> folderForTemporaryFiles() {
   std::vector<path> folders;
   for (const char* name : {"SQLITE_TMPDIR", "TMPDIR"}) {
@@ -69,7 +69,7 @@ void confine(const ImportOrder& order) {
   const path roster = root / "members.json";
   reach.change.push_back(nearestExisting(root));
   reach.change.push_back(folderOf(roster));
-  reach.change.push_back(root / "members");  // which may be a link to another drive
+  reach.change.push_back(root / "members");  // it may be a link to another drive
   if (const std::optional<path> database = databaseOf(order, roster)) {
     reach.change.push_back(folderOf(*database));
   }

@@ -1,12 +1,12 @@
 #pragma once
-// What an import or a check gives up before it reads the first byte of the export.
+// The confinement of an import or a check before it reads the export.
 
 #include "import/CommandLine.h"
 
-/// Confines this process, for good and as far as the system can, to what `order` needs: it reads
-/// the export, time zones and locales, and changes the data root, the folder of the member's
+/// Confines this process permanently, as far as the system can, to the needs of `order`. It can
+/// read the export, time zones and locales, and change the data root, the folder of the member's
 /// database and SQLite's temporary files.
 void confine(const ImportOrder& order);
 
-/// The same for a check, which reads the export and nothing else.
+/// The same for a check, which only reads the export.
 void confine(const CheckOrder& order);

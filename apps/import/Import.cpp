@@ -46,21 +46,21 @@ constexpr Phrase rosterUnread{
 
 }  // namespace phrases
 
-/// Where the data goes.
+/// The destination of the data.
 struct Place {
   std::string id;
   std::filesystem::path database;
   bool inUse = true;  ///< see Writer::Options
-  /// When the database was last brought up to date; absent when that is not known.
+  /// The time of the last update of the database; absent when unknown.
   std::optional<double> lastSyncAt = std::nullopt;
 };
 
-/// The last name in `path`, which may end in a slash.
+/// The last component of `path`, which may end in a slash.
 std::string lastName(const std::filesystem::path& path) {
   return (path.has_filename() ? path : path.parent_path()).filename().string();
 }
 
-/// Reads the export into the open transaction of the reader's sink; returns the bytes read.
+/// Reads the export into the open transaction of the reader's sink. Returns the number of bytes.
 std::uint64_t transfer(ExportFile& source, ExportReader& reader, MemberZone& zone,
                        Importer::Progress& progress) {
   std::uint64_t total = 0;
@@ -75,24 +75,23 @@ std::uint64_t transfer(ExportFile& source, ExportReader& reader, MemberZone& zon
   return total;
 }
 
-/// What the database holds after the commit, for the roster.
+/// The database's state after the commit, for the roster.
 struct Outcome {
   std::optional<std::string> firstDay;
   std::optional<double> exportedAt;
 };
 
-/// Everything that happens in the database. Fills the counts of `report`.
+/// Does all work in the database. Fills the counts of `report`.
 Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
               const ImportSurroundings& surroundings, Report& report) {
-  // First, because a migration changes the file, and the zone may be a reason not to import into
-  // it.
+  // First, because the zone may forbid this import, and a migration changes the file.
   MemberZone zone({.member = order.name,
                    .id = place.id,
                    .database = place.database,
                    .asked = order.timeZone,
                    .machine = surroundings.timeZone,
                    .interrupted = surroundings.interrupted});
-  // Makes the file, and its tables before the one transaction begins.
+  // Creates the file and, before the import's only transaction, its tables.
   Database database(place.database.string(),
                     {.create = true, .readOnly = false, .interrupted = &surroundings.interrupted});
   Schema::migrate(database);
@@ -122,7 +121,7 @@ Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
   Outcome outcome{.firstDay = writer.firstStoredDay(), .exportedAt = std::nullopt};
   if (report.tally.exportedAt) {
     const auto moment = AppleFormat::stampParser.parse(*report.tally.exportedAt);
-    // A clock that was ahead says nothing, and must not make later exports older ones.
+    // An export from the future has a wrong clock. Its time must not make later exports look older.
     if (moment && static_cast<double>(*moment) <= now) {
       outcome.exportedAt = static_cast<double>(*moment);
     }
@@ -130,7 +129,7 @@ Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
   return outcome;
 }
 
-/// The same, with failures in words. A failure leaves no database where there was none.
+/// The same, with errors as Failure. A failure leaves no new database behind.
 Outcome storeOrExplain(ExportFile& source, const Place& place, const ImportOrder& order,
                        const ImportSurroundings& surroundings, Report& report) {
   NewDatabase made(place.database);
@@ -139,24 +138,25 @@ Outcome storeOrExplain(ExportFile& source, const Place& place, const ImportOrder
     made.keep();
     return outcome;
   } catch (const DatabaseError& error) {
-    // SQLite was told to break off, and tells it as a failure.
+    // SQLite reports an interruption as a failure.
     heed(surroundings.interrupted);
     throw databaseFailure(error);
   } catch (const Failure&) {
-    // A signal may also have kept bytes from coming.
+    // A signal may have caused this failure by interrupting a read.
     heed(surroundings.interrupted);
     throw;
   }
 }
 
-/// The place of a member whom the roster names. A sync later than `now` was told by a wrong clock.
+/// The destination for a member in the roster. A sync later than `now` comes from a wrong clock and
+/// is ignored.
 Place placeOf(const Member& member, double now) {
   const std::filesystem::path database = member.dbPath;
-  // Anything else would depend on the folder that the import happens to be started in.
+  // A relative path would depend on the current folder of the import.
   if (!database.is_absolute()) {
     throw Failure(phrases::pathUnusable, {member.name, member.dbPath});
   }
-  // Making the folder would put the data where the drive is to be mounted.
+  // Creating the folder would put the data on the wrong drive, under an unmounted drive's path.
   if (!std::filesystem::is_directory(database.parent_path())) {
     throw Failure(phrases::folderMissing, {database.parent_path().string()});
   }
@@ -173,7 +173,8 @@ std::vector<std::string> idsOf(const std::vector<Member>& members) {
   return ids;
 }
 
-/// Names the member in the roster as it is by now: reading the export may have taken minutes.
+/// Enters the member into the roster. The roster is read again, because reading the export may have
+/// taken minutes.
 void enter(const std::filesystem::path& rosterPath, const Report& report,
            const std::filesystem::path& database, const Outcome& outcome, double now) {
   try {
@@ -192,7 +193,7 @@ void enter(const std::filesystem::path& rosterPath, const Report& report,
   }
 }
 
-/// The same for a member whom the roster does not name yet.
+/// Stores the export for a member who is not in the roster yet.
 void storeNew(ExportFile& source, const MemberFolder& folder, const std::vector<Member>& members,
               const std::filesystem::path& rosterPath, const ImportOrder& order,
               const ImportSurroundings& surroundings, Report& report) {
@@ -201,7 +202,7 @@ void storeNew(ExportFile& source, const MemberFolder& folder, const std::vector<
   report.newMember = true;
   Outcome outcome;
   try {
-    // The id may be that of an unfinished import.
+    // The id may come from an unfinished import.
     requireDistinct(members, order.name, folder.id());
     requireUnshared(members, place.database);
     outcome = storeOrExplain(source, place, order, surroundings, report);
@@ -213,7 +214,7 @@ void storeNew(ExportFile& source, const MemberFolder& folder, const std::vector<
   folder.finish();
 }
 
-/// The roster names databases by their paths and is JSON, which takes UTF-8 alone.
+/// The roster contains the paths of databases and is JSON, which allows only UTF-8.
 void requireUTF8(const std::filesystem::path& root) {
   const std::string text = repaired(root.string());
   if (text != root.string()) throw Failure(phrases::rootNotUTF8, {text});
@@ -232,7 +233,7 @@ Report runImport(const ImportOrder& order, const ImportSurroundings& surrounding
   report.source = order.source.string();
   report.beside = source.contents();
   const std::filesystem::path rosterPath = root / "members.json";
-  // Whoever must not be written for is refused before the first file is made.
+  // Refuses an invalid recipient before any file is created.
   recipient(RosterDocument(rosterPath).members(), order.name, order.id);
 
   Lock lock(root);
@@ -246,7 +247,7 @@ Report runImport(const ImportOrder& order, const ImportSurroundings& surrounding
     const MemberFolder folder(root, order.name, order.id, idsOf(members), randomID);
     storeNew(source, folder, members, rosterPath, order, surroundings, report);
   }
-  // Only now: the roster on the disk names these members for certain since it was just replaced.
+  // Only now: the roster on the disk was just replaced, so it certainly contains these members.
   removeObsoleteNotes(root, idsOf(members));
   lock.keep();
   report.seconds = surroundings.clock() - began;

@@ -13,26 +13,26 @@
 #include <ostream>
 #include <string>
 
-/// Where an import shows how far it has come, and what time it is there.
+/// The injected environment of an import: progress output, clock, time zone and interruption.
 struct ImportSurroundings {
   std::ostream& progress;
   Importer::Progress::Kind progressKind;
   SummaryLang lang;
   Clock clock;
-  std::optional<std::string> timeZone;  ///< the machine's, by its name; absent when it has none
-  /// Memory for pages of the database. What does not fit is written early, inside the transaction.
+  std::optional<std::string> timeZone;  ///< name of the machine's zone; absent when it has none
+  /// Memory for the database's page cache. Pages that do not fit are written early, inside the
+  /// transaction.
   int cacheKibibytes = Writer::usualCacheKibibytes;
-  /// Whether the user or the system wants the import to stop. Not asked any more once the data is
-  /// committed.
+  /// Whether the user or the system wants the import to stop. No longer called after the commit.
   Interrupted interrupted = neverInterrupted;
 };
 
-/// Does what `order` says. The database comes first, in one transaction, and the roster last. An
-/// import that ends before the commit leaves the member's data and the roster as they were, and no
-/// file or folder that it made. What is not data is not undone: tables and columns that an older
-/// database lacks, and its write-ahead log mode. A process that is killed also leaves, of a new
-/// member, a folder with an empty database. An import that ends between commit and roster is
-/// completed by the next of the same name, which finds the data there and only writes the roster.
-/// Files are made with the process's creation mask. Refusals and failures leave as Failure
-/// (Interruption when the import was asked to stop) or std::system_error.
+/// Carries out `order`. The database is written first, in one transaction, and the roster last. An
+/// import that ends before the commit leaves the member's data and the roster unchanged, and
+/// removes every file and folder that it created. Changes of the schema are not undone: tables and
+/// columns that an older database lacked, and the write-ahead log mode. A killed process may also
+/// leave a new member's folder with an empty database. If an import ends between the commit and the
+/// roster, the next import with the same name completes it: it finds the data and only writes the
+/// roster. Files are created with the process's umask. Errors throw Failure (Interruption when the
+/// import was asked to stop) or std::system_error.
 Report runImport(const ImportOrder& order, const ImportSurroundings& surroundings);

@@ -1,26 +1,26 @@
 #pragma once
-// An import or a check that was asked to stop.
+// The error of an import or a check that was asked to stop.
 
 #include "import/Failure.h"
 #include "platform/Phrase.h"
 
 #include <functional>
 
-/// Ends an import that was asked to stop before its commit, or a check.
+/// Ends a check, or an import before its commit, that was asked to stop.
 class Interruption : public Failure {
 public:
-  Interruption();  ///< says that nothing was changed
+  Interruption();  ///< with the message that nothing was changed
 
-  /// Says `phrase` instead.
+  /// With `phrase` as the message.
   explicit Interruption(const Phrase& phrase);
 };
 
-/// Whether somebody has asked the run to stop. Asked often, so it must be cheap; once true, it
-/// stays true.
+/// Whether the run was asked to stop. It is called often, so it must be cheap. Once true, it stays
+/// true.
 using Interrupted = std::function<bool()>;
 
-/// Throws Interruption when `interrupted` says so.
+/// Throws Interruption when `interrupted` returns true.
 void heed(const Interrupted& interrupted);
 
-/// The answer of a run that nobody can interrupt.
+/// For a run that cannot be interrupted.
 inline bool neverInterrupted() { return false; }

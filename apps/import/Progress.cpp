@@ -20,12 +20,12 @@ constexpr Phrase finishing{"已全部读取,正在统计并写入磁盘…",
 
 }  // namespace phrases
 
-/// Goes to the start of the terminal's line and clears it.
+/// Moves to the start of the terminal's line and clears it.
 constexpr std::string_view clearLine = "\r\033[K";
 
 std::string megabytes(double bytes) { return fixedDecimals(bytes / 1e6, 1); }
 
-/// "#####---------------", `share` from 0 to 1.
+/// "#####---------------" for a `share` from 0 to 1.
 std::string bar(double share) {
   constexpr std::size_t length = 20;
   std::string cells(length, '-');
@@ -36,7 +36,7 @@ std::string bar(double share) {
 
 /// "1:02:03" or "2:03".
 std::string duration(double seconds) {
-  // A rate near zero promises years; a hundred hours say as much.
+  // A rate near zero would give years, so the duration is capped at a hundred hours.
   const auto whole = static_cast<long long>(std::ceil(std::min(seconds, 359999.0)));
   const auto twoDigits = [](long long number) {
     return (number < 10 ? "0" : "") + std::to_string(number);
@@ -85,7 +85,7 @@ void Importer::Progress::read(std::uint64_t bytes) {
   done += bytes;
   const double now = clock();
   const double interval = kind == Kind::terminal ? 0.2 : 60;
-  // A clock that was set back would keep the line still for as long.
+  // Otherwise a clock that was set back would stop the updates for that long.
   if (now < shown) began = shown = now;
   if (now - shown < interval || done == 0) return;
   shown = now;

@@ -1,5 +1,5 @@
 #pragma once
-// How far an import has come: a bar on a terminal, a line a minute in a log.
+// The progress of an import: a bar on a terminal, a line per minute in a log.
 
 #include "platform/Clock.h"
 #include "platform/SummaryLang.h"
@@ -11,25 +11,25 @@
 
 namespace Importer {
 
-/// Shows the bytes read, the rate and the time left. Cheap enough to be told of every piece.
+/// Shows the bytes read, the rate and the remaining time. Cheap enough to call for every piece.
 class Progress {
 public:
   enum class Kind {
-    terminal,  ///< one line that updates itself several times a second
-    log        ///< a line of its own every minute
+    terminal,  ///< one line, updated several times a second
+    log        ///< a new line every minute
   };
 
-  /// `out` outlives the progress. Without `total`, the bytes to come are not known.
+  /// `out` must outlive this object. `total` is absent when the size is unknown.
   Progress(std::ostream& out, Kind kind, SummaryLang lang, Clock clock,
            std::optional<std::uint64_t> total);
 
-  ~Progress();  ///< takes the terminal's line away
+  ~Progress();  ///< clears the terminal's line
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  void read(std::uint64_t bytes);  ///< so many more
+  void read(std::uint64_t bytes);  ///< adds this many bytes
 
-  /// All is read, and what remains takes its time too: says so.
+  /// Shows that everything is read and the final work is running.
   void finishing();
 
 private:

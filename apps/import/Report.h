@@ -1,5 +1,5 @@
 #pragma once
-// What an import says when it has ended.
+// The closing report of an import.
 
 #include "import/database/RunTally.h"
 #include "import/export/Irregularities.h"
@@ -9,22 +9,22 @@
 #include <optional>
 #include <string>
 
-/// A run that has ended well.
+/// The results of a successful run.
 struct Report {
   std::string name;  ///< the member's
   std::string id;    ///< the member's
   bool newMember = false;
-  std::string source;  ///< as named on the command line
+  std::string source;  ///< as given on the command line
   RunTally tally;
-  std::string timeZone;  ///< that the member's days are in
-  /// The machine's, in which the server tells nights; absent when it has no name.
+  std::string timeZone;  ///< zone of the member's days
+  /// The machine's zone, which the server uses for nights; absent when it has no name.
   std::optional<std::string> machineTimeZone;
   Irregularities irregularities;
   ExportContents beside;
-  double seconds = 0;  ///< that it took
+  double seconds = 0;  ///< duration
 
   bool operator==(const Report&) const = default;
 };
 
-/// The report for a person to read, in lines with their last line feed.
+/// The report as text in lines, including the last line feed.
 std::string reportText(const Report& report, SummaryLang lang);

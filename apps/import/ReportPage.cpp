@@ -37,7 +37,7 @@ constexpr Phrase time{"  用时:{0} 秒", "  time: {0} s"};
 
 }  // namespace phrases
 
-/// An element's name takes this much of a line at most. The names are those that the file chose.
+/// The maximum length of an element's name in a line. The file chooses these names.
 constexpr std::size_t longestName = 64;
 
 }  // namespace

@@ -1,5 +1,5 @@
 #pragma once
-// The lines of a report about an export, and those that all such reports have in common.
+// The lines of a report about an export, including those common to all such reports.
 
 #include "import/database/RunTally.h"
 #include "import/export/Irregularities.h"
@@ -14,19 +14,19 @@
 #include <string>
 #include <string_view>
 
-/// A report for a person to read, in one language.
+/// A report as text in one language.
 class ReportPage {
 public:
   ReportPage(SummaryLang lang, DigitGrouping grouping);
 
-  /// A line: `phrase` with its marks replaced by `values`.
+  /// Adds a line: `phrase` with its marks replaced by `values`.
   void add(const Phrase& phrase, std::initializer_list<std::string_view> values = {});
 
-  /// Leaves the line out when there is nothing to count.
+  /// Adds a line with a count, unless the count is 0.
   void addUnlessZero(const Phrase& phrase, std::int64_t count);
 
-  /// What was converted, put up with and left out, by reason and by name. `beside` lies beside the
-  /// export.xml and is not stored either.
+  /// Adds what was converted, tolerated and not stored, by reason and by name. The files of
+  /// `beside` are next to the export.xml and are not stored either.
   void addTroubles(const RunTally& tally, const Irregularities& irregularities,
                    const ExportContents& beside);
 
@@ -35,7 +35,7 @@ public:
   /// `count` with its digits grouped.
   std::string number(std::int64_t count) const { return grouped(count, grouping); }
 
-  /// All lines, with their last line feed.
+  /// All lines, including the last line feed.
   std::string text() const { return lines.joined() + "\n"; }
 
 private:

@@ -8,7 +8,7 @@
 
 namespace {
 
-// A signal handler reaches nothing but what is global.
+// A signal handler can access only global variables.
 std::atomic<int> firstSignal{0};
 static_assert(std::atomic<int>::is_always_lock_free);
 
@@ -26,7 +26,7 @@ void StopSignals::note() {
     action = {};
     action.sa_handler = noteSignal;
     sigemptyset(&action.sa_mask);
-    // Without SA_RESTART, so that who waits for bytes that never come hears of it.
+    // Without SA_RESTART, so that a blocked read returns when a signal arrives.
     sigaction(number, &action, nullptr);
   }
 }

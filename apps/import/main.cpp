@@ -1,5 +1,5 @@
-// larkspur-import: start-up. Reads the command line and the machine's language, and leaves the rest
-// to the import.
+// larkspur-import: start-up. Reads the command line and the machine's language; the other work is
+// done by the import.
 
 #include "import/Confinement.h"
 #include "import/Failure.h"
@@ -73,7 +73,7 @@ int bringIn(const ImportOrder& order, SummaryLang lang) {
   return succeeded;
 }
 
-/// For how long something takes: nobody sets this clock.
+/// For durations: this clock is never set.
 double steadyTime() {
   const auto sinceSomeMoment = std::chrono::steady_clock::now().time_since_epoch();
   return std::chrono::duration<double>(sinceSomeMoment).count();
@@ -96,10 +96,10 @@ int check(const CheckOrder& order, SummaryLang lang) {
 }  // namespace
 
 int main(int count, char* words[]) {
-  // Health data is its owner's alone, and so is every file made here.
+  // Health data is accessible to its owner only, and so is every file created here.
   umask(077);
-  // Writing where nobody reads, or beyond the longest file that is allowed, must return an error
-  // and not kill the process.
+  // Writing to a closed pipe, or beyond the maximum file size, must return an error, not kill the
+  // process.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
   StopSignals::note();

@@ -4,10 +4,10 @@
 
 namespace {
 
-/// Names of sources take some hundred bytes.
+/// Names of sources usually take some hundred bytes in total.
 constexpr std::size_t mostSourceBytes = 4UL << 20;
 
-/// A name takes this much besides its letters, about.
+/// The approximate memory of a name in addition to its letters.
 constexpr std::size_t besideAName = 100;
 
 std::string_view publicUnit(std::optional<std::string_view> unit) {
@@ -22,7 +22,7 @@ void CensusTaker::exportedAt(std::string_view stamp) {
   counts.exportedAt = AppleFormat::stampParser.stamp(stamp);
 }
 
-/// Notes the source and the year of a record or workout that begins with the stamp `start`.
+/// Counts the source and the year of a record or workout with the start stamp `start`.
 void CensusTaker::meet(std::string_view start, std::string_view source) {
   constexpr std::size_t yearLength = 4;
   const std::string_view year = start.substr(0, yearLength);
@@ -40,7 +40,7 @@ void CensusTaker::meet(std::string_view start, std::string_view source) {
 
 void CensusTaker::add(const ExportedRecord& exported) {
   ExportedRecord record = exported;
-  // Nothing is stored yet, as for a new member.
+  // No units are stored yet, as for a new member.
   firstUnits.convert(record, [](const ExportedRecord&) { return std::nullopt; });
   counts.tally.read(counts.tally.records, record);
   if (!record.number) {

@@ -1,5 +1,5 @@
 #pragma once
-// What kinds of things an export holds, and how many of each.
+// The kinds of things in an export, and their counts.
 
 #include "import/database/RunTally.h"
 #include "import/export/ExportSink.h"
@@ -17,15 +17,15 @@
 #include <string>
 #include <string_view>
 
-/// Counts of an export that its owner may show to strangers: no value, no name of a person, source
-/// or device, no day and no time. All texts are our own; see KnownNames. Of the tally, `added`,
-/// `sources`, the days and `exportedAt` are not filled, and elements without a known name are
-/// `others`.
+/// Counts of an export that its owner can safely publish. They contain no value, no name of a
+/// person, source or device, no day and no time. All texts are our own; see KnownNames. In the
+/// tally, `added`, `sources`, the days and `exportedAt` are not set, and elements without a known
+/// name are counted in `others`.
 struct Census {
-  /// The unit in which numbers are exported and the one to which they are converted.
+  /// The unit of exported numbers and the unit that they are converted to.
   struct UnitUse {
-    std::string_view unit;    ///< empty without one, and `otherUnit` when it is not known
-    std::string_view stored;  ///< empty when it stays
+    std::string_view unit;    ///< empty without a unit; `otherUnit` when it is unknown
+    std::string_view stored;  ///< empty when not converted
 
     std::strong_ordering operator<=>(const UnitUse&) const = default;
     bool operator==(const UnitUse&) const = default;
@@ -43,26 +43,26 @@ struct Census {
 
   std::optional<int> formatVersion;
   bool hasDate = false;                    ///< there is an ExportDate
-  std::optional<Stamp> exportedAt;         ///< absent when it cannot be read
-  std::map<std::string_view, Type> types;  ///< the known ones
+  std::optional<Stamp> exportedAt;         ///< absent when it is unreadable
+  std::map<std::string_view, Type> types;  ///< the known types
   Type otherTypes;
-  std::int64_t withoutNumber = 0;  ///< records; of many types all are
-  std::int64_t withUnitAlone = 0;  ///< of those, the ones that have a unit
+  std::int64_t withoutNumber = 0;  ///< records; for many types all of them
+  std::int64_t withUnitAlone = 0;  ///< the part of those with a unit
   std::size_t sources = 0;         ///< of records and workouts
-  bool moreSources = false;        ///< there are more, but counting them takes memory
-  std::size_t years = 0;           ///< in which records and workouts start
+  bool moreSources = false;        ///< there are more; counting stopped at the memory limit
+  std::size_t years = 0;           ///< years with a start of a record or workout
   RunTally tally;
   Irregularities irregularities;
   ExportContents beside;
-  std::uint64_t bytes = 0;  ///< of XML
-  double seconds = 0;       ///< that reading took
-  bool complete = false;    ///< all of the export was read
+  std::uint64_t bytes = 0;  ///< size of the XML
+  double seconds = 0;       ///< duration of the reading
+  bool complete = false;    ///< the whole export was read
 
   bool operator==(const Census&) const = default;
 };
 
-/// Counts what the reader of an export finds. Its stamps may be in any zone or none; the years are
-/// those that they show. Memory is bounded, however many names there are.
+/// Counts the elements of an export. Stamps may be in any zone or unreadable; a year is that of the
+/// stamp's text. Memory is bounded, for any number of names.
 class CensusTaker final : public ExportSink {
 public:
   void exportedAt(std::string_view stamp) override;
@@ -72,7 +72,7 @@ public:
   void notStored(std::string_view element) override;
   void skipped(std::string_view reason, long long line) override;
 
-  /// What was counted so far; the reader's own figures are not in it.
+  /// The counts so far, without the reader's own figures.
   const Census& census() const { return counts; }
 
 private:
@@ -81,6 +81,6 @@ private:
   Census counts;
   FirstUnits firstUnits;
   std::set<std::string, std::less<>> sources;
-  std::size_t sourcesSize = 0;  ///< of all names in `sources`
+  std::size_t sourcesSize = 0;  ///< bytes of all names in `sources`
   std::set<std::string, std::less<>> years;
 };

@@ -107,7 +107,7 @@ private:
     }
   }
 
-  /// "kg 2, lb -> kg 17"; a single unit without its count, which is the type's.
+  /// "kg 2, lb -> kg 17"; a single unit has no count, because it equals the type's.
   std::string unitsOf(const Census::Type& type) const {
     const auto named = [&](const Census::UnitUse& use) {
       std::string unit(use.unit.empty()                ? phrases::noUnit.in(lang)

@@ -37,7 +37,7 @@ CheckOutcome outcomeOf(const CheckOrder& order, const CheckSurroundings& surroun
       });
       reader.finish();
     } catch (const Failure& error) {
-      // A signal may also have kept bytes from coming.
+      // A signal may have caused this failure by interrupting a read.
       heed(surroundings.interrupted);
       failure = error;
     }
@@ -47,7 +47,7 @@ CheckOutcome outcomeOf(const CheckOrder& order, const CheckSurroundings& surroun
   census.irregularities = reader.irregularities();
   census.beside = source.contents();
   census.bytes = bytes;
-  // A clock that was set back says nothing about the time that passed.
+  // A clock that was set back would give a negative duration.
   census.seconds = std::max(surroundings.clock() - began, 0.0);
   census.complete = !failure;
   return {.census = std::move(census), .failure = std::move(failure)};

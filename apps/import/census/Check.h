@@ -1,5 +1,5 @@
 #pragma once
-// Reads an export to its end without storing any of it.
+// Reads an export completely without storing any of it.
 
 #include "import/CommandLine.h"
 #include "import/Failure.h"
@@ -12,22 +12,22 @@
 #include <optional>
 #include <ostream>
 
-/// Where a check shows how far it has come, and what may end it.
+/// The injected environment of a check: progress output, clock and interruption.
 struct CheckSurroundings {
   std::ostream& progress;
   Importer::Progress::Kind progressKind;
   SummaryLang lang;
-  Clock clock;                                 ///< for how long it takes; may count from any moment
+  Clock clock;                                 ///< for durations; may count from any moment
   Interrupted interrupted = neverInterrupted;  ///< whether the user or the system wants it to stop
 };
 
-/// What came of it.
+/// The result of a check.
 struct CheckOutcome {
-  Census census;                   ///< of what could be read
-  std::optional<Failure> failure;  ///< why the export cannot be read whole
+  Census census;                   ///< of the readable part
+  std::optional<Failure> failure;  ///< why the export cannot be read completely
 };
 
-/// Reads the export that `order` names as an import for a new member would, and counts. Makes,
-/// writes and locks nothing and opens no other file. An export that cannot even be opened throws
-/// Failure; a check that was asked to stop throws Interruption, and has no outcome.
+/// Reads the export of `order` like an import for a new member, and counts. Creates, writes and
+/// locks nothing and opens no other file. Throws Failure when the export cannot be opened, and
+/// Interruption, without a result, when it was asked to stop.
 CheckOutcome runCheck(const CheckOrder& order, const CheckSurroundings& surroundings);

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// A document type takes some ten kilobytes.
+/// A document type takes about ten kilobytes.
 constexpr std::size_t longestBeginning = 64UL << 10;
 
 }  // namespace

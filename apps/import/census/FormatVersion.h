@@ -1,19 +1,19 @@
 #pragma once
-// Which version of the export's format a file says it is in.
+// The version of the export's format, as stated in the file.
 
 #include <optional>
 #include <string>
 #include <string_view>
 
-/// Looks through the beginning of an export's XML for the comment in which its document type tells
-/// the version: "<!-- HealthKit Export Version: 14 -->". The document type itself is never read.
+/// Searches the beginning of an export's XML for the comment with the version, which is in its
+/// document type: "<!-- HealthKit Export Version: 14 -->". The document type itself is not parsed.
 class FormatVersion {
 public:
-  /// Takes the bytes in pieces of any size. Keeps 64 KiB of them at most.
+  /// Adds bytes, in pieces of any size. Keeps at most 64 KiB of them.
   void look(std::string_view bytes);
 
-  /// A number of one to three digits; `nullopt` when there is none before the root element, or
-  /// something else in its place.
+  /// A number of one to three digits. `nullopt` when it is missing before the root element, or not
+  /// such a number.
   std::optional<int> found() const;
 
 private:

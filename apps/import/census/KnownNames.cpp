@@ -203,7 +203,7 @@ constexpr auto types = std::to_array<std::string_view>({
 });
 // clang-format on
 
-/// Those that Units does not know, for they have no other form.
+/// Units that Units does not know, because they have no other form.
 constexpr auto plainUnits = std::to_array<std::string_view>({"%",
                                                              "IU",
                                                              "W",
@@ -247,7 +247,7 @@ static_assert(std::ranges::is_sorted(types));
 static_assert(std::ranges::is_sorted(plainUnits));
 static_assert(std::ranges::is_sorted(elements));
 
-/// The name in `names`, which ascend, that equals `text`.
+/// The name in the ascending `names` that equals `text`.
 template <typename Names>
 std::optional<std::string_view> among(const Names& names, std::string_view text) {
   const auto found = std::ranges::lower_bound(names, text);

@@ -35,7 +35,8 @@ ImportedZone::State ImportedZone::of(const std::string& path, const Interrupted&
   try {
     return stateOf(path, {.create = false, .readOnly = true, .patienceMilliseconds = 0});
   } catch (const DatabaseError&) {
-    // Somebody may be writing, and what a killed writer left is undone by a connection that writes.
+    // Another process may be writing. Only a writable connection can roll back the transaction of a
+    // killed writer.
     return stateOf(path, {.create = false, .readOnly = false, .interrupted = &interrupted});
   }
 }

@@ -1,5 +1,5 @@
 #pragma once
-// The time zone that an imported member's database is in.
+// The time zone of an imported member's database.
 
 #include "import/Interruption.h"
 #include "store/Database.h"
@@ -7,23 +7,22 @@
 #include <optional>
 #include <string>
 
-/// The stamps of one database are all in one zone, or one sample would come to have two texts. The
-/// database itself says which, in a row of `stat_meta` that is ours. Failures leave as
-/// DatabaseError.
+/// All stamps of one database are in one zone; otherwise one sample could have two texts. The
+/// database stores the zone in our own row of `stat_meta`. Failures throw DatabaseError.
 namespace ImportedZone {
 
-/// What a database says of itself.
+/// The zone information in a database.
 struct State {
-  std::optional<std::string> name;  ///< of the zone; absent when no import has kept one
-  bool holdsSamples = false;        ///< it has a record or a workout
+  std::optional<std::string> name;  ///< of the zone; absent when no import has stored one
+  bool holdsSamples = false;        ///< it contains a record or a workout
 };
 
-/// That of the database at `path`; without either when there is no file. Changes nothing but what a
-/// killed writer left to be undone. Beside a database with a write-ahead log SQLite may leave its
-/// `-wal` and `-shm` files. `interrupted` may end the wait for somebody's lock.
+/// The state of the database at `path`; empty when there is no file. Changes nothing, except that
+/// it rolls back the transaction of a killed writer. SQLite may leave `-wal` and `-shm` files
+/// beside a database with a write-ahead log. `interrupted` can end the wait for a lock.
 State of(const std::string& path, const Interrupted& interrupted = neverInterrupted);
 
-/// Makes `name` the zone of `database`, in the caller's transaction.
+/// Stores `name` as the zone of `database`, in the caller's transaction.
 void keep(Database& database, const std::string& name);
 
 }  // namespace ImportedZone

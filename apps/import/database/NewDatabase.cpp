@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Also a link to a file that is yet to be made is there: it is somebody's.
+/// A link to a missing file counts as existing: it belongs to the user.
 bool isThere(const std::filesystem::path& path) {
   std::error_code unknown;
   return std::filesystem::symlink_status(path, unknown).type() !=

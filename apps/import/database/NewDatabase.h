@@ -1,10 +1,10 @@
 #pragma once
-// A database that an import is about to make.
+// A database that an import is about to create.
 
 #include <filesystem>
 
-/// Removes the database and what SQLite keeps beside it, unless `keep` is called or something was
-/// there before. The database is closed by then.
+/// The destructor removes the database and SQLite's files beside it, unless `keep` was called or a
+/// file existed before. The database must be closed by then.
 class NewDatabase {
 public:
   explicit NewDatabase(std::filesystem::path path);
@@ -12,7 +12,7 @@ public:
   NewDatabase(const NewDatabase&) = delete;
   NewDatabase& operator=(const NewDatabase&) = delete;
 
-  /// Its data is committed.
+  /// Call this after the commit.
   void keep() { isNew = false; }
 
 private:

@@ -1,5 +1,5 @@
 #pragma once
-// What an import has met and done, for the closing report.
+// The counts of an import, for the closing report.
 
 #include "import/export/ExportSink.h"
 
@@ -9,36 +9,37 @@
 #include <string>
 #include <string_view>
 
-/// Elements of one kind.
+/// Counts of one kind of elements.
 struct Tally {
-  std::int64_t read = 0;   ///< in the export, and fit to be stored
-  std::int64_t added = 0;  ///< of those, what the database did not have yet
+  std::int64_t read = 0;   ///< in the export and storable
+  std::int64_t added = 0;  ///< of those, new in the database
 
   bool operator==(const Tally&) const = default;
 };
 
-/// Elements that could not be stored for one reason.
+/// Elements that were not stored, for one reason.
 struct Skipped {
   std::int64_t count = 0;
-  long long firstLine = 0;  ///< where the first of them stands, from 1
+  long long firstLine = 0;  ///< line of the first of them, from 1
 
   bool operator==(const Skipped&) const = default;
 };
 
-/// Counts of one run. Grows with the kinds of things in the export, not with their number.
+/// The counts of one run. Its size depends on the kinds of things in the export, not on their
+/// number.
 struct RunTally {
   Tally records;
   Tally workouts;
-  Tally activityDays;             ///< `added`: new, or with newer values
-  std::int64_t converted = 0;     ///< records and workouts with figures in another unit than ours
-  std::int64_t unknownUnits = 0;  ///< records and workouts in a unit that we cannot convert
-  std::int64_t sources = 0;       ///< that the database knows after the run
-  std::optional<std::string> firstDay;                  ///< of the export's records and workouts
-  std::optional<std::string> lastDay;                   ///< the same
-  std::optional<std::string> exportedAt;                ///< stamp
-  std::map<std::string, Skipped, std::less<>> skipped;  ///< by reason
+  Tally activityDays;                   ///< `added`: new, or with newer values
+  std::int64_t converted = 0;           ///< records and workouts with figures converted to our unit
+  std::int64_t unknownUnits = 0;        ///< records and workouts in a unit without a conversion
+  std::int64_t sources = 0;             ///< in the database after the run
+  std::optional<std::string> firstDay;  ///< of the export's records and workouts
+  std::optional<std::string> lastDay;   ///< the same
+  std::optional<std::string> exportedAt;                       ///< stamp
+  std::map<std::string, Skipped, std::less<>> skipped;         ///< by reason
   std::map<std::string, std::int64_t, std::less<>> notStored;  ///< by element; see `others`
-  std::int64_t others = 0;  ///< elements of further names, when an export has very many names
+  std::int64_t others = 0;  ///< elements with further names, if an export has very many names
 
   bool changedNothing() const {
     return records.added == 0 && workouts.added == 0 && activityDays.added == 0;
@@ -52,7 +53,7 @@ struct RunTally {
     if (element.unknownUnit) ++unknownUnits;
   }
 
-  /// Widens the span of days.
+  /// Extends the range of days.
   void met(std::string_view day);
 
   void count(std::string_view element);

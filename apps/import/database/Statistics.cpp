@@ -7,8 +7,8 @@ bool Statistics::built(const Database& database) {
 }
 
 void Statistics::rebuild(Database& database) {
-  // The records are read once, along the index of their constraint, which has all that is asked for
-  // in this order; both tables are made of the pairs.
+  // The records are read once, along the index of their constraint. It contains all needed columns
+  // in this order. Both tables are computed from the pairs.
   for (const char* sql :
        {"CREATE TEMP TABLE pairs AS SELECT type, source_name, COUNT(*) AS n, MAX(start_date) AS "
         "last"
@@ -32,7 +32,7 @@ std::int64_t Statistics::sources(const Database& database) {
 }
 
 std::optional<std::string> Statistics::firstDay(const Database& database) {
-  // One step down the index for every type, instead of a walk along all of it.
+  // One index seek per type, instead of a scan of the whole index.
   Statement query = database.prepare(
       "SELECT MIN(day) FROM (SELECT (SELECT MIN(start_day) FROM records WHERE records.type ="
       " stat_types.type) AS day FROM stat_types UNION ALL SELECT MIN(start_day) FROM workouts)");

@@ -1,5 +1,5 @@
 #pragma once
-// The tables of statistics, which readers trust instead of counting the records.
+// The statistics tables, which readers use instead of counting the records.
 
 #include "store/Database.h"
 
@@ -7,20 +7,20 @@
 #include <optional>
 #include <string>
 
-/// All run inside the caller's transaction; failures leave as DatabaseError.
+/// All functions run in the caller's transaction. Failures throw DatabaseError.
 namespace Statistics {
 
 /// Whether the tables are marked as complete.
 bool built(const Database& database);
 
-/// Counts all records anew, by type and by source, and marks the tables as complete.
+/// Counts all records again, by type and by source, and marks the tables as complete.
 void rebuild(Database& database);
 
-/// How many sources the tables name.
+/// The number of sources in the tables.
 std::int64_t sources(const Database& database);
 
-/// The first day of all records, by the types that the tables name, and of all workouts: the day
-/// from which the history is complete. Absent when there are none.
+/// The first day of all records, for the types in the tables, and of all workouts. The history is
+/// complete from this day on. Absent when there are none.
 std::optional<std::string> firstDay(const Database& database);
 
 }  // namespace Statistics

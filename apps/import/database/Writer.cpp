@@ -20,19 +20,20 @@ std::int64_t lastRow(const Database& database) {
   return row ? row->find<std::int64_t>(0).value_or(0) : 0;
 }
 
-/// Settings for one long transaction, then its beginning; returns the last rowid of the records.
+/// Applies the settings for one long transaction and begins it. Returns the last row id of the
+/// records.
 std::int64_t begun(Database& database, const Writer::Options& options) {
-  // The roster is written after the commit and says that the data is there: the commit has to be on
-  // the disk by then, not on its way.
+  // The roster is written after the commit and says that the data exists. So the commit must be on
+  // the disk by then.
   run(database, "PRAGMA synchronous=EXTRA");
   run(database, "PRAGMA fullfsync=ON");  // where fsync alone stops at the drive's cache
   run(database, "PRAGMA checkpoint_fullfsync=ON");
   run(database, "PRAGMA cache_size=-" + std::to_string(options.cacheKibibytes));
-  // A database that nobody can know of yet gets a rollback journal: it holds what pages were
-  // before, which is nothing for those that are new, while a write-ahead log would take every page
-  // several times over. One that somebody may read keeps its log, so that readers go on meanwhile
-  // and find a whole database even after this process was killed.
-  // The store turns the log on again when it next opens the file for writing.
+  // A new database, which has no readers yet, gets a rollback journal. That journal contains the
+  // old content of changed pages; new pages have none. A write-ahead log would write every page
+  // several times. A database in use keeps its log. So readers can continue, and find a consistent
+  // database even after this process was killed. The log is turned on again when the file is next
+  // opened for writing.
   if (!options.inUse) run(database, "PRAGMA journal_mode=DELETE");
   run(database, "BEGIN IMMEDIATE");
   return lastRow(database);
@@ -44,7 +45,8 @@ constexpr const char* recordSearch =
 constexpr const char* recordInsertion =
     "INSERT OR IGNORE INTO records (type, source_name, device, unit, start_date, start_day,"
     " end_date, creation_date, value, value_num) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
-// Every text of a workout's key may be missing, and for the constraint a NULL equals nothing.
+// Every text of a workout's key may be absent, and the constraint treats NULL as different from
+// NULL.
 constexpr const char* workoutInsertion =
     "INSERT INTO workouts (activity_type, source_name, start_date, end_date, duration_min,"
     " start_day, creation_date, distance_km, active_energy_kcal, basal_energy_kcal, hr_avg, hr_min,"
@@ -63,7 +65,7 @@ constexpr const char* dayReplacement =
     " active_energy_goal, move_time, move_time_goal, exercise_time, exercise_time_goal,"
     " stand_hours, stand_hours_goal) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
 
-/// The numbers of a day, in the order of both statements.
+/// The numbers of a day, in the column order of both statements.
 std::array<std::optional<double>, 8> numbersOf(const ExportedActivityDay& day) {
   return {day.activeEnergy,
           day.activeEnergyGoal,
@@ -75,7 +77,7 @@ std::array<std::optional<double>, 8> numbersOf(const ExportedActivityDay& day) {
           day.standHoursGoal};
 }
 
-/// Runs a statement that returns a row when it changed one.
+/// Runs a statement that returns a row if it changed one.
 bool changed(Statement& statement) {
   bool any = false;
   while (statement.next()) any = true;
@@ -107,8 +109,8 @@ void Writer::exportedAt(std::string_view stamp) {
   olderExport = moment && options.lastSyncAt && static_cast<double>(*moment) < *options.lastSyncAt;
 }
 
-/// Binds only what differs from the row before; most of a row's texts are the same as its
-/// neighbour's, and binding copies.
+/// Binds only texts that differ from the previous row. Most texts are the same as its neighbour's,
+/// and binding copies.
 void Writer::bindIfChanged(std::size_t position, std::optional<std::string_view> text) {
   std::optional<std::string>& present = bound[position - 1];
   if (text ? present && *present == *text : !present) return;
@@ -120,11 +122,11 @@ void Writer::bindIfChanged(std::size_t position, std::optional<std::string_view>
   insertRecord.bind(static_cast<int>(position), text);
 }
 
-/// The unit of the first number that was stored of the record's type; `nullopt` when there is none.
+/// The unit of the first stored number of the record's type; `nullopt` when there is none.
 std::optional<std::string> Writer::firstUnitOf(const ExportedRecord& record) {
   std::optional<std::string> unit;
-  // Mostly all numbers of a type are in one unit, which the index finds at once; to find the first
-  // row takes as long as there are rows of the type.
+  // Usually all numbers of a type are in one unit, which the first query finds immediately through
+  // the index. The second query, for the first row, reads all rows of the type.
   constexpr std::array searches{
       "SELECT unit FROM records WHERE type = ? AND unit IS NOT NULL AND value_num IS NOT NULL"
       " LIMIT 1",
@@ -139,9 +141,8 @@ std::optional<std::string> Writer::firstUnitOf(const ExportedRecord& record) {
   return unit;
 }
 
-/// Whether the sample is there: the same text, or a number that lies no further from the stored one
-/// than the phone's rounding. The phone exports a sample in the unit that is chosen there at that
-/// time, "1.609344" km once and "1" mi later.
+/// Whether the sample is stored: with the same text, or with a number within the phone's rounding.
+/// The phone exports a sample in its current unit: first "1.609344" km, later "1" mi.
 bool Writer::isStored(const ExportedRecord& record) {
   findRecord.bind(1, record.type).bind(2, record.sourceName).bind(3, record.startDate);
   findRecord.bind(4, record.endDate).bind(5, record.unit);
@@ -166,9 +167,11 @@ void Writer::add(const ExportedRecord& exported) {
   counts.read(counts.records, record);
   if (record.startDay) counts.met(*record.startDay);
 
-  // For the table's constraint a NULL equals nothing, so such a row would come again every time.
+  // The table's constraint treats NULL as different from NULL, so every import would add such a row
+  // again.
   const bool comparable = record.sourceName && record.endDate && record.value;
-  // One export has each type in one unit, so other words for a sample come from an earlier export.
+  // One export has only one unit per type, so a different text of the same sample comes from an
+  // earlier export.
   const bool mayBeReworded =
       lastRowBefore != 0 && record.number && record.unit && Units::isConvertible(*record.unit);
   if ((!comparable || mayBeReworded) && isStored(record)) return;
@@ -206,8 +209,8 @@ void Writer::addHumidity(const WorkoutEntry& entry) {
   insertHumidity.bind(1, entry.workout_id()).bind(2, data).run();
 }
 
-/// Whether the rings of that day are there and need no change: the same but for the phone's
-/// rounding, or not older than those of an older export.
+/// Whether the rings of that day are stored and need no change: equal within the phone's rounding,
+/// or from a newer export than this one.
 bool Writer::isStored(const ExportedActivityDay& day) {
   findDay.bind(1, day.date);
   const std::optional<Row> row = findDay.next();
@@ -251,7 +254,7 @@ void Writer::insertRun(const Origin& origin) {
 }
 
 void Writer::finish(const Origin& origin) {
-  // A row that is ignored takes no rowid, and a new one always that after the last.
+  // An ignored row takes no row id, and a new row always gets the next one.
   counts.records.added = lastRow(database) - lastRowBefore;
   if (counts.records.added > 0 || !Statistics::built(database)) {
     Statistics::rebuild(database);

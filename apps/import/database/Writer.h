@@ -1,5 +1,5 @@
 #pragma once
-// Puts an export into a member's database.
+// Writes an export into a member's database.
 
 #include "import/database/RunTally.h"
 #include "import/export/ExportSink.h"
@@ -13,39 +13,38 @@
 #include <string>
 #include <string_view>
 
-/// Writes in one transaction, which `finish` commits: a run that ends in any other way, the death
-/// of the process and a power failure included, leaves the database as it was. What is stored
-/// already stays as it is, but for the rings of a day, which a newer export knows better. A sample
-/// whose unit was changed on the phone since it was stored is stored already. The numbers of one
-/// type are all in one unit: a type for which StoredUnit has none takes the one that the database
-/// has; what cannot be converted to it is stored as exported and counted. Failures leave as
-/// DatabaseError.
+/// Writes in one transaction, which `finish` commits. A run that ends in any other way, including a
+/// killed process and a power failure, leaves the database unchanged. Stored data stays as it is,
+/// except for the rings of a day, which a newer export corrects. A sample also counts as stored
+/// when its unit was changed on the phone since. The numbers of one type are all in one unit. A
+/// type without a unit in StoredUnit uses the unit of the database. A number that cannot be
+/// converted to it is stored as exported, and counted. Failures throw DatabaseError.
 class Writer final : public ExportSink {
 public:
   static constexpr int usualCacheKibibytes = 24576;
 
   struct Options {
-    /// The roster names the member, so somebody may be reading the database meanwhile.
+    /// The roster contains the member, so another process may be reading the database.
     bool inUse = true;
-    /// Moment of the last export or sync that the database holds, seconds since 1970. The rings of
-    /// an older export replace none.
+    /// Time of the last export or sync in the database, seconds since 1970. The rings of an older
+    /// export replace none.
     std::optional<double> lastSyncAt = std::nullopt;
-    /// Memory for pages. What does not fit is written early, inside the transaction.
+    /// Memory for the page cache. Pages that do not fit are written early, inside the transaction.
     int cacheKibibytes = usualCacheKibibytes;
   };
 
-  /// What the table of imports keeps of the run.
+  /// The run's row in the table of imports.
   struct Origin {
     std::string importedAt;        ///< stamp
     std::string sourceFile;        ///< the export's name
-    std::int64_t sourceBytes = 0;  ///< of XML
-    /// The name of the zone that the stamps are in, to be kept for every later import; absent when
-    /// that is not certain.
+    std::int64_t sourceBytes = 0;  ///< size of the XML
+    /// The name of the stamps' zone, to be stored for every later import; absent when it is not
+    /// certain.
     std::optional<std::string> timeZone = std::nullopt;
   };
 
-  /// Begins. `database` has the present schema, may be written, has no open transaction, and
-  /// outlives the writer.
+  /// Begins the transaction. `database` must have the current schema, be writable and have no open
+  /// transaction. It must outlive the writer.
   Writer(Database& database, Options options);
 
   void exportedAt(std::string_view stamp) override;
@@ -55,7 +54,7 @@ public:
   void notStored(std::string_view element) override;
   void skipped(std::string_view reason, long long line) override;
 
-  /// Brings the statistics up to date and commits. The writer takes nothing more.
+  /// Updates the statistics and commits. The writer must not be used afterwards.
   void finish(const Origin& origin);
 
   /// Complete after `finish`.
@@ -81,7 +80,7 @@ private:
   Statement insertHumidity;
   Statement findDay;
   Statement replaceDay;
-  /// What the first four positions of `insertRecord` are bound to: neighbours share most of it.
+  /// The values bound to the first four positions of `insertRecord`: neighbours share most of them.
   std::array<std::optional<std::string>, 4> bound;
   FirstUnits firstUnits;
   bool olderExport = false;

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Exports nest five deep.
+/// Exports are nested five deep.
 constexpr int deepestElement = 64;
 
 namespace phrases {
@@ -38,12 +38,12 @@ ExportReader::ExportReader(ExportSink& target, TimeZone* zone)
 
 void ExportReader::feed(std::string_view bytes) { parse(text.cleaned(encoding.checked(bytes))); }
 
-/// Takes text that XML allows.
+/// Processes text without forbidden characters.
 void ExportReader::parse(std::string_view bytes) {
   if (!begun) {
     const std::size_t first = bytes.find_first_not_of(" \t\r\n");
     begun = first != std::string_view::npos;
-    // Nobody who gave a picture or a list by mistake wants to hear of broken XML.
+    // A picture or a list, given by mistake, gets a more useful message than one about broken XML.
     if (begun && bytes[first] != '<') throw Failure(phrases::noExport);
   }
   parser.parse(unrepeated.removed(prolog.passed(bytes)));
@@ -53,7 +53,7 @@ void ExportReader::finish() {
   parse(text.cleaned(encoding.rest()));
   parse(text.rest());
   parser.parse(unrepeated.rest());
-  // Not before the parser has seen all of it: it may not yet have told that what it has is broken.
+  // Only after the parser has processed everything: it may still find that the XML is broken.
   parser.finish(phrases::noExport);
 }
 
@@ -87,8 +87,8 @@ void ExportReader::endElement() {
   --depth;
 }
 
-/// An element of the root. The parts of those that are not stored, or cannot be, go with them; so
-/// do the records inside a Correlation, which stand at the top as well.
+/// Starts an element of the root. The parts of an element that is not stored are ignored with it.
+/// So are the records inside a Correlation, because they are also elements of the root.
 void ExportReader::startTopElement(std::string_view name, const Attributes& attributes) {
   bool partsMatter = false;
   if (name == "Record") {
@@ -108,12 +108,12 @@ void ExportReader::startTopElement(std::string_view name, const Attributes& attr
   if (!partsMatter) ignoredDepth = depth;
 }
 
-/// A part of a record or workout. What a part holds in turn belongs to it alone: the statistics of
-/// one activity of a workout are not the workout's.
+/// Starts a part of a record or workout. The parts of a part are ignored: statistics of one
+/// activity of a workout are not the workout's.
 void ExportReader::startPart(std::string_view name, const Attributes& attributes) {
   ignoredDepth = depth;
   if (name == "MetadataEntry") {
-    // Details of a record have no column; counting millions of them would tell nobody anything.
+    // A record's metadata has no column. Counting millions of entries would be of no use.
     if (workout) workout->addMetadata(attributes);
   } else if (workout && name == "WorkoutStatistics") {
     workout->addStatistics(attributes);
@@ -122,7 +122,7 @@ void ExportReader::startPart(std::string_view name, const Attributes& attributes
   }
 }
 
-/// Whether an element that starts at `start` belongs to a day; tells the sink when not.
+/// Whether an element with this start has a day; reports it to the sink if not.
 bool ExportReader::hasDay(const LocalStamp& start) {
   if (start.day()) return true;
   const bool missing = start.text().empty();
@@ -133,7 +133,7 @@ bool ExportReader::hasDay(const LocalStamp& start) {
 
 namespace {
 
-/// Brings unit and number to the unit in which the type is stored.
+/// Converts unit and number to the stored unit of the type.
 void convert(ExportedRecord& record) {
   if (!record.number) return;
   const std::optional<std::string_view> stored = StoredUnit::of(record.type);
@@ -152,7 +152,7 @@ void convert(ExportedRecord& record) {
 
 }  // namespace
 
-/// Whether the record was one; tells the sink either way.
+/// Whether the record can be stored; reports the result to the sink.
 bool ExportReader::addRecord(const Attributes& attributes) {
   ExportedRecord record;
   record.type = TypeNames::ofRecord(attributes.find("type").value_or(std::string_view()));
@@ -183,7 +183,7 @@ bool ExportReader::addRecord(const Attributes& attributes) {
   return true;
 }
 
-/// Whether the workout can be stored; tells the sink when not.
+/// Whether the workout can be stored; reports it to the sink if not.
 bool ExportReader::startWorkout(const Attributes& attributes) {
   const LocalStamp start = stamps.local(attributes.find("startDate").value_or(std::string_view()));
   if (!hasDay(start)) return false;
@@ -193,12 +193,12 @@ bool ExportReader::startWorkout(const Attributes& attributes) {
 
 namespace {
 
-/// Brings the energies of a day to the unit that all energies are stored in.
+/// Converts the energies of a day to the stored unit of all energies.
 void convert(ExportedActivityDay& day) {
   constexpr std::string_view stored = "kcal";
   if (!day.activeEnergyUnit || *day.activeEnergyUnit == stored) return;
   const std::string unit = *day.activeEnergyUnit;
-  // A unit is known or not, whatever the number.
+  // Whether a unit is known does not depend on the number.
   if (!Units::converted({.number = 0, .unit = unit}, stored)) {
     day.unknownUnit = true;
     return;
@@ -226,7 +226,7 @@ void ExportReader::addDay(const Attributes& attributes) {
     const std::optional<std::string_view> value = attributes.find(name);
     return value ? Units::number(*value) : std::nullopt;
   };
-  // Minutes of movement had another name in older exports.
+  // Older exports have another name for minutes of movement.
   const auto either = [&number](std::string_view name, std::string_view olderName) {
     const std::optional<double> value = number(name);
     return value ? value : number(olderName);

@@ -1,5 +1,5 @@
 #pragma once
-// Reads the XML of an export and tells a sink what it holds.
+// Reads the XML of an export and passes its elements to a sink.
 
 #include "import/export/ExportSink.h"
 #include "import/export/Irregularities.h"
@@ -17,22 +17,23 @@
 #include <string>
 #include <string_view>
 
-/// Takes the bytes in pieces of any size and keeps no more of them than one element.
+/// Accepts the bytes in pieces of any size and buffers at most one element.
 ///
-/// The stamps of records and workouts are told in the time zone `zone`, and so are their days. One
-/// whose time cannot be read is told as exported, and without a zone so are all.
+/// The stamps of records and workouts, and therefore their days, are converted to the time zone
+/// `zone`. A stamp with an unreadable time stays as exported. Without a zone all stamps stay as
+/// exported.
 ///
-/// Elements that the XML is sound about but the database cannot take are told to the sink and left
-/// out. Broken XML throws Failure with line and column; so does a file that is nested deeper
-/// or has longer tags or more names than any export, which only exists to exhaust memory. One that
-/// is no Health export, or in another encoding than UTF-8, throws it too. What the sink throws
-/// passes through. After an exception the reader is of no more use.
+/// An element that is valid XML but cannot be stored is reported to the sink and skipped. Broken
+/// XML throws Failure with line and column. So does a file with deeper nesting, longer tags or more
+/// names than any export: such a file exists only to exhaust memory. A file that is not a Health
+/// export or not in UTF-8 throws Failure too. Exceptions of the sink are passed on. After an
+/// exception the reader must not be used.
 ///
-/// Lines are those of the file. A column counts the characters that are left of its line, so it is
-/// less than the file's by those dropped before it.
+/// Lines are those of the file. A column counts only the remaining characters of its line, so it is
+/// smaller than the file's column by the number of dropped characters before it.
 class ExportReader : private XmlHandler {
 public:
-  /// Both outlive the reader.
+  /// Both must outlive the reader.
   ExportReader(ExportSink& target, TimeZone& zone) : ExportReader(target, &zone) {}
   explicit ExportReader(ExportSink& target) : ExportReader(target, nullptr) {}
 
@@ -41,10 +42,10 @@ public:
 
   Irregularities irregularities() const;  ///< so far
 
-  /// The export's own date, at the offset of the phone's clocks; absent before it and when it
-  /// cannot be read.
+  /// The export's own date, at the offset of the phone's clock; absent before the reader reaches it
+  /// and when it is unreadable.
   const std::optional<Stamp>& exportDate() const { return dateOfExport; }
-  /// The first stamp of a record or workout that can be read, as exported; absent before it.
+  /// The first readable stamp of a record or workout, as exported; absent before it.
   const std::optional<Stamp>& firstStamp() const { return stamps.first(); }
 
 private:
@@ -63,15 +64,15 @@ private:
 
   ExportSink& sink;
   XmlEncoding encoding;
-  // What XML forbids goes first: none of it may hide where the root begins.
+  // Before Prolog, because forbidden characters must not hide the start of the root element.
   XmlText text;
   Prolog prolog;
   RepeatedAttributes unrepeated;
   XmlParser parser;
   LocalStamps stamps;
   std::optional<Stamp> dateOfExport;
-  bool begun = false;    ///< a character other than a blank was there
-  int depth = 0;         ///< of the element that is open, the root being 1
-  int ignoredDepth = 0;  ///< of the element whose parts are of no interest; 0 is none
-  std::optional<WorkoutParts> workout;  ///< the one that is open
+  bool begun = false;                   ///< a non-blank character has appeared
+  int depth = 0;                        ///< of the open element; the root has depth 1
+  int ignoredDepth = 0;                 ///< of the element whose parts are ignored; 0 means none
+  std::optional<WorkoutParts> workout;  ///< the open workout
 };

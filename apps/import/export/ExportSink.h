@@ -1,5 +1,5 @@
 #pragma once
-// What an export holds, element by element, in the form that the database keeps.
+// The elements of an export, in the form that the database stores.
 
 #include "workouts/Workouts.h"
 
@@ -7,10 +7,9 @@
 #include <string>
 #include <string_view>
 
-/// One record. Every text is as exported but for the cut-off prefix of the type, the stamps, which
-/// are in the member's time zone, and a converted unit; it is valid during the call alone. An
-/// attribute that the export leaves out is absent. A stamp whose time cannot be read is as
-/// exported.
+/// One record. Texts are as exported, with three exceptions: the type has no prefix, stamps are in
+/// the member's time zone, and a unit may be converted. Texts are valid only during the call. A
+/// missing attribute is absent. A stamp with an unreadable time is as exported.
 struct ExportedRecord {
   std::string_view type;                     ///< "StepCount", never empty
   std::string_view startDate;                ///< stamp, "2024-03-01 08:00:00 +0800", never empty
@@ -22,27 +21,27 @@ struct ExportedRecord {
   std::optional<std::string_view> unit;                         ///< of `number`
   std::optional<std::string_view> exportedUnit = std::nullopt;  ///< as exported
   std::optional<std::string_view> value;
-  std::optional<double> number;  ///< when the whole value is a finite number; converted
-  bool converted = false;        ///< unit and number were converted to the unit we store
-  /// The type is stored in one unit and this one, or none, cannot be converted to it: unit and
-  /// number are as exported, so that the row itself tells what its number means.
+  std::optional<double> number;  ///< set when the whole value is a finite number; converted
+  bool converted = false;        ///< unit and number were converted to the stored unit
+  /// The type has one stored unit, and this record's unit, or missing unit, cannot be converted to
+  /// it. Unit and number are as exported, so that the row itself says what its number means.
   bool unknownUnit = false;
 };
 
-/// One workout, in minutes, kilometres, kilocalories, metres and degrees Celsius, its stamps in the
-/// member's time zone.
+/// One workout, in minutes, kilometres, kilocalories, metres and degrees Celsius, with its stamps
+/// in the member's time zone.
 struct ExportedWorkout {
-  WorkoutEntry entry;  ///< an empty end or source is absent (NULL); an empty activity_type too
+  WorkoutEntry entry;  ///< an empty activity_type, end or source means absent (NULL)
   std::optional<std::string> creationDate;
-  bool converted = false;  ///< a figure was converted to the unit we store
-  /// A figure is left out because its unit is missing or unknown: the workout's columns do not say
-  /// which unit they are in.
+  bool converted = false;  ///< a figure was converted to the stored unit
+  /// A figure was omitted because its unit is missing or unknown: the workout's columns have no
+  /// unit.
   bool unknownUnit = false;
 
   bool operator==(const ExportedWorkout&) const = default;
 };
 
-/// The rings of one day, energies in kilocalories.
+/// The rings of one day, with energies in kilocalories.
 struct ExportedActivityDay {
   std::string date;  ///< "2024-03-01"
   std::optional<double> activeEnergy;
@@ -54,13 +53,13 @@ struct ExportedActivityDay {
   std::optional<double> exerciseTimeGoal;
   std::optional<double> standHours;
   std::optional<double> standHoursGoal;
-  bool converted = false;    ///< energies were converted to the unit we store
-  bool unknownUnit = false;  ///< energies are in a unit that we cannot convert, as exported
+  bool converted = false;    ///< energies were converted to the stored unit
+  bool unknownUnit = false;  ///< energies are in an unknown unit, as exported
 
   bool operator==(const ExportedActivityDay&) const = default;
 };
 
-/// Takes what the reader finds, in the order of the file.
+/// Receives the elements from the reader, in the order of the file.
 class ExportSink {
 public:
   virtual ~ExportSink() = default;
@@ -70,10 +69,10 @@ public:
   virtual void add(const ExportedWorkout& workout) = 0;
   virtual void add(const ExportedActivityDay& day) = 0;
 
-  /// An element that the database has no place for ("WorkoutRoute", "ClinicalRecord", ...).
+  /// An element without a table in the database ("WorkoutRoute", "ClinicalRecord", ...).
   virtual void notStored(std::string_view element) = 0;
 
-  /// An element that cannot be stored; `reason` names what is wrong with it ("no startDate") and is
-  /// one of import/export/SkipReasons.h, in English. The line is the one where the element begins.
+  /// An element that cannot be stored. `reason` is the English text of one of
+  /// import/export/SkipReasons.h ("no startDate"). `line` is the line of the element's start.
   virtual void skipped(std::string_view reason, long long line) = 0;
 };

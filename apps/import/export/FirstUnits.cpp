@@ -4,7 +4,7 @@
 
 namespace {
 
-/// An export has some hundred types, and their names and units take a few kilobytes.
+/// An export has about a hundred types. Their names and units take a few kilobytes.
 constexpr std::size_t mostKept = 1UL << 20;
 
 }  // namespace

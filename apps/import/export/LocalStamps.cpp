@@ -9,8 +9,8 @@ constexpr std::size_t dayLength = 10;
 
 }  // namespace
 
-// The start is all that is asked of it: phones with other clocks and calendars have written hours
-// in several ways.
+// Only the start of the text is checked: phones with other clock formats and calendars write the
+// time in several ways.
 LocalStamp::LocalStamp(std::string_view exported)
     : exported(exported),
       exportedDay(exported.size() >= dayLength &&
@@ -22,7 +22,7 @@ std::optional<std::string_view> LocalStamp::day() const {
 }
 
 LocalStamp LocalStamps::local(std::string_view exported) {
-  // A day inside the years 1 to 9999, so that no zone's offset leads out of them.
+  // One day inside the years 1 to 9999, so that no zone's offset leaves that range.
   constexpr std::int64_t earliest = -62135510400;
   constexpr std::int64_t latest = 253402214399;
   const std::optional<Stamp> stamp = AppleFormat::stampParser.stamp(exported);

@@ -1,5 +1,5 @@
 #pragma once
-// The stamps of an export, brought into one time zone.
+// Conversion of an export's stamps to one time zone.
 
 #include "platform/Stamp.h"
 #include "platform/TimeZone.h"
@@ -8,39 +8,39 @@
 #include <optional>
 #include <string_view>
 
-/// A stamp as it is to be stored.
+/// A stamp in its stored form.
 class LocalStamp {
 public:
   explicit LocalStamp(Stamp local) : local(local) {}
 
-  /// One whose time cannot be read stays as exported. `exported` outlives it.
+  /// A stamp with an unreadable time, which stays as exported. `exported` must outlive this object.
   explicit LocalStamp(std::string_view exported);
 
   std::string_view text() const { return local ? local->text() : exported; }
 
-  /// The day with which `text` begins; `nullopt` when it begins with none.
+  /// The day at the start of `text`; `nullopt` when there is none.
   std::optional<std::string_view> day() const;
 
 private:
   std::string_view exported;
   std::optional<StampText> local;
-  bool exportedDay = false;  ///< `exported` begins with a day
+  bool exportedDay = false;  ///< `exported` starts with a day
 };
 
-/// Brings stamps into a time zone. A phone writes all stamps of an export at the offset that it has
-/// at that moment, so that one sample has another text half a year later. In a zone, with the
-/// offset in force at its own moment, it has one text for ever, and begins with the day it was.
+/// Converts stamps to a time zone. A phone writes all stamps of an export at its current offset, so
+/// the same sample has another text half a year later. In a zone, with the offset of its own
+/// moment, a sample always has the same text. That text starts with the day of the sample.
 class LocalStamps {
 public:
-  /// `zone` outlives it. Without one, which is null, stamps keep the offset that they have.
+  /// `zone` must outlive this object. With a null zone, stamps keep their offset.
   explicit LocalStamps(TimeZone* zone) : zone(zone) {}
 
   LocalStamp local(std::string_view exported);
 
-  /// Stamps so far that begin with a day and whose time cannot be read.
+  /// The number of stamps so far with a day but an unreadable time.
   std::int64_t unreadable() const { return unreadableCount; }
 
-  /// The first stamp whose time could be read, as exported.
+  /// The first stamp with a readable time, as exported.
   const std::optional<Stamp>& first() const { return firstStamp; }
 
 private:

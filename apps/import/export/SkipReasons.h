@@ -1,5 +1,5 @@
 #pragma once
-// Why an element of an export cannot be stored, in both languages.
+// The reasons why an element of an export cannot be stored, in both languages.
 
 #include "platform/Phrase.h"
 #include "platform/SummaryLang.h"
@@ -16,7 +16,7 @@ inline constexpr Phrase noDay{"缺少 dateComponents", "no dateComponents"};
 inline constexpr Phrase dayIsNoDate{"dateComponents 不是日期", "dateComponents is no date"};
 inline constexpr std::array all{noType, noStart, startIsNoDate, noDay, dayIsNoDate};
 
-/// The reason that a sink was given, in `lang`; a text that is none of them comes back unchanged.
+/// The reason given to a sink, in `lang`; any other text is returned unchanged.
 constexpr std::string_view text(std::string_view reason, SummaryLang lang) {
   for (const Phrase& phrase : all) {
     if (phrase.in(SummaryLang::en) == reason) return phrase.in(lang);

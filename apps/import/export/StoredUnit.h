@@ -1,14 +1,14 @@
 #pragma once
-// The unit in which the numbers of a type are stored, whatever unit an export has them in.
+// The stored unit of a type's numbers, independent of the export's unit.
 
 #include <optional>
 #include <string_view>
 
 namespace StoredUnit {
 
-/// That of `type`, which has no prefix any more ("BodyMass"): a metric unit for each type whose
-/// unit can be chosen on the phone, and for times and rates. Of distances it is km, of energy kcal,
-/// of glucose mg/dL. `nullopt` for all other types: they are stored in the unit that came first.
+/// The unit of `type`, which has no prefix ("BodyMass"). Each type with a selectable unit on the
+/// phone has a metric unit, and so do times and rates: km for distances, kcal for energy, mg/dL for
+/// glucose. `nullopt` for all other types, which are stored in their first unit.
 std::optional<std::string_view> of(std::string_view type);
 
 }  // namespace StoredUnit

@@ -1,12 +1,12 @@
 #pragma once
-// The names of types without what stands before each of them.
+// The names of types without their prefixes.
 
 #include <array>
 #include <string_view>
 
 namespace TypeNames {
 
-/// The type of a record: "HKQuantityTypeIdentifierStepCount" is "StepCount".
+/// The type of a record: "HKQuantityTypeIdentifierStepCount" becomes "StepCount".
 constexpr std::string_view ofRecord(std::string_view type) {
   constexpr std::array<std::string_view, 3> prefixes{
       "HKQuantityTypeIdentifier", "HKCategoryTypeIdentifier", "HKDataType"};
@@ -16,7 +16,7 @@ constexpr std::string_view ofRecord(std::string_view type) {
   return type;
 }
 
-/// The activity of a workout: "HKWorkoutActivityTypeRunning" is "Running".
+/// The activity of a workout: "HKWorkoutActivityTypeRunning" becomes "Running".
 constexpr std::string_view ofActivity(std::string_view type) {
   constexpr std::string_view prefix = "HKWorkoutActivityType";
   return type.starts_with(prefix) ? type.substr(prefix.size()) : type;

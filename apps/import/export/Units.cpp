@@ -13,8 +13,8 @@ namespace {
 
 enum class Dimension { length, mass, energy, speed, volume, pressure, time, frequency, intensity };
 
-/// One `unit` is `numerator` / `denominator` of its dimension's first. Two whole numbers instead of
-/// one fraction: dividing by 1000 rounds once, multiplying by 0.001 twice.
+/// One `unit` is `numerator` / `denominator` of the first unit of its dimension. Two whole numbers
+/// are more exact than one fraction: division by 1000 rounds once, multiplication by 0.001 twice.
 struct Scale {
   std::string_view unit;
   Dimension dimension;
@@ -100,7 +100,7 @@ std::optional<double> scaled(const Quantity& quantity, std::string_view unit) {
   const Scale* const from = scaleOf(quantity.unit);
   const Scale* const to = scaleOf(unit);
   if (from == nullptr || to == nullptr || from->dimension != to->dimension) return std::nullopt;
-  // Without common factors both products are small enough for a double to hold them exactly.
+  // Without common factors both products are small enough to be exact as a double.
   const auto product =
       [](std::int64_t one, std::int64_t divisor, std::int64_t other, std::int64_t otherDivisor) {
         const std::int64_t reduced = one / divisor;
@@ -116,7 +116,7 @@ std::optional<double> scaled(const Quantity& quantity, std::string_view unit) {
 
 constexpr std::array<std::string_view, 3> temperatures{"degC", "degF", "K"};
 
-/// Temperatures have their zeros in different places.
+/// Temperature scales have different zeros.
 std::optional<double> celsius(const Quantity& temperature) {
   if (temperature.unit == "degC") return temperature.number;
   if (temperature.unit == "degF") return (temperature.number - 32) * 5 / 9;
@@ -133,8 +133,8 @@ std::optional<double> temperature(const Quantity& quantity, std::string_view uni
   return std::nullopt;
 }
 
-/// How many mg/dL one `unit` of a dissolved substance is. The unit of amounts names the mass of a
-/// mole: "mmol<180.1558800000541>/L".
+/// The factor from `unit`, a concentration, to mg/dL. The unit of amounts contains the molar mass:
+/// "mmol<180.1558800000541>/L".
 std::optional<double> milligramsPerDecilitre(std::string_view unit) {
   if (unit == "mg/dL") return 1;
   constexpr std::string_view begin = "mmol<";
@@ -155,7 +155,7 @@ std::optional<double> concentration(const Quantity& quantity, std::string_view u
 
 constexpr std::array<std::string_view, 3> blanks{" ", "\xC2\xA0", "\xE2\x80\xAF"};
 
-/// `text` without the blanks at its start.
+/// `text` without leading blanks.
 std::string_view withoutBlanks(std::string_view text) {
   for (auto blank = blanks.begin(); blank != blanks.end();) {
     if (text.starts_with(*blank)) {
@@ -209,7 +209,7 @@ std::optional<std::string_view> Units::spelling(std::string_view unit) {
 
 double Units::roundingIn(std::string_view unit, double number) {
   constexpr double share = 1e-5;
-  // Near 0 degC the rounding of a number in degF, which is then about 32, counts for more.
+  // Near 0 degC, the same temperature in degF is about 32, so its rounding is larger.
   const double otherZero = unit == "degC" ? 18 : unit == "degF" ? 32 : 0;
   return share * (std::abs(number) + otherZero);
 }

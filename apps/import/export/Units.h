@@ -1,10 +1,10 @@
 #pragma once
-// The numbers of an export, and the units that measure the same thing.
+// The numbers of an export, and conversion between their units.
 
 #include <optional>
 #include <string_view>
 
-/// A number and the unit behind it.
+/// A number with its unit.
 struct Quantity {
   double number = 0;
   std::string_view unit;  ///< empty when there is none
@@ -12,30 +12,30 @@ struct Quantity {
   bool operator==(const Quantity&) const = default;
 };
 
-/// Units are spelled as exports spell them, letter case included: "Cal" is a thousand "cal".
+/// Units have the spelling of exports and are case-sensitive: "Cal" is a thousand "cal".
 namespace Units {
 
-/// The number that the whole of `text` is, in any locale; `nullopt` when it is none or not finite.
+/// The number in `text`, independent of the locale; `nullopt` when `text` is not a finite number.
 std::optional<double> number(std::string_view text);
 
-/// "418 cm": a finite number, blanks (no-break ones too) or none, a unit or none.
+/// "418 cm": a finite number, optional blanks (also no-break spaces) and an optional unit.
 std::optional<Quantity> quantity(std::string_view text);
 
-/// The number of `quantity` in `unit`; unchanged when it is in that unit already, whatever unit
-/// that is. `nullopt` when one of the two units is unknown, when they measure different things, and
-/// when the result is not finite.
+/// The number of `quantity` in `unit`; unchanged when that is already its unit, even an unknown
+/// one. `nullopt` when one of the units is unknown, when they measure different things, and when
+/// the result is not finite.
 std::optional<double> converted(const Quantity& quantity, std::string_view unit);
 
-/// Whether numbers in `unit` may come in another unit too.
+/// Whether numbers in `unit` can be converted to another unit.
 bool isConvertible(std::string_view unit);
 
-/// `unit` as a text of ours with static lifetime, without the mass of a mole: "mmol/L" for
+/// `unit` as our own text with static lifetime, without the molar mass: "mmol/L" for
 /// "mmol<180.1558800000541>/L". `nullopt` when it is not convertible.
 std::optional<std::string_view> spelling(std::string_view unit);
 
-/// How far apart two numbers in `unit`, one of them `number`, may lie and be one sample: the phone
-/// writes six digits or so of a number in the unit that is chosen there. A hundred-thousandth, of
-/// the number itself or, for a temperature, of what it is with its zero elsewhere.
+/// The maximum difference between two numbers in `unit`, one of them `number`, of the same sample.
+/// The phone writes about six digits in its current unit. The result is a hundred-thousandth of the
+/// number; for a temperature the other scale's zero is taken into account.
 double roundingIn(std::string_view unit, double number);
 
 }  // namespace Units

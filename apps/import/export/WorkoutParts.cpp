@@ -54,15 +54,15 @@ void WorkoutParts::addStatistics(const Attributes& attributes) {
   } else if (type == "BasalEnergyBurned") {
     addTo(entry.basal_energy_kcal, converted(sum, unit, "kcal"));
   } else if (type.starts_with("Distance")) {
-    // A triathlon has one of these for each way of moving; its distance is all of them.
+    // A triathlon has one distance per discipline; its total distance is their sum.
     addTo(entry.distance_km, converted(sum, unit, "km"));
   }
 }
 
 namespace {
 
-/// The exported reading, which is in percent by its key, whatever the scale of its number ("6900 %"
-/// is 69 %): all of it is kept as it is. Absent when there is none.
+/// The exported reading. By its key it is a percentage, whatever the scale of its number ("6900 %"
+/// is 69 %), so all of it is stored unchanged. Absent when there is none.
 std::optional<WorkoutHumidity> humidityOf(std::string_view value,
                                           const std::optional<std::string>& sourceVersion) {
   if (value.empty()) return std::nullopt;
@@ -100,7 +100,7 @@ void WorkoutParts::addMetadata(const Attributes& attributes) {
     if (!figure) figure = converted(*quantity, unit);
   };
   if (key == "HKAverageMETs") {
-    // Its unit says how a number is meant that can be nothing else.
+    // The key determines the unit, so a missing unit is not ambiguous.
     if (quantity->unit.empty()) quantity->unit = "kcal/hr·kg";
     complete(entry.avg_mets, "kcal/hr·kg");
   } else if (key == "HKElevationAscended") {
@@ -121,7 +121,7 @@ ExportedWorkout WorkoutParts::finished() && {
   return std::move(workout);
 }
 
-/// `number` in `target`; absent when it is no number.
+/// `number` in `target`; absent when it is not a number.
 std::optional<double> WorkoutParts::converted(std::optional<std::string_view> number,
                                               std::optional<std::string_view> unit,
                                               std::string_view target) {

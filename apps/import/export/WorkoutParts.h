@@ -1,5 +1,5 @@
 #pragma once
-// A workout under way: its own attributes, then what its parts add.
+// A workout during reading: its own attributes and the additions of its parts.
 
 #include "import/export/ExportSink.h"
 #include "import/export/LocalStamps.h"
@@ -10,27 +10,27 @@
 #include <string>
 #include <string_view>
 
-/// Collects one workout. A figure whose unit is missing or unknown is left out, never guessed. Of a
-/// figure that comes more than once the first is kept; sums alone add up.
+/// Collects one workout. A figure with a missing or unknown unit is omitted, never guessed. The
+/// first value of a repeated figure is kept; only sums are added.
 class WorkoutParts {
 public:
-  /// From the attributes of a Workout; `start` is one of them. `stamps` brings the others into the
-  /// same zone.
+  /// Uses the attributes of a Workout element; `start` is one of them. `stamps` converts the others
+  /// to the same zone.
   WorkoutParts(const LocalStamp& start, const Attributes& attributes, LocalStamps& stamps);
 
-  /// A WorkoutStatistics of the workout itself, not of one of its activities.
+  /// Adds a WorkoutStatistics element of the workout itself, not of one of its activities.
   void addStatistics(const Attributes& attributes);
 
-  /// A MetadataEntry of the workout itself, not of its route or its events.
+  /// Adds a MetadataEntry of the workout itself, not of its route or its events.
   void addMetadata(const Attributes& attributes);
 
-  /// The whole, once the last part is in. The statistics stand before the totals, figure by figure;
-  /// only older exports have the totals, and they round them.
+  /// The whole workout, after its last part. For each figure the statistics have precedence over
+  /// the totals, which only older exports have, and which are rounded.
   ExportedWorkout finished() &&;
 
 private:
-  /// A total as exported. It is converted when it turns out to be needed, not to count a conversion
-  /// of, or a doubt about, what is not stored.
+  /// A total as exported. It is converted only when it is needed. Otherwise a conversion or an
+  /// unknown unit would be counted for a value that is not stored.
   struct Total {
     std::optional<std::string> number;
     std::optional<std::string> unit;

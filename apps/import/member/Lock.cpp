@@ -23,9 +23,9 @@ constexpr Phrase anotherImport{"另一个导入正在进行,等它结束后再�
 
 }  // namespace
 
-// An import that made the file and comes to nothing removes it while it holds the lock. Another one
-// may have opened that file before: its lock would then be on a file that a third does not find. So
-// a lock counts only when the file is still there under its name, and else all begins anew.
+// An unsuccessful import that created the file removes it while it has the lock. Another import may
+// have opened that file before, and would lock a file that a third import cannot find. So a lock is
+// valid only if the file still has its name. Otherwise the loop starts again.
 Lock::Lock(const std::filesystem::path& dataRoot) : path(dataRoot / "import.lock") {
   constexpr int attempts = 100;
   for (int attempt = 0; attempt < attempts; ++attempt) {
@@ -37,7 +37,7 @@ Lock::Lock(const std::filesystem::path& dataRoot) : path(dataRoot / "import.lock
 
 Lock::~Lock() { release(); }
 
-/// False when the folder or the file went between two looks.
+/// False when the folder or the file was removed in between.
 bool Lock::tryToOpen() {
   file = Descriptor::ofFile(path, O_RDWR | O_CREAT | O_EXCL);
   madeFile = static_cast<bool>(file);
@@ -46,7 +46,7 @@ bool Lock::tryToOpen() {
   return static_cast<bool>(file);
 }
 
-/// False, with the file closed, when it is not the one that others find.
+/// False, with the file closed, when another file has taken its name.
 bool Lock::lockFile() {
   int result = 0;
   do {
@@ -54,7 +54,7 @@ bool Lock::lockFile() {
   } while (result != 0 && errno == EINTR);
   const int error = errno;
   if (result == 0 && isStillThere()) return true;
-  // The file is another import's now, if it was ever this one's.
+  // The file belongs to another import, so this one must not remove it.
   if (result == 0 || error == EWOULDBLOCK) keep();
   release();
   if (result == 0) return false;
@@ -71,7 +71,7 @@ bool Lock::isStillThere() const {
 
 void Lock::release() {
   if (!file) return;
-  // Before the lock is given back: afterwards the file may be another import's.
+  // Before the lock is released: afterwards the file may belong to another import.
   if (std::exchange(madeFile, false)) unlink(path.c_str());
   file = Descriptor();
 }

@@ -1,5 +1,5 @@
 #pragma once
-// One import at a time.
+// The lock that allows only one import at a time.
 
 #include "import/member/MadeFolders.h"
 #include "platform/Descriptor.h"
@@ -7,22 +7,22 @@
 #include <filesystem>
 #include <optional>
 
-/// The right to import into a data root, held until the destructor gives it back; the system gives
-/// it back for a process that dies.
+/// The exclusive right to import into a data root. The destructor releases it; the system releases
+/// it when the process dies.
 class Lock {
 public:
-  /// Takes the lock, in the file "import.lock" of `dataRoot` (absolute), without waiting. Makes the
-  /// folder and the file where they are missing. Fails with Failure when another import holds
-  /// the lock, and with std::filesystem::filesystem_error when the file cannot be made or opened.
+  /// Takes the lock without waiting, in the file "import.lock" of `dataRoot` (absolute). Creates
+  /// the folder and the file if they are missing. Throws Failure when another import has the lock,
+  /// and std::filesystem::filesystem_error when the file cannot be created or opened.
   explicit Lock(const std::filesystem::path& dataRoot);
 
-  /// Unless `keep` was called, removes the file if this import made it, and the folders that it
-  /// made as far as they are empty.
+  /// Unless `keep` was called, removes the file if this import created it, and the folders that it
+  /// created, if they are empty.
   ~Lock();
   Lock(const Lock&) = delete;
   Lock& operator=(const Lock&) = delete;
 
-  /// Something was imported: the file stays.
+  /// Call this after an import: the file stays.
   void keep() { madeFile = false; }
 
 private:
@@ -31,7 +31,7 @@ private:
   bool isStillThere() const;
   void release();
 
-  std::optional<MadeFolders> folders;  // removed when the file has gone
+  std::optional<MadeFolders> folders;  // removed after the file
   std::filesystem::path path;
   Descriptor file;
   bool madeFile = false;  ///< and may remove it

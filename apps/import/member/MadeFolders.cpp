@@ -9,7 +9,7 @@ std::filesystem::path withoutSlash(const std::filesystem::path& folder) {
   return folder.has_filename() ? folder : folder.parent_path();
 }
 
-/// `folder` and those above it that are missing, the outermost first.
+/// `folder` and its parents, as far as they are missing, outermost first.
 std::vector<std::filesystem::path> missingOf(std::filesystem::path folder) {
   std::vector<std::filesystem::path> missing;
   std::error_code unknown;
@@ -24,7 +24,7 @@ std::vector<std::filesystem::path> missingOf(std::filesystem::path folder) {
 }  // namespace
 
 MadeFolders::MadeFolders(const std::filesystem::path& folder) : folder(withoutSlash(folder)) {
-  // Another run may be removing the very folders that it made.
+  // Another run may be removing the same folders, which it had created.
   constexpr int attempts = 100;
   for (int attempt = 0; attempt < attempts; ++attempt) {
     const std::error_code error = make();
@@ -41,7 +41,7 @@ MadeFolders::~MadeFolders() { removeEmpty(); }
 
 std::error_code MadeFolders::make() {
   const std::vector<std::filesystem::path> missing = missingOf(folder);
-  made.reserve(missing.size());  // what was made must not be forgotten for want of memory
+  made.reserve(missing.size());  // recording a created folder must not fail for lack of memory
   std::error_code error;
   for (const std::filesystem::path& each : missing) {
     if (std::filesystem::create_directory(each, error)) made.push_back(each);
@@ -54,7 +54,7 @@ std::error_code MadeFolders::make() {
 
 void MadeFolders::removeEmpty() {
   for (; !made.empty(); made.pop_back()) {
-    std::error_code stays;  // one that is not empty does
+    std::error_code stays;  // a folder that is not empty stays
     std::filesystem::remove(made.back(), stays);
   }
 }

@@ -1,21 +1,21 @@
 #pragma once
-// Folders that go again when nothing comes to lie in them.
+// New folders that are removed again if they stay empty.
 
 #include <filesystem>
 #include <system_error>
 #include <vector>
 
-/// A folder and those above it, made where they are missing. The destructor removes those that were
-/// made and are empty, so that a run that ends early leaves no trace.
+/// A folder and its parents, created if they are missing. The destructor removes those that were
+/// created here and are empty, so that an early end leaves no trace.
 class MadeFolders {
 public:
-  /// Fails with std::filesystem::filesystem_error, and leaves none behind then.
+  /// Throws std::filesystem::filesystem_error, and then leaves no folder.
   explicit MadeFolders(const std::filesystem::path& folder);
   ~MadeFolders();
   MadeFolders(const MadeFolders&) = delete;
   MadeFolders& operator=(const MadeFolders&) = delete;
 
-  /// Whether the folder itself was missing and made here.
+  /// Whether the folder itself was missing and created here.
   bool madeFolder() const { return !made.empty() && made.back() == folder; }
 
 private:
@@ -23,5 +23,5 @@ private:
   void removeEmpty();
 
   std::filesystem::path folder;
-  std::vector<std::filesystem::path> made;  ///< the outermost first
+  std::vector<std::filesystem::path> made;  ///< outermost first
 };

@@ -32,8 +32,8 @@ std::filesystem::path noteIn(const std::filesystem::path& folder) {
   return folder / "import-unfinished";
 }
 
-/// Makes sure that a database in `folder` may become that of `name`. Some file systems take "Ann"
-/// and "ann" for one folder: the database decides, not the id alone.
+/// Checks that a database in `folder` may become that of `name`. Some file systems treat "Ann" and
+/// "ann" as one folder, so the check is about the database, not only about the id.
 void requireOwn(const std::filesystem::path& folder, const std::filesystem::path& database,
                 const std::string& name) {
   if (!std::filesystem::exists(database)) return;
@@ -42,7 +42,7 @@ void requireOwn(const std::filesystem::path& folder, const std::filesystem::path
   if (*owner != name) throw Failure(phrases::otherPersons, {folder.string(), *owner, name});
 }
 
-/// The id of the unfinished import of that name; `nullopt` when there is none.
+/// The id of the unfinished import with that name; `nullopt` when there is none.
 std::optional<std::string> unfinishedID(const std::filesystem::path& members,
                                         const std::string& name,
                                         const std::vector<std::string>& known) {
@@ -78,7 +78,7 @@ MemberFolder::MemberFolder(const std::filesystem::path& dataRoot, const std::str
 
 void MemberFolder::note(const std::filesystem::path& dataRoot, const std::string& name) const {
   replaceDurably(noteIn(folder), name);
-  // The roster must not outlive a power failure that its member's folder does not.
+  // After a power failure the roster must not refer to a folder that is lost.
   syncFolder(folder.parent_path());
   syncFolder(dataRoot);
 }
@@ -96,7 +96,7 @@ void MemberFolder::abandon() const {
 
 void removeObsoleteNotes(const std::filesystem::path& dataRoot,
                          const std::vector<std::string>& known) {
-  // Going by what lies in the folder: an id of the roster need not be fit for a path.
+  // Searches the existing folders: an id in the roster may not be valid in a path.
   std::error_code ignored;
   std::filesystem::directory_iterator entry(dataRoot / "members", ignored);
   for (; entry != std::filesystem::directory_iterator(); entry.increment(ignored)) {
@@ -110,7 +110,7 @@ void removeObsoleteNotes(const std::filesystem::path& dataRoot,
 std::string randomID() {
   std::array<std::uint32_t, 4> words{};
   randombytes_buf(words.data(), sizeof words);
-  // Version 4, variant 1: the form that says of itself that it is random.
+  // Version 4, variant 1: the format of a random identifier.
   words[1] = (words[1] & 0xffff0fffU) | 0x00004000U;
   words[2] = (words[2] & 0x3fffffffU) | 0x80000000U;
   char text[40];

@@ -1,5 +1,5 @@
 #pragma once
-// Where a new member's database comes to lie, and what is left there by an import that was killed.
+// The folder of a new member's database, and the traces of a killed import in it.
 
 #include "import/member/MadeFolders.h"
 
@@ -9,17 +9,18 @@
 #include <string>
 #include <vector>
 
-/// The folder of a member whom the roster does not name yet. A file in it says whose import is
-/// unfinished, from before the database is made until the roster names it: an import that is killed
-/// in between is taken up by the next of the same name, instead of leaving a database that nobody
-/// would ever find.
+/// The folder of a member who is not in the roster yet. A file in it contains the name of the
+/// unfinished import. The file exists from before the creation of the database until the roster has
+/// the member. After a killed import, the next import with the same name continues with this
+/// folder. Otherwise a database would remain that nobody would ever find.
 class MemberFolder {
 public:
-  /// Claims a folder under "members" in `dataRoot` (absolute) for `name`: that of `id` where it is
-  /// given, else the one left by an unfinished import of this name, else a new one with an id that
-  /// `newID` makes. `known` are the ids of the roster. A folder that holds a database is refused
-  /// with Failure unless it belongs to an unfinished import of this very name: what a killed
-  /// import had committed is that person's. Fails with std::filesystem::filesystem_error.
+  /// Claims a folder under "members" in `dataRoot` (absolute) for `name`. It is the folder of `id`
+  /// if given, otherwise that of an unfinished import with this name, otherwise a new one with an
+  /// id from `newID`. `known` are the ids of the roster. Throws Failure for a folder with a
+  /// database, unless it belongs to an unfinished import with exactly this name: data committed by
+  /// a killed import belongs to that person. Throws std::filesystem::filesystem_error when the
+  /// system refuses.
   MemberFolder(const std::filesystem::path& dataRoot, const std::string& name,
                const std::optional<std::string>& id, const std::vector<std::string>& known,
                const std::function<std::string()>& newID);
@@ -27,11 +28,13 @@ public:
   const std::string& id() const { return memberID; }
   std::filesystem::path database() const { return folder / "health.db"; }
 
-  /// The roster names the member now. A note that cannot be removed stays until the next import.
+  /// Call this when the roster has the member. If the note cannot be removed, it stays until the
+  /// next import.
   void finish() const;
 
-  /// The import failed: removes what is in the folder if this import made it, for nothing of it is
-  /// kept. The folder itself and "members" go with this object where they were made and are empty.
+  /// Call this when the import failed. Removes the files in the folder if this import created it,
+  /// because none of its data is kept. The destructor removes the folder itself and "members" if
+  /// they were created here and are empty.
   void abandon() const;
 
 private:
@@ -42,8 +45,8 @@ private:
   std::optional<MadeFolders> made;
 };
 
-/// Removes what imports left beside the members of these ids, whom the roster names, when they died
-/// between naming the member and `MemberFolder::finish`.
+/// Removes the notes in the folders of members with these ids, who are in the roster. An import
+/// leaves such a note when it dies between writing the roster and `MemberFolder::finish`.
 void removeObsoleteNotes(const std::filesystem::path& dataRoot,
                          const std::vector<std::string>& known);
 

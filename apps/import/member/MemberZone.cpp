@@ -45,7 +45,7 @@ std::string offsetText(const Stamp& stamp) {
   return std::string(StampText(stamp).text().substr(20));
 }
 
-/// The first of some well-known zones whose clocks showed what those of `exported` did.
+/// The first of some well-known zones with the same offset as `exported` at that moment.
 std::string likelyZone(const Stamp& exported) {
   constexpr std::array<std::string_view, 41> zones{
       "Asia/Shanghai",       "Asia/Kolkata",        "America/New_York",   "America/Chicago",
@@ -70,7 +70,7 @@ std::string likelyZone(const Stamp& exported) {
 
 namespace {
 
-/// Without any zones there is a better answer than that one of them is not known.
+/// A missing zone database has a more useful message than an unknown zone.
 void requireZones() {
   const std::filesystem::path folder = System::zoneFolder();
   if (!std::filesystem::is_directory(folder)) throw Failure(phrases::noZones, {folder.string()});
@@ -87,7 +87,7 @@ TimeZone knownZone(const std::string& name) {
 
 namespace {
 
-/// The name of the zone that an earlier import kept; absent when this one may choose.
+/// The zone name stored by an earlier import; absent when this import may choose.
 std::optional<std::string> keptZone(const MemberZone::Hints& hints) {
   const ImportedZone::State state = ImportedZone::of(hints.database.string(), hints.interrupted);
   if (!state.name && state.holdsSamples) {

@@ -67,10 +67,10 @@ std::optional<Member> recipient(const std::vector<Member>& members, const std::s
 
 namespace {
 
-/// `path` without links, "." and "..", as far as it is there. A link to a file that is yet to be
-/// made is followed too, for SQLite would make that file.
+/// `path` without links, "." and "..", as far as it exists. A link to a missing file is followed
+/// too, because SQLite would create that file.
 std::filesystem::path followed(std::filesystem::path path) {
-  constexpr int mostLinks = 40;  // as many as the system itself follows
+  constexpr int mostLinks = 40;  // the system's own limit
   std::error_code error;
   for (int links = 0; links < mostLinks; ++links) {
     if (!std::filesystem::is_symlink(std::filesystem::symlink_status(path, error))) break;
@@ -80,10 +80,10 @@ std::filesystem::path followed(std::filesystem::path path) {
   return error ? path.lexically_normal() : whole;
 }
 
-/// Whether both paths lead to one file, or would once it is made. Where neither file is there,
-/// nobody can tell whether its file system distinguishes letter cases; then they count as equal.
+/// Whether both paths lead to one file, existing or not. If neither file exists, it is unknown
+/// whether the file system is case-sensitive; then names that differ only in case count as equal.
 bool isSameFile(const std::filesystem::path& one, const std::filesystem::path& other) {
-  // A path that is not absolute names no file in particular.
+  // A relative path does not identify a file.
   if (!one.is_absolute() || !other.is_absolute()) return false;
   std::error_code unknown;
   if (std::filesystem::equivalent(one, other, unknown)) return true;

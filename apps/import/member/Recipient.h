@@ -1,5 +1,5 @@
 #pragma once
-// Whose data an export is.
+// The member who receives an export.
 
 #include "roster/Roster.h"
 
@@ -8,25 +8,27 @@
 #include <string>
 #include <vector>
 
-/// The member that `name`, and `id` where it is given, mean among `members`; `nullopt` when it
-/// would be a new one.
+/// The member with this `name`, and this `id` if given, among `members`; `nullopt` for a new
+/// member. Throws Failure to refuse.
 ///
-/// One person's data must never end up in another's database, where nothing could tell the two
-/// apart again. So an id decides alone, and refuses a name that is not that member's; without an
-/// id, a name that several members have is refused. An id that nobody has is a new member, whose
-/// name may repeat; but neither may be what another member is asked for by, as an id that is
-/// another's name would be. Nor may a new name have white space at its ends, which the server
-/// trims. A member with a paired phone is refused too, or whose database is also such a member's:
-/// the receiver writes it. Refusals are Failures.
+/// One person's data must never get into another's database, because the two could not be separated
+/// again. So an id alone selects the member, and a different name is refused. Without an id, a name
+/// of several members is refused. An unknown id is a new member, whose name may be that of another
+/// member. A new name or id must not equal a text that selects another member, such as an id that
+/// is another member's name. A new name must not have white space at its ends, because the server
+/// trims it.
+///
+/// A member with a paired phone is refused, and so is one who shares a database with such a member:
+/// the receiver writes that database.
 std::optional<Member> recipient(const std::vector<Member>& members, const std::string& name,
                                 const std::optional<std::string>& id);
 
-/// Refuses a database that is also that of a member with a paired phone, by any spelling of its
-/// path or link to it, with the Failure that refuses that member: the receiver writes it. The
-/// file, and folders above it, may be missing.
+/// Throws Failure if `database` is also that of a member with a paired phone, because the receiver
+/// writes it. Other spellings of the path and links are recognised. The file and its parent folders
+/// may be missing.
 void requireUnshared(const std::vector<Member>& members, const std::filesystem::path& database);
 
-/// Refuses a new member of that name and id who would be asked for by the same text as one of
-/// `members`, with Failure.
+/// Throws Failure if a new member of that name and id could be selected by the same text as one of
+/// `members`.
 void requireDistinct(const std::vector<Member>& members, const std::string& name,
                      const std::optional<std::string>& id);

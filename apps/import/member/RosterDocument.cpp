@@ -27,7 +27,7 @@ constexpr Phrase tooDeep{"名册 {0} 的嵌套超过 {1} 层,未作改动",
 
 }  // namespace phrases
 
-/// Why the file at `path`, which just could not be read, cannot; in the system's words.
+/// The system's reason for the failure to read the file at `path`, which must have just occurred.
 std::string reasonOf(const std::filesystem::path& path) {
   errno = 0;
   const std::ifstream file(path, std::ios::binary);
@@ -47,11 +47,11 @@ std::optional<std::string> rosterText(const std::filesystem::path& path) {
   return text;
 }
 
-/// Writing a document takes stack for every level and indents each further than the one around it:
-/// 30,000 of them would make 1.8 GB of text.
+/// Writing a document takes stack for every level and indents each level further. A depth of 30,000
+/// would give 1.8 GB of text.
 constexpr int deepestValue = 100;
 
-/// Whether arrays and objects in `text` lie in each other deeper than that.
+/// Whether arrays and objects in `text` are nested deeper than that.
 bool isTooDeep(std::string_view text) {
   int depth = 0;
   bool inString = false;
@@ -93,7 +93,7 @@ RosterDocument::~RosterDocument() = default;
 
 namespace {
 
-/// The entry of that id among the array `members`, appended when there is none.
+/// The entry with that id in the array `members`; appended when it is missing.
 nlohmann::ordered_json& entryOf(nlohmann::ordered_json& members, const ImportedMember& member) {
   const auto found = std::ranges::find_if(members, [&member](const nlohmann::ordered_json& entry) {
     return entry.at("id") == member.id;

@@ -1,5 +1,5 @@
 #pragma once
-// The roster file with everything in it, also what this system knows nothing of.
+// The roster file with all of its content, including unknown keys.
 
 #include "roster/Roster.h"
 
@@ -11,25 +11,25 @@
 #include <string>
 #include <vector>
 
-/// What an import makes of a member's entry.
+/// The changes of an import to a member's entry.
 struct ImportedMember {
   std::string id;
   std::string name;
-  std::filesystem::path database;       ///< absolute; of a new member only
+  std::filesystem::path database;       ///< absolute; used only for a new member
   double now = 0;                       ///< seconds since 1970
-  std::optional<double> exportedAt;     ///< the moment of the export, seconds since 1970
-  std::optional<std::string> firstDay;  ///< "2018-09-01", the first with data; absent: no data
+  std::optional<double> exportedAt;     ///< time of the export, seconds since 1970
+  std::optional<std::string> firstDay;  ///< first day with data, "2018-09-01"; absent: no data
 };
 
-/// "members.json", read once and written back with one member changed. The receiver application may
-/// keep more in it than we read, so the document itself is changed and never made anew: every key
-/// and value survives, in their order. Numbers survive as the numbers that 64 bits hold: 2.50 is
-/// written back as 2.5, and a whole number of 23 digits as the nearest 1.23e+22.
+/// "members.json", read once and written with one member changed. The receiver application may
+/// store more in it than we read. So the document itself is changed, never rebuilt: every key and
+/// value survives, in its order. Numbers are preserved as 64-bit values: 2.50 is written as 2.5,
+/// and a whole number of 23 digits as the nearest 1.23e+22.
 class RosterDocument {
 public:
-  /// Reads the file at `path`; one that does not exist is a roster without members. A file that
-  /// cannot be read, a link that leads nowhere, a file that the server could not read, or one that
-  /// is nested more than 100 deep fails with Failure and stays.
+  /// Reads the file at `path`; a missing file is a roster without members. Throws Failure, and
+  /// leaves the file unchanged, when it cannot be read, is a broken link, is invalid for the
+  /// server, or is nested more than 100 deep.
   explicit RosterDocument(std::filesystem::path path);
   ~RosterDocument();
   RosterDocument(const RosterDocument&) = delete;
@@ -37,12 +37,12 @@ public:
 
   const std::vector<Member>& members() const { return file.members; }
 
-  /// Gives the member of that id a complete history up to the export, or adds the member. A sync
-  /// later than the export stays, for the database still has what it brought; one later than now is
-  /// a clock's mistake.
+  /// Gives the member with that id a complete history up to the export, or adds the member. A sync
+  /// later than the export stays, because the database still has its data. A sync later than `now`
+  /// comes from a wrong clock.
   void put(const ImportedMember& member);
 
-  /// Replaces the file, complete or not at all and after a crash too. Fails with
+  /// Replaces the file, completely or not at all, even after a crash. Throws
   /// std::filesystem::filesystem_error.
   void write() const;
 

@@ -41,10 +41,10 @@ constexpr Phrase clinicalDocument{
     "file wanted is the export.xml beside it"};
 }  // namespace phrases
 
-/// Enough to reach the name of the root, which the document type declaration gives at its start.
+/// Enough to reach the name of the root, at the start of the document type declaration.
 constexpr std::size_t beginningSize = 64UL << 10;
 
-/// A file, or a pipe whose other end may be slow.
+/// A file, or a pipe with a possibly slow writer.
 class PlainFile : public ByteSource {
 public:
   explicit PlainFile(const std::filesystem::path& file, Interrupted interrupted = neverInterrupted)
@@ -66,7 +66,7 @@ public:
   }
 
 private:
-  /// Returns when reading does not wait. A signal just before a wait does not end it, so each wait
+  /// Returns when a read will not block. A signal just before a wait does not end it, so each wait
   /// is short.
   void awaitBytes() const {
     constexpr int shortWaitMilliseconds = 200;
@@ -83,7 +83,7 @@ private:
   Descriptor descriptor;
 };
 
-/// The first bytes of the file at `path`, `size` at most.
+/// The first bytes of the file at `path`, at most `size`.
 std::string beginning(const std::filesystem::path& path, std::size_t size) {
   PlainFile file(path);
   std::string bytes(size, '\0');
@@ -104,22 +104,23 @@ bool beginsLikeExport(std::string_view bytes) {
 
 /// One file of an archive or folder.
 struct Listed {
-  std::string name;       ///< from the top, folders set apart by "/"
-  std::size_t depth = 0;  ///< folders that it lies in
+  std::string name;       ///< path from the top, with "/" between folders
+  std::size_t depth = 0;  ///< number of folders above it
 
   std::string_view lastPart() const {
     return std::string_view(name).substr(name.find_last_of('/') + 1);
   }
 };
 
-/// The hidden twins that macOS adds to archives.
+/// The hidden companion files that macOS adds to archives.
 bool isMacCompanion(const Listed& file) {
   return file.name.starts_with("__MACOSX/") || file.lastPart().starts_with("._");
 }
 
 constexpr std::string_view clinicalName = "export_cda.xml";
 
-/// A name alone does not tell an export, and looking into an endless number of files takes long.
+/// A name alone does not identify an export, and reading the start of an unlimited number of files
+/// takes long.
 constexpr std::size_t mostLookedInto = 32;
 
 bool mayBeExport(const Listed& file) {
@@ -127,8 +128,8 @@ bool mayBeExport(const Listed& file) {
   return file.depth <= 1 && last.ends_with(".xml") && last != clinicalName && !isMacCompanion(file);
 }
 
-/// The position in `files` of the export's XML; their count when there is none, or none among the
-/// first that are looked into. `begins` tells whether the file at a position begins like an export.
+/// The position in `files` of the export's XML; the count of `files` when it is not found among the
+/// files that are examined. `begins` says whether the file at a position begins like an export.
 std::size_t xmlAmong(const std::vector<Listed>& files,
                      const std::function<bool(std::size_t)>& begins) {
   std::size_t found = files.size();
@@ -149,10 +150,10 @@ std::size_t xmlAmong(const std::vector<Listed>& files,
   return files.size();
 }
 
-/// The name of the file that the cloud drive keeps beside, or instead of, a missing `name`.
+/// The name of the placeholder that the cloud drive keeps for a missing `name`.
 std::string stubOf(const std::string& name) { return "." + name + ".icloud"; }
 
-/// The name for which `name` stands in; empty when that is no stub.
+/// The name behind the placeholder `name`; empty when it is not a placeholder.
 std::string_view missingFor(std::string_view name) {
   constexpr std::string_view start = ".";
   constexpr std::string_view end = ".icloud";
@@ -165,15 +166,15 @@ std::string_view missingFor(std::string_view name) {
   return name;
 }
 
-/// Whether `file` stands in for a file that an export may be.
+/// Whether `file` is a placeholder of a possible export.
 bool isStubOfExport(const Listed& file) {
   const std::string missing = lowerCased(missingFor(file.lastPart()));
   return file.depth <= 1 && missing != clinicalName &&
          (missing.ends_with(".xml") || missing.ends_with(".zip"));
 }
 
-/// The file of the export for which one of `files` stands in, from the top; `nullopt` when none
-/// does. What merely may be one counts where nothing else may.
+/// The path of the missing export whose placeholder is among `files`; `nullopt` when there is none.
+/// A placeholder of a possible export counts only when no present file may be the export.
 std::optional<std::string> missingAmong(const std::vector<Listed>& files) {
   auto stub = std::ranges::find_if(files, [](const Listed& file) {
     return file.depth <= 1 && lowerCased(missingFor(file.lastPart())) == "export.xml";
@@ -186,7 +187,7 @@ std::optional<std::string> missingAmong(const std::vector<Listed>& files) {
   return stub->name.substr(0, stub->name.size() - last.size()).append(missingFor(last));
 }
 
-/// Why none of `files`, from the archive or folder `path`, is the export.
+/// The error when none of `files`, from the archive or folder `path`, is the export.
 Failure noXmlIn(const std::filesystem::path& path, const std::vector<Listed>& files) {
   if (std::cmp_greater(std::ranges::count_if(files, mayBeExport), mostLookedInto)) {
     return Failure(phrases::noXmlAmongSome, {path.string(), std::to_string(mostLookedInto)});
@@ -217,10 +218,10 @@ Listed listed(std::string name) {
   return {.name = std::move(name), .depth = depth};
 }
 
-/// Exports have a folder for the routes and one for the ECGs, and no folder inside those.
+/// Exports have one folder of routes and one of ECGs, and no folder inside those.
 constexpr int deepestFolder = 4;
 
-/// The files of `folder` and the folders inside it down to `depth`, in order of their names.
+/// The files of `folder` and its subfolders down to `depth`, ordered by name.
 std::vector<Listed> filesIn(const std::filesystem::path& folder, int depth) {
   using std::filesystem::recursive_directory_iterator;
   std::vector<Listed> files;
@@ -287,7 +288,8 @@ void ExportFile::openFile(const std::filesystem::path& path) {
 }
 
 void ExportFile::openFolder(const std::filesystem::path& path) {
-  // Two levels are all it takes to find the XML, however much lies below a folder named by mistake.
+  // Two levels are enough to find the XML. A folder given by mistake may contain very much below
+  // them.
   const std::vector<Listed> files = filesIn(path, 1);
   const std::size_t xml = xmlAmong(files, [&](std::size_t index) {
     return beginsLikeExport(beginning(path / files[index].name, beginningSize));

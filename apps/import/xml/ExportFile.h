@@ -1,5 +1,5 @@
 #pragma once
-// The file or folder that the Health app's export came as, and the bytes of its export.xml.
+// The file or folder of a Health app export, and the bytes of its export.xml.
 
 #include "import/Interruption.h"
 #include "platform/ByteSource.h"
@@ -14,12 +14,12 @@
 #include <string>
 #include <string_view>
 
-/// What lies beside the export.xml, in files. None of it is stored.
+/// Counts of the files beside the export.xml. None of them is stored.
 struct ExportContents {
   std::int64_t routes = 0;           ///< *.gpx
   std::int64_t ecgs = 0;             ///< *.csv
   std::int64_t clinicalRecords = 0;  ///< *.json
-  std::int64_t others = 0;  ///< attachments and the like; the CDA twin of the export not among them
+  std::int64_t others = 0;  ///< attachments and the like, without the export's CDA document
 
   bool operator==(const ExportContents&) const = default;
 };
@@ -27,31 +27,32 @@ struct ExportContents {
 /// An export, open for reading once from its first byte to its last.
 class ExportFile {
 public:
-  /// Opens `path`: a zip archive (told by its first bytes, not by its name), a folder that one was
-  /// unpacked to, or an export.xml. Archive and folder may have the XML at their top or one folder
-  /// down, whatever that folder is called; it is the file named export.xml, else (the name follows
-  /// the phone's language) the first .xml that begins like a Health export, of 32 at most. Throws
-  /// Failure, which names what is wanted where the file lies in the cloud drive still or is the
-  /// export's clinical document.
-  /// `interrupted` may end the wait for the bytes of a pipe, with Interruption.
+  /// Opens `path`: a zip archive (recognised by its first bytes, not by its name), an unpacked
+  /// folder, or an export.xml. In an archive or folder, the XML may be at the top or one folder
+  /// down, in a folder of any name. It is the file named export.xml. Otherwise it is the first .xml
+  /// file, of at most 32, that begins like a Health export, because the name follows the phone's
+  /// language. Throws Failure. The message names the needed file when it is still in the cloud
+  /// drive, or when `path` is the export's clinical document. `interrupted` can end the wait for
+  /// the bytes of a pipe, with Interruption.
   explicit ExportFile(const std::filesystem::path& path,
                       Interrupted interrupted = neverInterrupted);
 
-  /// The next bytes of the export.xml; 0 at the end alone. Throws Failure when they cannot be
-  /// read, also when an archive's entry holds fewer or more bytes than it declares.
+  /// The next bytes of the export.xml; 0 only at the end. Throws Failure when they cannot be read,
+  /// or when an archive's entry has fewer or more bytes than it declares.
   std::size_t read(std::span<char> buffer) { return source->read(buffer); }
 
-  /// Reads to the end and hands each piece, 128 KiB at most, to `take`. Throws as `read` does, and
-  /// Interruption after the piece during which `interrupted` began to say so.
+  /// Reads to the end and passes each piece, at most 128 KiB, to `take`. Throws like `read`, and
+  /// throws Interruption after the piece during which `interrupted` became true.
   void readAll(const std::function<void(std::string_view)>& take);
 
-  /// Bytes of the export.xml, uncompressed; absent when the system cannot tell, as for a pipe.
+  /// Uncompressed size of the export.xml in bytes; absent when the system does not know it, as for
+  /// a pipe.
   std::optional<std::uint64_t> size() const { return bytes; }
 
-  /// Where the export.xml lies: its path, or its name inside the archive.
+  /// The place of the export.xml: its path, or its name inside the archive.
   const std::string& name() const { return xmlName; }
 
-  /// What lies beside it; all zero when `path` was the export.xml itself.
+  /// The files beside it; all zero when `path` was the export.xml itself.
   const ExportContents& contents() const { return beside; }
 
 private:

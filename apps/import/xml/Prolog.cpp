@@ -91,7 +91,7 @@ void Prolog::takeDoctype(char byte) {
     blank(held);
     lastInDoctype = held.back();
     held.clear();
-    takeDoctype(byte);  // which may begin the tag anew
+    takeDoctype(byte);  // the byte may start the tag again
     return;
   }
   blank({&byte, 1});

@@ -1,24 +1,24 @@
 #pragma once
-// Skips the document type declaration, which is never read and may be broken.
+// Skips the document type declaration, which is never parsed and may be broken.
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 
-/// Turns the document type declaration into blanks and passes all else.
+/// Replaces the document type declaration with blanks and passes everything else.
 ///
-/// The declaration is not interpreted, so that no entity of it can ever expand, and its own
-/// punctuation says nothing about where it ends: exports of 2022 have an ATTLIST in it that never
-/// closes. It ends where the root element begins: at the first "<HealthData" with a blank, "/" or
-/// ">" behind it whose last character before, blanks apart, is the ">" (or, that missing too, the
-/// "]") which a declaration or a comment ends with. Inside a declaration the root is called
-/// "HealthData" without "<", and inside its quoted texts neither stands before it.
+/// The declaration is not interpreted, so none of its entities can ever expand. Its own punctuation
+/// does not show its end: exports of 2022 have an ATTLIST in it that is never closed. The
+/// declaration ends where the root element begins. That is the first "<HealthData" followed by a
+/// blank, "/" or ">", and preceded, apart from blanks, by the ">" that ends a declaration or a
+/// comment (or by the "]", if that ">" is missing too). Inside a declaration the root's name has no
+/// "<", and inside quoted texts neither character precedes it.
 class Prolog {
 public:
-  /// What `bytes`, of text that XML allows, become; valid until the next call and as long as they
-  /// are. Line feeds stay, and there is one blank for every other character, so that lines and
-  /// columns behind are those of the text. The start of a tag that ends with the bytes is held back
-  /// until more of it is there.
+  /// The result for `bytes`, text without forbidden characters; valid until the next call and while
+  /// `bytes` is valid. Line feeds stay, and every other replaced character becomes one blank, so
+  /// that later lines and columns are those of the text. An incomplete start of a tag at the end is
+  /// buffered until more follows.
   std::string_view passed(std::string_view bytes);
 
   bool over() const { return state == State::over; }  ///< the root element has begun
@@ -32,8 +32,8 @@ private:
   void blank(std::string_view bytes);
 
   State state = State::between;
-  std::string held;         ///< of a tag that cannot be told yet
-  std::string output;       ///< of the present call
-  std::size_t closers = 0;  ///< "-" or "?" in a row that may end the comment or instruction
-  char lastInDoctype = 0;   ///< the last character of the declaration that is no blank
+  std::string held;         ///< the start of an incomplete tag
+  std::string output;       ///< of the current call
+  std::size_t closers = 0;  ///< consecutive "-" or "?" that may end the comment or instruction
+  char lastInDoctype = 0;   ///< the last non-blank character of the declaration
 };

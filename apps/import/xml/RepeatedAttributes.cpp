@@ -5,10 +5,11 @@
 
 namespace {
 
-/// More than the longest tag of an export, and than the parser takes: it refuses what is left over.
+/// More than the longest tag of an export and than the parser's own limit: the parser refuses the
+/// rest.
 constexpr std::size_t mostHeldBack = 256UL << 10;
 
-/// An export's tags have 15 at most. A tag with more passes as it is.
+/// An export's tags have at most 15 attributes. A tag with more is passed unchanged.
 constexpr std::size_t mostAttributes = 64;
 
 constexpr std::size_t none = std::string_view::npos;
@@ -17,7 +18,7 @@ constexpr bool isBlank(char letter) {
   return letter == ' ' || letter == '\t' || letter == '\n' || letter == '\r';
 }
 
-/// Whether `reference` is what may stand between "&" and ";".
+/// Whether `reference` is valid between "&" and ";".
 bool isReference(std::string_view reference) {
   constexpr std::array<std::string_view, 5> names{"amp", "lt", "gt", "quot", "apos"};
   if (std::ranges::find(names, reference) != names.end()) return true;
@@ -28,7 +29,7 @@ bool isReference(std::string_view reference) {
          digits.find_first_not_of(hexadecimal ? "0123456789abcdefABCDEF" : "0123456789") == none;
 }
 
-/// Whether `value` may stand between quotation marks.
+/// Whether `value` is valid between quotation marks.
 bool isWellFormed(std::string_view value) {
   if (value.find('<') != none) return false;
   for (std::size_t at = value.find('&'); at != none; at = value.find('&', at + 1)) {
@@ -38,16 +39,16 @@ bool isWellFormed(std::string_view value) {
   return true;
 }
 
-/// Where the markup ends that begins at `open` with `start` and ends with `end`; `none` when it is
-/// cut.
+/// The end of the markup that begins at `open` with `start` and ends with `end`; `none` when it is
+/// incomplete.
 std::size_t endOf(std::string_view text, std::size_t open, std::string_view start,
                   std::string_view end) {
   const std::size_t found = text.find(end, open + start.size());
   return found == none ? none : found + end.size();
 }
 
-/// Where the comment, instruction, end tag or section ends that begins at `open`; `none` when it is
-/// cut.
+/// The end of the comment, instruction, end tag or section that begins at `open`; `none` when it is
+/// incomplete.
 std::size_t otherMarkupEnd(std::string_view text, std::size_t open) {
   constexpr std::string_view comment = "<!--";
   constexpr std::string_view section = "<![CDATA[";
@@ -79,7 +80,7 @@ std::string_view RepeatedAttributes::removed(std::string_view piece) {
 
 std::string_view RepeatedAttributes::rest() { return cut; }
 
-/// How much of `text` does not end inside of markup. Repairs the tags in it.
+/// The length of `text` up to an incomplete markup at its end. Repairs the tags in it.
 std::size_t RepeatedAttributes::completePart(std::string_view text) {
   std::size_t end = 0;
   while (true) {
@@ -93,12 +94,12 @@ std::size_t RepeatedAttributes::completePart(std::string_view text) {
   }
 }
 
-/// Where the start tag ends that begins at `open`; `none` when it is cut.
+/// The end of the start tag that begins at `open`; `none` when it is incomplete.
 std::size_t RepeatedAttributes::startTagEnd(std::string_view text, std::size_t open) {
   attributes.clear();
   repeats = false;
   sound = true;
-  std::size_t begin = open + 1;  // of the attribute's name, then behind it
+  std::size_t begin = open + 1;  // of the attribute's name, then the end of its value
   std::size_t nameEnd = begin;
   for (std::size_t at = begin; at < text.size(); ++at) {
     const char letter = text[at];
@@ -112,7 +113,7 @@ std::size_t RepeatedAttributes::startTagEnd(std::string_view text, std::size_t o
       note(text, {.begin = begin, .nameEnd = nameEnd, .quote = at, .end = close + 1});
       begin = nameEnd = at = close;
     } else if (letter != '=' && !isBlank(letter)) {
-      // The first letter behind a blank or a value begins a name.
+      // The first letter after a blank or a value begins a name.
       if (nameEnd != at) begin = at;
       nameEnd = at + 1;
     }
@@ -120,7 +121,7 @@ std::size_t RepeatedAttributes::startTagEnd(std::string_view text, std::size_t o
   return none;
 }
 
-/// Keeps the attribute, and notes whether one before it in the tag has its name.
+/// Stores the attribute, and records whether an earlier one in the tag has its name.
 void RepeatedAttributes::note(std::string_view text, const Attribute& attribute) {
   if (attributes.size() == mostAttributes) return;
   const auto nameOf = [text](const Attribute& any) {

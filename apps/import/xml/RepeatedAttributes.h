@@ -1,5 +1,5 @@
 #pragma once
-// Takes away attributes that stand twice in a tag, for which a parser refuses the whole document.
+// Removes attributes that are repeated within a tag: a parser refuses the whole document for them.
 
 #include <cstddef>
 #include <cstdint>
@@ -7,33 +7,33 @@
 #include <string_view>
 #include <vector>
 
-/// Looks through a document without its document type declaration, piece by piece.
+/// Processes a document without its document type declaration, piece by piece.
 ///
-/// Of an attribute that stands twice in a start tag the first stays. A second `startDate` becomes
-/// the `endDate` where the tag has none: phones of 2022 wrote the end under that name. What goes
-/// turns into blanks of the same length, so that lines stay what they were. All else passes as it
-/// is, also a tag in which a repeated attribute is not well-formed: that is the parser's to refuse.
-/// So does everything behind markup that is longer than any of an export.
+/// The first of a repeated attribute stays. A second `startDate` becomes the `endDate` if the tag
+/// has none: phones of 2022 wrote the end under that name. Removed text becomes blanks of the same
+/// length, so that lines stay the same. Everything else is unchanged. That includes a tag with an
+/// ill-formed repeated attribute, which the parser refuses, and everything after markup that is
+/// longer than in any export.
 class RepeatedAttributes {
 public:
-  /// `piece` without repetitions, less a tag or comment that its end cuts, which the next call
-  /// takes up. Valid until the next call and as long as `piece` is: a piece without repetitions is
-  /// not copied.
+  /// `piece` without repetitions. A tag or comment cut by its end is buffered for the next call.
+  /// Valid until the next call and while `piece` is valid: a piece without repetitions is not
+  /// copied.
   std::string_view removed(std::string_view piece);
 
-  /// What the last piece left over; after it nothing follows.
+  /// The rest after the last piece; no call may follow.
   std::string_view rest();
 
-  /// Attributes so far that had the name of one before them.
+  /// The number of repeated attributes so far.
   std::int64_t count() const { return repeated; }
 
 private:
-  /// One attribute of the tag under way, by places in the text.
+  /// One attribute of the current tag, as positions in the text.
   struct Attribute {
     std::size_t begin;
     std::size_t nameEnd;
-    std::size_t quote;  ///< the opening one
-    std::size_t end;    ///< behind the closing quotation mark
+    std::size_t quote;  ///< of the opening quotation mark
+    std::size_t end;    ///< after the closing quotation mark
   };
 
   std::size_t completePart(std::string_view text);
@@ -41,12 +41,12 @@ private:
   void note(std::string_view text, const Attribute& attribute);
   void repair(std::string_view text);
 
-  std::string cut;     ///< what the end of the last piece cut
-  std::string edited;  ///< a copy of the text under way, where one was needed
+  std::string cut;     ///< the incomplete end of the last piece
+  std::string edited;  ///< a copy of the current text, if needed
   bool isCopied = false;
-  bool givenUp = false;               ///< what follows passes as it is
-  std::vector<Attribute> attributes;  ///< of the tag under way
-  bool repeats = false;               ///< one of them has the name of another
-  bool sound = true;                  ///< those that have are well-formed
+  bool givenUp = false;               ///< everything that follows is passed unchanged
+  std::vector<Attribute> attributes;  ///< of the current tag
+  bool repeats = false;               ///< two of them have the same name
+  bool sound = true;                  ///< the repeated ones are well-formed
   std::int64_t repeated = 0;
 };

@@ -23,12 +23,12 @@ constexpr Phrase otherEncoding{
 
 constexpr std::string_view declarationStart = "<?xml";
 
-/// A declaration takes less; what goes on beyond is for the parser to refuse.
+/// A declaration is shorter; the parser refuses a longer one.
 constexpr std::size_t longestDeclaration = 1024;
 
-/// The name of the encoding of which the first four bytes of a document are; empty when they may be
-/// UTF-8's. UTF-16 without a mark begins with two characters below 256, which leaves zero bytes. So
-/// do numbers at the beginning of pictures and films, so UTF-32 must begin with "<".
+/// The encoding recognised by the first four bytes of a document; empty when they may be UTF-8.
+/// UTF-16 without a mark begins with two characters below 256, which contain zero bytes. Pictures
+/// and films also begin with numbers that contain zero bytes, so UTF-32 must begin with "<".
 std::string_view shownEncoding(std::string_view start) {
   using namespace std::string_view_literals;
   if (start.starts_with("\xff\xfe") || start.starts_with("\xfe\xff")) return "UTF-16";
@@ -43,7 +43,7 @@ std::string_view shownEncoding(std::string_view start) {
   return {};
 }
 
-/// The value of the pseudo-attribute "encoding" in `declaration`; empty without one.
+/// The value of the pseudo-attribute "encoding" in `declaration`; empty when there is none.
 std::string_view declaredEncoding(std::string_view declaration) {
   constexpr std::string_view blanks = " \t\r\n";
   constexpr std::string_view name = "encoding";
@@ -65,8 +65,8 @@ bool isPartOfUTF8(std::string_view encoding) {
   return std::ranges::find(names, lowerCased(encoding)) != names.end();
 }
 
-/// The well-known encoding that a declaration means, as it is usually written; empty when it is not
-/// one of these. A name that only the document knows may tell anything and is not passed on.
+/// The usual name of the declared encoding if it is well known; empty otherwise. An unknown name
+/// may contain anything, so it is not shown.
 std::string_view wellKnown(std::string_view encoding) {
   constexpr std::array<std::string_view, 40> names{
       "UTF-7",        "UTF-16",       "UTF-16BE",     "UTF-16LE",     "UTF-32",
@@ -82,7 +82,7 @@ std::string_view wellKnown(std::string_view encoding) {
   return found == names.end() ? std::string_view() : *found;
 }
 
-/// Whether XML allows `encoding` as a name. Another one is for the parser to refuse.
+/// Whether XML allows `encoding` as a name. The parser refuses any other name.
 bool isName(std::string_view encoding) {
   return !encoding.empty() && std::ranges::all_of(encoding, [](char byte) {
     return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
@@ -105,7 +105,7 @@ std::string_view XmlEncoding::rest() {
   return start;
 }
 
-/// Whether the start says enough; throws when it says too much.
+/// Whether the start is sufficient for the decision; throws for another encoding.
 bool XmlEncoding::decides() const {
   const std::string_view shown = shownEncoding(start);
   if (!shown.empty()) throw Failure(phrases::knownEncoding, {shown});

@@ -6,7 +6,7 @@ XmlNames::Verdict XmlNames::use(std::string_view name, std::size_t position) {
   auto found = known.find(name);
   if (found == known.end()) {
     if (known.size() == most) return Verdict::tooMany;
-    found = known.emplace(name).first;  // a set's texts stay where they are
+    found = known.emplace(name).first;  // a set's elements do not move
   }
   if (position >= last.size()) last.resize(position + 1);
   last[position] = *found;

@@ -12,15 +12,15 @@
 
 namespace {
 
-/// A tag of an export takes a few hundred bytes. The parser keeps an unfinished one whole, so an
-/// endless one would take all memory there is.
+/// A tag of an export takes a few hundred bytes. The parser buffers an unfinished tag completely,
+/// so an endless one would use up all memory.
 constexpr long long longestTag = 128LL << 10;
 
-/// After a piece that did not end a tag, some versions of the parser wait until they have twice as
-/// much of it. So only more than this that is not read yet means that the tag is too long.
+/// After a piece with an unfinished tag, some versions of the parser wait until they have twice as
+/// much of it. So a tag is certainly too long only when more than this is unread.
 constexpr long long mostUnread = 2 * longestTag;
 
-/// Small enough for the parser's lengths, whose type is int, and for the check above to come soon.
+/// Small enough for the parser's lengths of type int, and for a timely check above.
 constexpr std::size_t pieceSize = 128UL << 10;
 
 namespace phrases {
@@ -55,7 +55,7 @@ constexpr Phrase noReference{"字符引用无效", "a character reference names 
 constexpr Phrase afterRoot{"根元素结束后还有内容", "something follows the end of the root element"};
 }  // namespace phrases
 
-/// What goes wrong with exports; absent for all else.
+/// Our own phrase for common errors of exports; absent for all others.
 std::optional<Phrase> reasonOf(XML_Error error) {
   switch (error) {
     case XML_ERROR_SYNTAX:
@@ -84,12 +84,12 @@ std::optional<Phrase> reasonOf(XML_Error error) {
 
 }  // namespace
 
-/// The parser is C: no exception may cross it.
+/// The parser is written in C: no exception may cross it.
 struct XmlCallbacks {
   template <typename Call>
   static void guarded(void* self, Call call) {
     auto& parser = *static_cast<XmlParser*>(self);
-    if (parser.thrown) return;  // a stopped parser still ends the element that it began
+    if (parser.thrown) return;  // a stopped parser still ends the current element
     try {
       call(parser);
     } catch (...) {
@@ -117,8 +117,8 @@ struct XmlCallbacks {
 
 void XmlParser::Releaser::operator()(XML_ParserStruct* handle) const { XML_ParserFree(handle); }
 
-// The encoding is given, so what the file says about its own is not heeded: it may be UTF-8 by the
-// repair alone.
+// The explicit encoding overrides the file's declaration: the text may be UTF-8 only because of the
+// repair.
 XmlParser::XmlParser(XmlHandler& target) : handler(target), parser(XML_ParserCreate("UTF-8")) {
   if (!parser) throw std::bad_alloc();
   XML_SetUserData(parser.get(), this);
@@ -137,7 +137,7 @@ void XmlParser::finish(const Phrase& noElement) {
   const XML_Status status = XML_Parse(parser.get(), nullptr, 0, XML_TRUE);
   if (thrown) std::rethrow_exception(thrown);
   if (status == XML_STATUS_OK) return;
-  // The parser says the same of a root that does not end.
+  // The parser has the same error code for an unfinished root.
   const bool none = names.empty() && XML_GetErrorCode(parser.get()) == XML_ERROR_NO_ELEMENTS;
   if (none) throw Failure(noElement);
   fail();
@@ -149,7 +149,7 @@ void XmlParser::parsePiece(std::string_view piece) {
   if (thrown) std::rethrow_exception(thrown);
   if (status != XML_STATUS_OK) fail();
   fed += static_cast<long long>(piece.size());
-  // Negative while the parser waits for more: then it still stands where it did.
+  // Negative while the parser waits for more; its position is then unchanged.
   const long long index = XML_GetCurrentByteIndex(parser.get());
   if (index >= 0) reached = index;
   if (fed - reached > mostUnread) refuse(phrases::tooLong);
@@ -176,7 +176,7 @@ void XmlParser::refuse(const Phrase& phrase) const {
 void XmlParser::fail() const {
   const XML_Error error = XML_GetErrorCode(parser.get());
   const std::optional<Phrase> reason = reasonOf(error);
-  // The parser's own words, which are English.
+  // The parser's own message, which is English.
   const char* const words = XML_ErrorString(error);
   const auto text = [&](SummaryLang lang) {
     const std::string_view why = reason ? reason->in(lang) : words == nullptr ? "?" : words;

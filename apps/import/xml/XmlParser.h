@@ -1,5 +1,5 @@
 #pragma once
-// The XML parser's handle, and elements instead of its callbacks.
+// The XML parser's handle, with a handler of elements instead of C callbacks.
 
 #include "import/xml/Attributes.h"
 #include "import/xml/XmlNames.h"
@@ -13,7 +13,7 @@
 
 struct XML_ParserStruct;
 
-/// Takes the elements in the order of the file. What it throws leaves XmlParser::parse unchanged.
+/// Receives the elements in the order of the file. XmlParser::parse passes its exceptions on.
 class XmlHandler {
 public:
   virtual ~XmlHandler() = default;
@@ -22,24 +22,24 @@ public:
   virtual void endElement() = 0;
 };
 
-/// Parses UTF-8 without a document type declaration, in pieces. Broken XML throws Failure with
-/// line and column, counted from 1. So do a tag of more than 128 KiB and more or longer names than
-/// XmlNames allows, because memory is bounded by them; a comment may be twice as long at least.
-/// Text between the tags is of no interest.
+/// Parses UTF-8 without a document type declaration, in pieces. Broken XML throws Failure with line
+/// and column, counted from 1. To limit memory, so do a tag of more than 128 KiB and more or longer
+/// names than XmlNames allows; the limit for a comment is at least twice as high. Text between tags
+/// is ignored.
 class XmlParser {
 public:
-  explicit XmlParser(XmlHandler& target);  ///< `target` outlives the parser
+  explicit XmlParser(XmlHandler& target);  ///< `target` must outlive the parser
 
   void parse(std::string_view bytes);
 
-  /// After the last byte. A document that is sound as far as it goes, but has no element, throws
-  /// Failure with `noElement`.
+  /// Call this after the last byte. Throws Failure with `noElement` when the document has no error
+  /// so far but no element.
   void finish(const Phrase& noElement);
 
-  /// Where the element begins that the handler is being told of.
+  /// The line of the element that the handler is receiving.
   long long line() const;
 
-  /// Throws Failure: `phrase`, its first mark the line of that place and its second the column.
+  /// Throws Failure with `phrase`; "{0}" is the line of that place and "{1}" the column.
   [[noreturn]] void refuse(const Phrase& phrase) const;
 
 private:
@@ -57,7 +57,7 @@ private:
   XmlHandler& handler;
   XmlNames names;
   std::unique_ptr<XML_ParserStruct, Releaser> parser;
-  std::exception_ptr thrown;  ///< by the handler; waits until the parser's C code has returned
+  std::exception_ptr thrown;  ///< by the handler; rethrown after the parser's C code has returned
   long long fed = 0;          ///< bytes
-  long long reached = 0;      ///< bytes before what the parser has not read to its end
+  long long reached = 0;      ///< bytes that the parser has processed completely
 };

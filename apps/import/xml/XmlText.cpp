@@ -9,8 +9,8 @@ namespace {
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view replacement = "\xEF\xBF\xBD";
 
-/// No reference needs so many digits. A longer one is left to the parser instead of being held
-/// back without bounds.
+/// No reference needs so many digits. A longer one is left to the parser, because the buffer must
+/// be bounded.
 constexpr std::size_t longestReference = 64;
 
 constexpr std::array<bool, 256> notableBytes = [] {
@@ -34,7 +34,7 @@ bool anyNotable(const char* bytes) {
   return ((word | below | equal) & eightTimes(0x80)) != 0;
 }
 
-/// The first position from `position` on that is not plain; the size of `text` when all is.
+/// The first special position from `position` on; the size of `text` when there is none.
 std::size_t notableFrom(std::string_view text, std::size_t position) {
   const char* const bytes = text.data();
   while (position < text.size()) {
@@ -69,8 +69,8 @@ constexpr std::uint32_t digitValue(char digit) {
   return 16;
 }
 
-/// What begins with the ampersand at the start of `text`. Where a CDATA section makes "&#11;" mere
-/// text it is dropped like elsewhere: exports have none.
+/// The reference at the start of `text`, which is an ampersand. In a CDATA section "&#11;" would be
+/// plain text, but is dropped too: exports have no such sections.
 Piece referenceAt(std::string_view text) {
   constexpr Piece noCharacter{1, Verdict::keep};
   constexpr Piece undecided{1, Verdict::cut};
@@ -94,10 +94,10 @@ Piece referenceAt(std::string_view text) {
   return noCharacter;
 }
 
-/// How many bytes follow `lead`, and what the first of them must lie between: that is where
-/// overlong forms, surrogates and code points above U+10FFFF are told apart.
+/// The count of bytes after `lead`, and the range of the first of them. That range excludes
+/// overlong forms, surrogates and code points above U+10FFFF.
 struct Lead {
-  std::size_t following;  ///< 0 when `lead` begins no character of several bytes
+  std::size_t following;  ///< 0 when `lead` does not begin a multi-byte character
   std::uint8_t lowest = 0x80;
   std::uint8_t highest = 0xBF;
 };
@@ -113,7 +113,7 @@ constexpr Lead leadOf(std::uint8_t byte) {
   return {0};
 }
 
-/// The character of several bytes at the start of `text`, or the ill-formed run that stands there.
+/// The multi-byte character, or else the ill-formed run, at the start of `text`.
 Piece characterAt(std::string_view text) {
   const auto byteAt = [text](std::size_t index) { return static_cast<std::uint8_t>(text[index]); };
   const Lead lead = leadOf(byteAt(0));

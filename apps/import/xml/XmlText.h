@@ -1,24 +1,24 @@
 #pragma once
-// Bytes in, text that XML allows out.
+// Removes or replaces bytes that are not valid in XML text.
 
 #include <cstdint>
 #include <string>
 #include <string_view>
 
-/// Cleans a document piece by piece, so that one stray byte does not cost the whole of it.
+/// Cleans a document piece by piece, so that one invalid byte does not make all of it unreadable.
 ///
-/// Characters that XML 1.0 forbids (control characters but tab, line feed and carriage return;
-/// U+FFFE, U+FFFF) are dropped, and so are character references to them. Ill-formed UTF-8 becomes
-/// U+FFFD, one for each longest run that could have begun a character. A byte order mark at the
-/// start goes. All else stays, malformed references too, which are the parser's to refuse. Lines
-/// stay what they were, columns do not.
+/// Characters that XML 1.0 forbids are dropped, together with references to them: control
+/// characters except tab, line feed and carriage return, and U+FFFE and U+FFFF. Ill-formed UTF-8
+/// becomes U+FFFD, one for each longest run that could begin a character. A byte order mark at the
+/// start is removed. Everything else stays, including malformed references, which the parser
+/// refuses. Lines stay the same, columns do not.
 class XmlText {
 public:
-  /// `piece` cleaned, less a character or reference that its end cuts, which the next call takes
-  /// up. Valid until the next call and as long as `piece` is: clean text is not copied.
+  /// `piece` cleaned. A character or reference cut by its end is buffered for the next call. Valid
+  /// until the next call and while `piece` is valid: clean text is not copied.
   std::string_view cleaned(std::string_view piece);
 
-  /// What the last piece left over; after it nothing follows.
+  /// The rest after the last piece; no call may follow.
   std::string_view rest();
 
   std::int64_t droppedCharacters() const { return dropped; }
@@ -26,8 +26,8 @@ public:
 
 private:
   bool atStart = true;
-  std::string cut;       ///< what the end of the last piece cut
-  std::string rejoined;  ///< that and the present piece
+  std::string cut;       ///< the incomplete end of the last piece
+  std::string rejoined;  ///< `cut` and the current piece
   std::string output;
   std::int64_t dropped = 0;
   std::int64_t replaced = 0;

@@ -42,7 +42,7 @@ std::size_t readSome(zip_file* file, std::span<char> buffer) {
   return static_cast<std::size_t>(count);
 }
 
-/// One entry, and the archive that it lies in.
+/// One entry, together with its archive.
 class ZipEntrySource : public ByteSource {
 public:
   ZipEntrySource(ZipArchive whole, ZipEntry chosen, EntryHandle opened)
@@ -62,8 +62,8 @@ public:
   }
 
 private:
-  /// One read more: it finds what lies beyond the declared size, and only a read that meets the end
-  /// compares the checksum.
+  /// Reads once more. This finds bytes beyond the declared size, and only a read at the end
+  /// verifies the checksum.
   void checkEnd() {
     char beyond = 0;
     if (readSome(handle.get(), {&beyond, 1}) != 0) {
@@ -77,7 +77,7 @@ private:
   std::uint64_t taken = 0;
 };
 
-/// The last words of `error` as text that outlives it.
+/// libzip's message for `error`, as a copy.
 std::string words(int error) {
   zip_error_t details;
   zip_error_init_with_code(&details, error);

@@ -1,5 +1,5 @@
 #pragma once
-// A zip archive, its entries and the bytes of one of them.
+// A zip archive, its entries and their bytes.
 
 #include "platform/ByteSource.h"
 
@@ -12,27 +12,28 @@
 
 struct zip;
 
-/// One entry. The name is UTF-8, its folders set apart by "/", and ends with one for a folder.
+/// One entry. The name is UTF-8, with "/" between folders; a folder's name ends with "/".
 struct ZipEntry {
   std::string name;
   std::uint64_t index = 0;
-  std::uint64_t size = 0;  ///< bytes that it declares to hold, uncompressed
+  std::uint64_t size = 0;  ///< declared uncompressed size in bytes
 };
 
-/// An archive open for reading, with entries and offsets beyond 4 GiB. Throws Failure for one
-/// that is cut off or broken; what is said names no entry, for the archive chose the names.
+/// An archive open for reading; sizes and offsets may exceed 4 GiB. Throws Failure for a truncated
+/// or broken archive. The message contains no name of an entry, because the archive chooses the
+/// names.
 class ZipArchive {
 public:
   explicit ZipArchive(const std::filesystem::path& path);
 
   const std::vector<ZipEntry>& entries() const { return list; }
 
-  /// The first bytes of `entry`, `size` at most.
+  /// The first bytes of `entry`, at most `size`.
   std::string beginning(const ZipEntry& entry, std::size_t size) const;
 
-  /// The bytes of `entry`; what reads them takes the archive over. Reading throws Failure when
-  /// there are fewer or more of them than the entry declares, and when they do not match its
-  /// checksum; nothing beyond the declared size is handed out.
+  /// The bytes of `entry`; the returned source owns the archive. Reading throws Failure when the
+  /// entry has fewer or more bytes than it declares, or does not match its checksum. No byte beyond
+  /// the declared size is returned.
   std::unique_ptr<ByteSource> opened(const ZipEntry& entry) &&;
 
 private:
