@@ -2,6 +2,7 @@
 
 #include "apps/import/ImportHarness.h"
 #include "mcp/tools/Tools.h"
+#include "platform/Locale.h"
 #include "platform/Logger.h"
 #include "roster/Roster.h"
 #include "support/ZoneGuard.h"
@@ -57,7 +58,7 @@ protected:
     Logger log(std::nullopt, Logger::Level::error, false, clock);
     Roster people(root() / "members.json", log, clock);
     people.load();
-    return Tools::answer(tool, {arguments, people, log, SummaryLang::en, clock});
+    return Tools::answer(tool, {arguments, people, log, SummaryLang::en, clock, DigitGrouping{}});
   }
 };
 

@@ -3,6 +3,7 @@
 
 #include "examples/Examples.h"
 #include "mcp/tools/Tools.h"
+#include "platform/Locale.h"
 #include "platform/Logger.h"
 #include "roster/Roster.h"
 #include "support/ChildProcess.h"
@@ -36,7 +37,7 @@ public:
   }
 
   std::string operator()(const std::string& tool, const json& arguments) {
-    return Tools::answer(tool, {arguments, roster, log, lang, clock});
+    return Tools::answer(tool, {arguments, roster, log, lang, clock, DigitGrouping{}});
   }
 
 private:

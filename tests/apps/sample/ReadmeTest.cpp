@@ -5,6 +5,7 @@
 #include "platform/AppleFormat.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
+#include "platform/Locale.h"
 #include "platform/Logger.h"
 #include "roster/Roster.h"
 #include "sample/household/Household.h"
@@ -73,7 +74,7 @@ TEST_P(Readme, OpensWithWhatTheServerAnswers) {
 
   const std::string answer =
       Tools::answer(call.at("name").get<std::string>(),
-                    {call.at("arguments"), roster, log, GetParam().lang, clock});
+                    {call.at("arguments"), roster, log, GetParam().lang, clock, DigitGrouping{}});
 
   EXPECT_EQ(answer, blockOf(readme, "text"));
 }

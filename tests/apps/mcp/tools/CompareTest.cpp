@@ -1,5 +1,4 @@
 #include "mcp/tools/Tools.h"
-#include "platform/ReceiverError.h"
 #include "support/Family.h"
 #include "support/Golden.h"
 #include "support/MemorySource.h"
