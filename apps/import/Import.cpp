@@ -17,10 +17,12 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -46,21 +48,73 @@ constexpr Phrase rosterUnread{
 
 }  // namespace phrases
 
+/// The data root as an absolute path. The roster contains paths and is JSON, so they must be UTF-8.
+std::filesystem::path rootOf(const ImportOrder& order) {
+  std::filesystem::path root = std::filesystem::absolute(order.dataRoot).lexically_normal();
+  const std::string text = repaired(root.string());
+  if (text != root.string()) throw Failure(phrases::rootNotUTF8, {text});
+  return root;
+}
+
 /// The destination of the data.
 struct Place {
   std::string id;
   std::filesystem::path database;
-  bool inUse = true;  ///< see Writer::Options
   /// The time of the last update of the database; absent when unknown.
-  std::optional<double> lastSyncAt = std::nullopt;
+  std::optional<double> lastSyncAt;
+  std::unique_ptr<MemberFolder> folder;  ///< of a member who is not in the roster yet
 };
+
+std::vector<std::string> idsOf(const std::vector<Member>& members) {
+  std::vector<std::string> ids(members.size());
+  std::ranges::transform(members, ids.begin(), &Member::id);
+  return ids;
+}
+
+/// The place of a member who is in the roster. A sync after `now` comes from a wrong clock.
+Place knownPlace(const Member& member, double now) {
+  const std::filesystem::path database = member.dbPath;
+  // A relative path would depend on the working folder of the import.
+  if (!database.is_absolute()) {
+    throw Failure(phrases::pathUnusable, {member.name, member.dbPath});
+  }
+  // The drive may not be mounted. A new folder would put the data below its mount point.
+  if (!std::filesystem::is_directory(database.parent_path())) {
+    throw Failure(phrases::folderMissing, {database.parent_path().string()});
+  }
+  const bool inPast = member.lastSyncAt && *member.lastSyncAt <= now;
+  return {.id = member.id,
+          .database = database,
+          .lastSyncAt = inPast ? member.lastSyncAt : std::nullopt,
+          .folder = nullptr};
+}
+
+/// The place of a new member, in a new folder.
+Place newPlace(const std::vector<Member>& members, const ImportOrder& order,
+               const std::filesystem::path& root) {
+  auto folder =
+      std::make_unique<MemberFolder>(root, order.name, order.id, idsOf(members), randomID);
+  // The id may be that of an unfinished import.
+  requireDistinct(members, order.name, folder->id());
+  requireUnshared(members, folder->database());
+  return {.id = folder->id(),
+          .database = folder->database(),
+          .lastSyncAt = std::nullopt,
+          .folder = std::move(folder)};
+}
+
+Place placeFor(const std::vector<Member>& members, const ImportOrder& order,
+               const std::filesystem::path& root, double now) {
+  const std::optional<Member> member = recipient(members, order.name, order.id);
+  return member ? knownPlace(*member, now) : newPlace(members, order, root);
+}
 
 /// The last component of `path`, which may end in a slash.
 std::string lastName(const std::filesystem::path& path) {
   return (path.has_filename() ? path : path.parent_path()).filename().string();
 }
 
-/// Reads the export into the open transaction of the reader's sink. Returns the number of bytes.
+/// Reads the export into the open transaction of the reader's sink; returns the bytes read.
 std::uint64_t transfer(ExportFile& source, ExportReader& reader, MemberZone& zone,
                        Importer::Progress& progress) {
   std::uint64_t total = 0;
@@ -75,15 +129,26 @@ std::uint64_t transfer(ExportFile& source, ExportReader& reader, MemberZone& zon
   return total;
 }
 
-/// The database's state after the commit, for the roster.
-struct Outcome {
-  std::optional<std::string> firstDay;
-  std::optional<double> exportedAt;
+/// The result of storing one export.
+struct Stored {
+  RunTally tally;
+  Irregularities irregularities;
+  std::string timeZone;
+  std::optional<std::string> firstDay;  ///< of the whole database
+  std::optional<double> exportedAt;     ///< moment; absent when unknown or in the future
 };
 
-/// Does all work in the database. Fills the counts of `report`.
-Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
-              const ImportSurroundings& surroundings, Report& report) {
+/// The moment of the export's stamp. An export from the future has a wrong clock. Its time must not
+/// make later exports look older.
+std::optional<double> exportMoment(const std::optional<std::string>& stamp, double now) {
+  const auto moment = stamp ? AppleFormat::stampParser.parse(*stamp) : std::nullopt;
+  if (!moment || static_cast<double>(*moment) > now) return std::nullopt;
+  return static_cast<double>(*moment);
+}
+
+/// Does all work in the database.
+Stored store(ExportFile& source, const Place& place, const ImportOrder& order,
+             const ImportSurroundings& surroundings) {
   // First, because the zone may forbid this import, and a migration changes the file.
   MemberZone zone({.member = order.name,
                    .id = place.id,
@@ -91,12 +156,12 @@ Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
                    .asked = order.timeZone,
                    .machine = surroundings.timeZone,
                    .interrupted = surroundings.interrupted});
-  // Creates the file and, before the import's only transaction, its tables.
+  // Creates the file, and its tables before the one transaction begins.
   Database database(place.database.string(),
                     {.create = true, .readOnly = false, .interrupted = &surroundings.interrupted});
   Schema::migrate(database);
   Writer writer(database,
-                {.inUse = place.inUse,
+                {.inUse = place.folder == nullptr,
                  .lastSyncAt = place.lastSyncAt,
                  .cacheKibibytes = surroundings.cacheKibibytes});
   ExportReader reader(writer, zone.zone());
@@ -110,81 +175,49 @@ Outcome store(ExportFile& source, const Place& place, const ImportOrder& order,
   const double now = surroundings.clock();
   const StampText importedAt({.moment = static_cast<std::int64_t>(now), .offset = 0});
   writer.finish({.importedAt = std::string(importedAt.text()),
-                 .sourceFile = lastName(report.source),
+                 .sourceFile = lastName(order.source),
                  .sourceBytes = static_cast<std::int64_t>(bytes),
                  .timeZone = zone.isCertain() ? std::optional(zone.zone().name()) : std::nullopt});
 
-  report.tally = writer.tally();
-  report.timeZone = zone.zone().name();
-  report.machineTimeZone = surroundings.timeZone;
-  report.irregularities = reader.irregularities();
-  Outcome outcome{.firstDay = writer.firstStoredDay(), .exportedAt = std::nullopt};
-  if (report.tally.exportedAt) {
-    const auto moment = AppleFormat::stampParser.parse(*report.tally.exportedAt);
-    // An export from the future has a wrong clock. Its time must not make later exports look older.
-    if (moment && static_cast<double>(*moment) <= now) {
-      outcome.exportedAt = static_cast<double>(*moment);
-    }
-  }
-  return outcome;
+  return {.tally = writer.tally(),
+          .irregularities = reader.irregularities(),
+          .timeZone = zone.zone().name(),
+          .firstDay = writer.firstStoredDay(),
+          .exportedAt = exportMoment(writer.tally().exportedAt, now)};
 }
 
 /// The same, with errors as Failure. A failure leaves no new database behind.
-Outcome storeOrExplain(ExportFile& source, const Place& place, const ImportOrder& order,
-                       const ImportSurroundings& surroundings, Report& report) {
+Stored storeOrExplain(ExportFile& source, const Place& place, const ImportOrder& order,
+                      const ImportSurroundings& surroundings) {
   NewDatabase made(place.database);
   try {
-    Outcome outcome = store(source, place, order, surroundings, report);
+    Stored stored = store(source, place, order, surroundings);
     made.keep();
-    return outcome;
+    if (place.folder) place.folder->keep();
+    return stored;
   } catch (const DatabaseError& error) {
-    // SQLite reports an interruption as a failure.
+    // An interruption makes SQLite fail.
     heed(surroundings.interrupted);
     throw databaseFailure(error);
   } catch (const Failure&) {
-    // A signal may have caused this failure by interrupting a read.
+    // A signal may also have interrupted reading.
     heed(surroundings.interrupted);
     throw;
   }
 }
 
-/// The destination for a member in the roster. A sync later than `now` comes from a wrong clock and
-/// is ignored.
-Place placeOf(const Member& member, double now) {
-  const std::filesystem::path database = member.dbPath;
-  // A relative path would depend on the current folder of the import.
-  if (!database.is_absolute()) {
-    throw Failure(phrases::pathUnusable, {member.name, member.dbPath});
-  }
-  // Creating the folder would put the data on the wrong drive, under an unmounted drive's path.
-  if (!std::filesystem::is_directory(database.parent_path())) {
-    throw Failure(phrases::folderMissing, {database.parent_path().string()});
-  }
-  const bool inPast = member.lastSyncAt && *member.lastSyncAt <= now;
-  return {.id = member.id,
-          .database = database,
-          .inUse = true,
-          .lastSyncAt = inPast ? member.lastSyncAt : std::nullopt};
-}
-
-std::vector<std::string> idsOf(const std::vector<Member>& members) {
-  std::vector<std::string> ids(members.size());
-  std::ranges::transform(members, ids.begin(), &Member::id);
-  return ids;
-}
-
-/// Enters the member into the roster. The roster is read again, because reading the export may have
-/// taken minutes.
-void enter(const std::filesystem::path& rosterPath, const Report& report,
-           const std::filesystem::path& database, const Outcome& outcome, double now) {
+/// Writes the member to the roster. Reads the roster again, because the import may have taken
+/// minutes.
+void enter(const std::filesystem::path& rosterPath, const std::string& name, const Place& place,
+           const Stored& stored, double now) {
   try {
     RosterDocument roster(rosterPath);
-    roster.put({.id = report.id,
-                .name = report.name,
-                .database = database,
+    roster.put({.id = place.id,
+                .name = name,
+                .database = place.database,
                 .now = now,
-                .exportedAt = outcome.exportedAt,
-                .firstDay = outcome.firstDay});
+                .exportedAt = stored.exportedAt,
+                .firstDay = stored.firstDay});
     roster.write();
   } catch (const Failure&) {
     throw Failure(phrases::rosterUnread, {rosterPath.string()});
@@ -193,63 +226,36 @@ void enter(const std::filesystem::path& rosterPath, const Report& report,
   }
 }
 
-/// Stores the export for a member who is not in the roster yet.
-void storeNew(ExportFile& source, const MemberFolder& folder, const std::vector<Member>& members,
-              const std::filesystem::path& rosterPath, const ImportOrder& order,
-              const ImportSurroundings& surroundings, Report& report) {
-  const Place place{.id = folder.id(), .database = folder.database(), .inUse = false};
-  report.id = place.id;
-  report.newMember = true;
-  Outcome outcome;
-  try {
-    // The id may come from an unfinished import.
-    requireDistinct(members, order.name, folder.id());
-    requireUnshared(members, place.database);
-    outcome = storeOrExplain(source, place, order, surroundings, report);
-  } catch (...) {
-    folder.abandon();
-    throw;
-  }
-  enter(rosterPath, report, place.database, outcome, surroundings.clock());
-  folder.finish();
-}
-
-/// The roster contains the paths of databases and is JSON, which allows only UTF-8.
-void requireUTF8(const std::filesystem::path& root) {
-  const std::string text = repaired(root.string());
-  if (text != root.string()) throw Failure(phrases::rootNotUTF8, {text});
-}
-
 }  // namespace
 
 Report runImport(const ImportOrder& order, const ImportSurroundings& surroundings) {
   const double began = surroundings.clock();
-  const std::filesystem::path root = std::filesystem::absolute(order.dataRoot).lexically_normal();
-  requireUTF8(root);
+  // A wrong order is refused before a file is created.
+  const std::filesystem::path root = rootOf(order);
   if (order.timeZone) knownZone(*order.timeZone);
   ExportFile source(order.source, surroundings.interrupted);
-  Report report;
-  report.name = order.name;
-  report.source = order.source.string();
-  report.beside = source.contents();
-  const std::filesystem::path rosterPath = root / "members.json";
-  // Refuses an invalid recipient before any file is created.
-  recipient(RosterDocument(rosterPath).members(), order.name, order.id);
 
   Lock lock(root);
+  const std::filesystem::path rosterPath = root / "members.json";
   const std::vector<Member> members = RosterDocument(rosterPath).members();
-  if (const std::optional<Member> member = recipient(members, order.name, order.id)) {
-    const Place place = placeOf(*member, began);
-    report.id = place.id;
-    const Outcome outcome = storeOrExplain(source, place, order, surroundings, report);
-    enter(rosterPath, report, place.database, outcome, surroundings.clock());
-  } else {
-    const MemberFolder folder(root, order.name, order.id, idsOf(members), randomID);
-    storeNew(source, folder, members, rosterPath, order, surroundings, report);
-  }
-  // Only now: the roster on the disk was just replaced, so it certainly contains these members.
+  const Place place = placeFor(members, order, root, began);
+
+  const Stored stored = storeOrExplain(source, place, order, surroundings);
+
+  enter(rosterPath, order.name, place, stored, surroundings.clock());
+
+  // Only now: the roster on the disk was just replaced, so it certainly names these members.
+  if (place.folder) place.folder->finish();
   removeObsoleteNotes(root, idsOf(members));
   lock.keep();
-  report.seconds = surroundings.clock() - began;
-  return report;
+  return {.name = order.name,
+          .id = place.id,
+          .newMember = place.folder != nullptr,
+          .source = order.source.string(),
+          .tally = stored.tally,
+          .timeZone = stored.timeZone,
+          .machineTimeZone = surroundings.timeZone,
+          .irregularities = stored.irregularities,
+          .beside = source.contents(),
+          .seconds = surroundings.clock() - began};
 }

@@ -83,11 +83,17 @@ void MemberFolder::note(const std::filesystem::path& dataRoot, const std::string
   syncFolder(dataRoot);
 }
 
-void MemberFolder::finish() const {
+MemberFolder::~MemberFolder() {
+  if (!kept) abandon();
+}
+
+void MemberFolder::finish() {
+  keep();
   std::error_code ignored;
   std::filesystem::remove(noteIn(folder), ignored);
 }
 
+/// Nothing of what lies in a folder that was made here is worth keeping.
 void MemberFolder::abandon() const {
   if (!made->madeFolder()) return;
   std::error_code stays;

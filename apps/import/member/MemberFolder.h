@@ -25,24 +25,30 @@ public:
                const std::optional<std::string>& id, const std::vector<std::string>& known,
                const std::function<std::string()>& newID);
 
+  /// Unless `keep` or `finish` was called, removes what is in the folder if this import made it.
+  /// The folder itself and "members" go where they were made and are empty.
+  ~MemberFolder();
+  MemberFolder(const MemberFolder&) = delete;
+  MemberFolder& operator=(const MemberFolder&) = delete;
+
   const std::string& id() const { return memberID; }
   std::filesystem::path database() const { return folder / "health.db"; }
 
+  /// Call this when the data is committed. The files then stay.
+  void keep() { kept = true; }
+
   /// Call this when the roster has the member. If the note cannot be removed, it stays until the
   /// next import.
-  void finish() const;
-
-  /// Call this when the import failed. Removes the files in the folder if this import created it,
-  /// because none of its data is kept. The destructor removes the folder itself and "members" if
-  /// they were created here and are empty.
-  void abandon() const;
+  void finish();
 
 private:
+  void abandon() const;
   void note(const std::filesystem::path& dataRoot, const std::string& name) const;
 
   std::string memberID;
   std::filesystem::path folder;
   std::optional<MadeFolders> made;
+  bool kept = false;
 };
 
 /// Removes the notes in the folders of members with these ids, who are in the roster. An import

@@ -107,23 +107,33 @@ TEST(MemberFolder, WithADatabaseThatNobodyLeftUnfinishedIsRefused) {
   EXPECT_THROW(MemberFolder(root.path(), "Ann", "old", {}, fixedID), Failure);
 }
 
-TEST(MemberFolder, IsGoneWhenAbandonedByTheImportThatMadeIt) {
+TEST(MemberFolder, GoesWithTheImportThatMadeItAndFailed) {
   const TemporaryFolder root;
-  const MemberFolder folder(root.path(), "Ann", "ann", {}, fixedID);
-  root.write("members/ann/health.db", "half");
+  {
+    const MemberFolder failing(root.path(), "Ann", "ann", {}, fixedID);
+    root.write("members/ann/health.db", "half");
+  }
 
-  folder.abandon();
-
-  EXPECT_FALSE(std::filesystem::exists(root / "members/ann"));
+  EXPECT_TRUE(std::filesystem::is_empty(root.path()));
 }
 
-TEST(MemberFolder, StaysWhenAbandonedByAnImportThatOnlyTookItUp) {
+TEST(MemberFolder, StaysWithItsNoteOnceItsDataIsCommitted) {
+  const TemporaryFolder root;
+  {
+    MemberFolder folder(root.path(), "Ann", "ann", {}, fixedID);
+    root.write("members/ann/health.db", "complete");
+    folder.keep();
+  }
+
+  EXPECT_TRUE(std::filesystem::exists(root / "members/ann/health.db"));
+  EXPECT_EQ(MemberFolder(root.path(), "Ann", std::nullopt, {}, fixedID).id(), "ann");
+}
+
+TEST(MemberFolder, StaysWhenAnImportFailsThatOnlyTookItUp) {
   const TemporaryFolder root;
   const MemberFolder killed(root.path(), "Ann", "ann", {}, fixedID);
   root.write("members/ann/health.db", "complete");
-  const MemberFolder next(root.path(), "Ann", std::nullopt, {}, fixedID);
-
-  next.abandon();
+  { const MemberFolder next(root.path(), "Ann", std::nullopt, {}, fixedID); }
 
   EXPECT_TRUE(std::filesystem::exists(root / "members/ann/health.db"));
 }
