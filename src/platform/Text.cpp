@@ -1,4 +1,5 @@
 #include "platform/Text.h"
+#include "platform/UTF8.h"
 
 #include <algorithm>
 #include <array>
@@ -6,55 +7,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-
-namespace {
-
-constexpr std::string_view replacement = "\xEF\xBF\xBD";
-
-/// The properties of a lead byte: the count of bytes that follow and the range of the first of
-/// them. That range excludes overlong forms, surrogates and code points above U+10FFFF.
-struct Lead {
-  std::size_t following;
-  std::uint8_t lowest;
-  std::uint8_t highest;
-};
-
-/// `following` is 0 when `byte` does not begin a multi-byte character.
-constexpr Lead leadOf(std::uint8_t byte) {
-  if (byte >= 0xC2 && byte <= 0xDF) return {1, 0x80, 0xBF};
-  if (byte == 0xE0) return {2, 0xA0, 0xBF};
-  if (byte == 0xED) return {2, 0x80, 0x9F};
-  if (byte >= 0xE1 && byte <= 0xEF) return {2, 0x80, 0xBF};
-  if (byte == 0xF0) return {3, 0x90, 0xBF};
-  if (byte >= 0xF1 && byte <= 0xF3) return {3, 0x80, 0xBF};
-  if (byte == 0xF4) return {3, 0x80, 0x8F};
-  return {0, 0, 0};
-}
-
-struct Run {
-  std::size_t length;  ///< >= 1
-  bool valid;
-};
-
-/// The character, or else the ill-formed run, at the start of `bytes` (not empty).
-Run runAt(std::string_view bytes) {
-  const auto byteAt = [bytes](std::size_t index) {
-    return static_cast<std::uint8_t>(bytes[index]);
-  };
-  if (byteAt(0) < 0x80) return {1, true};
-  const Lead lead = leadOf(byteAt(0));
-  if (lead.following == 0) return {1, false};
-  for (std::size_t index = 1; index <= lead.following; ++index) {
-    const std::uint8_t lowest = index == 1 ? lead.lowest : 0x80;
-    const std::uint8_t highest = index == 1 ? lead.highest : 0xBF;
-    if (index == bytes.size() || byteAt(index) < lowest || byteAt(index) > highest) {
-      return {index, false};
-    }
-  }
-  return {lead.following + 1, true};
-}
-
-}  // namespace
 
 bool isASCII(std::string_view bytes) {
   unsigned char all = 0;
@@ -67,9 +19,9 @@ std::string repaired(std::string_view bytes) {
   std::string text;
   std::size_t copied = 0;
   for (std::size_t position = 0; position < bytes.size();) {
-    const Run run = runAt(bytes.substr(position));
-    if (!run.valid) {
-      text.append(bytes.substr(copied, position - copied)).append(replacement);
+    const UTF8::Run run = UTF8::runAt(bytes.substr(position));
+    if (run.form != UTF8::Form::whole) {
+      text.append(bytes.substr(copied, position - copied)).append(UTF8::replacement);
       copied = position + run.length;
     }
     position += run.length;
@@ -79,7 +31,7 @@ std::string repaired(std::string_view bytes) {
 
 std::string utf8(char32_t codePoint) {
   const bool surrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
-  if (surrogate || codePoint > 0x10FFFF) return std::string(replacement);
+  if (surrogate || codePoint > 0x10FFFF) return std::string(UTF8::replacement);
   const auto continuation = [codePoint](int shift) {
     return static_cast<char>(0x80 | ((codePoint >> shift) & 0x3F));
   };

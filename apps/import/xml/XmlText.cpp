@@ -1,4 +1,5 @@
 #include "import/xml/XmlText.h"
+#include "platform/UTF8.h"
 
 #include <array>
 #include <cstddef>
@@ -7,7 +8,6 @@
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-constexpr std::string_view replacement = "\xEF\xBF\xBD";
 
 /// No reference needs so many digits. A longer one is left to the parser, because the buffer must
 /// be bounded.
@@ -94,38 +94,13 @@ Piece referenceAt(std::string_view text) {
   return noCharacter;
 }
 
-/// The count of bytes after `lead`, and the range of the first of them. That range excludes
-/// overlong forms, surrogates and code points above U+10FFFF.
-struct Lead {
-  std::size_t following;  ///< 0 when `lead` does not begin a multi-byte character
-  std::uint8_t lowest = 0x80;
-  std::uint8_t highest = 0xBF;
-};
-
-constexpr Lead leadOf(std::uint8_t byte) {
-  if (byte >= 0xC2 && byte <= 0xDF) return {1};
-  if (byte == 0xE0) return {2, 0xA0, 0xBF};
-  if (byte == 0xED) return {2, 0x80, 0x9F};
-  if (byte >= 0xE1 && byte <= 0xEF) return {2};
-  if (byte == 0xF0) return {3, 0x90, 0xBF};
-  if (byte >= 0xF1 && byte <= 0xF3) return {3};
-  if (byte == 0xF4) return {3, 0x80, 0x8F};
-  return {0};
-}
-
 /// The multi-byte character, or else the ill-formed run, at the start of `text`.
 Piece characterAt(std::string_view text) {
-  const auto byteAt = [text](std::size_t index) { return static_cast<std::uint8_t>(text[index]); };
-  const Lead lead = leadOf(byteAt(0));
-  if (lead.following == 0) return {1, Verdict::replace};
-  for (std::size_t index = 1; index <= lead.following; ++index) {
-    if (index == text.size()) return {index, Verdict::cut};
-    const std::uint8_t lowest = index == 1 ? lead.lowest : 0x80;
-    const std::uint8_t highest = index == 1 ? lead.highest : 0xBF;
-    if (byteAt(index) < lowest || byteAt(index) > highest) return {index, Verdict::replace};
-  }
-  const bool noncharacter = byteAt(0) == 0xEF && byteAt(1) == 0xBF && byteAt(2) >= 0xBE;
-  return {lead.following + 1, noncharacter ? Verdict::drop : Verdict::keep};
+  const UTF8::Run run = UTF8::runAt(text);
+  if (run.form == UTF8::Form::cut) return {run.length, Verdict::cut};
+  if (run.form == UTF8::Form::illFormed) return {run.length, Verdict::replace};
+  const bool noncharacter = text.starts_with("\xEF\xBF\xBE") || text.starts_with("\xEF\xBF\xBF");
+  return {run.length, noncharacter ? Verdict::drop : Verdict::keep};
 }
 
 Piece pieceAt(std::string_view text) {
@@ -162,7 +137,7 @@ std::string_view XmlText::cleaned(std::string_view piece) {
     }
     if (found.verdict != Verdict::keep) {
       output.append(piece.substr(copied, position - copied));
-      if (found.verdict == Verdict::replace) output += replacement;
+      if (found.verdict == Verdict::replace) output += UTF8::replacement;
       ++(found.verdict == Verdict::replace ? replaced : dropped);
       copied = position + found.length;
     }
@@ -176,5 +151,5 @@ std::string_view XmlText::rest() {
   if (cut.empty() || cut.front() == '&') return cut;
   cut.clear();
   ++replaced;
-  return replacement;
+  return UTF8::replacement;
 }
