@@ -19,7 +19,6 @@ namespace {
 
 using Json = nlohmann::json;
 using testing::HasSubstr;
-using testing::Not;
 
 const Json twoWeeks{{"metric", "steps"},
                     {"a_from", "2024-03-01"},

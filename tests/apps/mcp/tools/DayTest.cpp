@@ -4,7 +4,6 @@
 #include "support/Golden.h"
 #include "support/ToolCaller.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -16,8 +15,6 @@
 namespace {
 
 using Json = nlohmann::json;
-using testing::HasSubstr;
-using testing::Not;
 
 constexpr const char* theDay = "2024-03-01";
 

@@ -7,10 +7,8 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <filesystem>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace {
 
