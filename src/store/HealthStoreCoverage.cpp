@@ -2,7 +2,7 @@
 
 #include "platform/Text.h"
 #include "store/HealthStore.h"
-#include "store/Queries.h"
+#include "store/QueryParts.h"
 
 RecordedDays HealthStore::recordedDays() const {
   Statement query = prepare(Queries::presentTypes + R"sql(

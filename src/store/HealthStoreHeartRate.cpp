@@ -4,7 +4,7 @@
 #include "platform/ReceiverError.h"
 #include "platform/Text.h"
 #include "store/HealthStore.h"
-#include "store/Queries.h"
+#include "store/QueryParts.h"
 
 #include <algorithm>
 #include <cmath>

@@ -59,7 +59,7 @@ std::map<std::string, Rows> tablesOfPage(int count) {
   return tables;
 }
 
-TEST(DataPage, DescribesEveryColumn) {
+TEST(DataDocument, DescribesEveryColumn) {
   const TestDatabase database;
   const std::map<std::string, Rows> described = tablesOfPage(2);
   for (const std::string& table :
@@ -73,7 +73,7 @@ TEST(DataPage, DescribesEveryColumn) {
   }
 }
 
-TEST(DataPage, DescribesNoOtherTable) {
+TEST(DataDocument, DescribesNoOtherTable) {
   const TestDatabase database;
   for (const auto& [heading, rows] : tablesOfPage(2)) {
     if (heading.starts_with("Keys of ")) continue;
@@ -83,7 +83,7 @@ TEST(DataPage, DescribesNoOtherTable) {
   }
 }
 
-TEST(DataPage, NamesEveryIndex) {
+TEST(DataDocument, NamesEveryIndex) {
   const TestDatabase database;
   for (const std::string& index :
        rowsOf(database, "SELECT name FROM sqlite_master WHERE type = 'index' AND sql != ''", 1)) {
@@ -119,7 +119,7 @@ Rows keysOf(const Record& full) {
   return keys;
 }
 
-TEST(DataPage, DescribesEveryKey) {
+TEST(DataDocument, DescribesEveryKey) {
   const HistoryHint history{.through = "2024-03-01", .earliest = "2016-01-02"};
   const BackfillState backfill{.frontier = "2023-05-01",
                                .earliest = "2016-01-02",
