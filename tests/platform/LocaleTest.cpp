@@ -60,13 +60,13 @@ INSTANTIATE_TEST_SUITE_P(
                     GroupingCase{"Never", 1234567, never, "1234567"}),
     [](const auto& test) { return test.param.name; });
 
-struct WholeCase {
+struct WholeNumberCase {
   std::string name;
   double value;
   std::string text;
 };
 
-class GroupedWhole : public testing::TestWithParam<WholeCase> {};
+class GroupedWhole : public testing::TestWithParam<WholeNumberCase> {};
 
 TEST_P(GroupedWhole, IsRoundedWithHalvesAwayFromZero) {
   EXPECT_EQ(groupedWhole(GetParam().value, byThrees), GetParam().text);
@@ -74,25 +74,27 @@ TEST_P(GroupedWhole, IsRoundedWithHalvesAwayFromZero) {
 
 INSTANTIATE_TEST_SUITE_P(
     Numbers, GroupedWhole,
-    testing::Values(WholeCase{"Zero", 0, "0"}, WholeCase{"MinusZero", -0.0, "0"},
-                    WholeCase{"BelowAHalf", 0.49, "0"}, WholeCase{"MinusBelowAHalf", -0.49, "0"},
-                    WholeCase{"AHalf", 0.5, "1"}, WholeCase{"MinusAHalf", -0.5, "-1"},
-                    WholeCase{"AHalfAboveEven", 2.5, "3"},
-                    WholeCase{"GroupedByRounding", 999.5, "1,000"},
-                    WholeCase{"Thousands", 1234.5, "1,235"},
-                    WholeCase{"MinusThousands", -1234567.4, "-1,234,567"},
-                    WholeCase{
+    testing::Values(WholeNumberCase{"Zero", 0, "0"}, WholeNumberCase{"MinusZero", -0.0, "0"},
+                    WholeNumberCase{"BelowAHalf", 0.49, "0"},
+                    WholeNumberCase{"MinusBelowAHalf", -0.49, "0"},
+                    WholeNumberCase{"AHalf", 0.5, "1"}, WholeNumberCase{"MinusAHalf", -0.5, "-1"},
+                    WholeNumberCase{"AHalfAboveEven", 2.5, "3"},
+                    WholeNumberCase{"GroupedByRounding", 999.5, "1,000"},
+                    WholeNumberCase{"Thousands", 1234.5, "1,235"},
+                    WholeNumberCase{"MinusThousands", -1234567.4, "-1,234,567"},
+                    WholeNumberCase{
                         "LargestThatIsGrouped", 9223372036854774784.0, "9,223,372,036,854,774,784"},
-                    WholeCase{"FirstBeyond", 0x1p63, "9223372036854775808"},
-                    WholeCase{"FarBelowZero", -1e20, "-100000000000000000000"}),
+                    WholeNumberCase{"FirstBeyond", 0x1p63, "9223372036854775808"},
+                    WholeNumberCase{"FarBelowZero", -1e20, "-100000000000000000000"}),
     [](const auto& test) { return test.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(
     NotNumbers, GroupedWhole,
-    testing::Values(WholeCase{"Infinity", std::numeric_limits<double>::infinity(), "inf"},
-                    WholeCase{"MinusInfinity", -std::numeric_limits<double>::infinity(), "-inf"},
-                    WholeCase{"NotANumber", std::numeric_limits<double>::quiet_NaN(), "nan"},
-                    WholeCase{"MinusNotANumber", -std::numeric_limits<double>::quiet_NaN(), "nan"}),
+    testing::Values(
+        WholeNumberCase{"Infinity", std::numeric_limits<double>::infinity(), "inf"},
+        WholeNumberCase{"MinusInfinity", -std::numeric_limits<double>::infinity(), "-inf"},
+        WholeNumberCase{"NotANumber", std::numeric_limits<double>::quiet_NaN(), "nan"},
+        WholeNumberCase{"MinusNotANumber", -std::numeric_limits<double>::quiet_NaN(), "nan"}),
     [](const auto& test) { return test.param.name; });
 
 }  // namespace

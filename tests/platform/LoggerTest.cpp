@@ -40,7 +40,7 @@ std::vector<std::string> linesOf(std::string_view text) {
   return lines;
 }
 
-mode_t permissionsOf(const std::filesystem::path& path) {
+mode_t modeOf(const std::filesystem::path& path) {
   struct stat status {};
   EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
   return status.st_mode & 0777;
@@ -224,9 +224,9 @@ TEST(Logger, CreatesAnEmptyFileForTheOwnerAlone) {
   const Logger log(path, Level::info, false, fixedClock);
 
   EXPECT_EQ(fileContents(path), "");
-  EXPECT_EQ(permissionsOf(path), 0600U);
-  EXPECT_EQ(permissionsOf(path.parent_path()), 0700U);
-  EXPECT_EQ(permissionsOf(path.parent_path().parent_path()), 0700U);
+  EXPECT_EQ(modeOf(path), 0600U);
+  EXPECT_EQ(modeOf(path.parent_path()), 0700U);
+  EXPECT_EQ(modeOf(path.parent_path().parent_path()), 0700U);
 }
 
 TEST(Logger, SharesItsFileWithAnotherProcess) {

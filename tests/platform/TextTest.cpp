@@ -110,12 +110,12 @@ struct CodePointCase {
   std::string text;
 };
 
-class UTF8 : public testing::TestWithParam<CodePointCase> {};
+class CodePointText : public testing::TestWithParam<CodePointCase> {};
 
-TEST_P(UTF8, EncodesACodePoint) { EXPECT_EQ(utf8(GetParam().codePoint), GetParam().text); }
+TEST_P(CodePointText, EncodesACodePoint) { EXPECT_EQ(utf8(GetParam().codePoint), GetParam().text); }
 
 INSTANTIATE_TEST_SUITE_P(
-    Cases, UTF8,
+    Cases, CodePointText,
     testing::Values(CodePointCase{"Zero", 0, "\0"s}, CodePointCase{"LastOfOneByte", 0x7F, "\x7F"},
                     CodePointCase{"FirstOfTwoBytes", 0x80, "\xC2\x80"},
                     CodePointCase{"NoBreakSpace", 0xA0, "\xC2\xA0"},
@@ -133,7 +133,7 @@ INSTANTIATE_TEST_SUITE_P(
                     CodePointCase{"FarBeyond", 0xFFFFFFFF, replacements(1)}),
     [](const auto& test) { return test.param.name; });
 
-TEST(UTF8, MakesOfEveryCodePointATextThatNeedsNoRepair) {
+TEST(CodePointText, MakesOfEveryCodePointATextThatNeedsNoRepair) {
   for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
     const std::string text = utf8(codePoint);
     ASSERT_EQ(repaired(text), text) << static_cast<std::uint32_t>(codePoint);

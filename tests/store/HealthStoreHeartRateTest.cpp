@@ -32,7 +32,8 @@ std::vector<double> bpmOf(const WorkoutHeartRate& heartRate) {
 }
 
 /// The message of the ReceiverError with which `workout` is refused; "" when it is not.
-std::string failureOf(const TestDatabase& database, const TestWorkout& workout = hourOfRunning()) {
+std::string samplesFailure(const TestDatabase& database,
+                           const TestWorkout& workout = hourOfRunning()) {
   try {
     heartRateOf(database, std::nullopt, workout);
   } catch (const ReceiverError& error) {
@@ -344,14 +345,14 @@ TEST(HeartRateOfAStore, FailsWithoutTheSamples) {
   TestDatabase database;
   database.addWorkout(hourOfRunning()).run("DROP TABLE records");
 
-  EXPECT_EQ(failureOf(database), "prepare 失败:no such table: records");
+  EXPECT_EQ(samplesFailure(database), "prepare 失败:no such table: records");
 }
 
 TEST(HeartRateOfAStore, FailsWithoutTheWorkouts) {
   TestDatabase database;
   database.run("DROP TABLE workouts");
 
-  EXPECT_EQ(failureOf(database), "prepare 失败:no such table: workouts");
+  EXPECT_EQ(samplesFailure(database), "prepare 失败:no such table: workouts");
 }
 
 TEST(HeartRateOfAStore, FailsWithItsOwnWordsWhenASampleCannotBeRead) {
@@ -361,14 +362,14 @@ TEST(HeartRateOfAStore, FailsWithItsOwnWordsWhenASampleCannotBeRead) {
   database.addWorkout(hourOfRunning()).addRecord(sample);
   ASSERT_EQ(ruinPages(database, *sample.device), 1);
 
-  EXPECT_EQ(failureOf(database), "读取训练心率 失败:database disk image is malformed");
+  EXPECT_EQ(samplesFailure(database), "读取训练心率 失败:database disk image is malformed");
 }
 
 TEST(HeartRateOfAStore, FailsWhereNoDatabaseIs) {
   TestDatabase database;
   database.replaceFile(std::string(4096, 'x'));
 
-  EXPECT_EQ(failureOf(database), "prepare 失败:file is not a database");
+  EXPECT_EQ(samplesFailure(database), "prepare 失败:file is not a database");
 }
 
 }  // namespace

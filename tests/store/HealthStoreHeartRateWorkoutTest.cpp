@@ -17,7 +17,7 @@ namespace {
 const std::string noSuchWorkout = "没有这次训练，请从训练清单获取 workout_id";
 
 /// The message of the ReceiverError with which the identifier is refused; "" when it is not.
-std::string failureOf(const TestDatabase& database, const std::string& identifier) {
+std::string missingFailure(const TestDatabase& database, const std::string& identifier) {
   try {
     database.open().workoutHeartRate(identifier, std::nullopt, 1, 0);
   } catch (const ReceiverError& error) {
@@ -48,7 +48,7 @@ TEST(WorkoutOfAnIdentifier, NeedsNoTableOfHumidity) {
   TestDatabase database;
   database.addWorkout(hourOfRunning()).run("DROP TABLE workout_humidity");
 
-  EXPECT_EQ(failureOf(database, identifierOf(hourOfRunning())), "");
+  EXPECT_EQ(missingFailure(database, identifierOf(hourOfRunning())), "");
 }
 
 TEST(WorkoutOfAnIdentifier, IsMeantExactly) {
@@ -74,9 +74,9 @@ TEST(WorkoutOfAnIdentifier, IsMeantExactly) {
                                    std::string("w_") + std::string(64, 'g'),
                                    std::string("w_"),
                                    std::string()}) {
-    EXPECT_EQ(failureOf(database, wrong), noSuchWorkout) << wrong;
+    EXPECT_EQ(missingFailure(database, wrong), noSuchWorkout) << wrong;
   }
-  EXPECT_EQ(failureOf(database, identifier), "");
+  EXPECT_EQ(missingFailure(database, identifier), "");
 }
 
 TEST(WorkoutOfAnIdentifier, IsTheLastStoredOfSeveral) {
@@ -100,7 +100,7 @@ TEST(WorkoutOfAnIdentifier, IsListedWithADay) {
   TestDatabase database;
   database.addWorkout(workout);
 
-  EXPECT_EQ(failureOf(database, identifierOf(workout)), noSuchWorkout);
+  EXPECT_EQ(missingFailure(database, identifierOf(workout)), noSuchWorkout);
 }
 
 struct TimesCase {
@@ -118,7 +118,7 @@ TEST_P(UnreadableTimes, MatchNoSample) {
   TestDatabase database;
   database.addWorkout(workout).addRecord(sampleAfter(0));
 
-  EXPECT_EQ(failureOf(database, identifierOf(workout)), "训练起止时间无效，无法匹配心率");
+  EXPECT_EQ(missingFailure(database, identifierOf(workout)), "训练起止时间无效，无法匹配心率");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -141,7 +141,7 @@ TEST(TimesOfAWorkout, AreLookedAtBeforeItsSamples) {
   TestDatabase database;
   database.addWorkout(workout).run("DROP TABLE records");
 
-  EXPECT_EQ(failureOf(database, identifierOf(workout)), "训练起止时间无效，无法匹配心率");
+  EXPECT_EQ(missingFailure(database, identifierOf(workout)), "训练起止时间无效，无法匹配心率");
 }
 
 /// Ten samples a second from stampAfter(0) on, 200001 in all, and two runs: `fitting` has 200000 of

@@ -36,7 +36,7 @@ INSTANTIATE_TEST_SUITE_P(Cases, Median,
                                              "SumWithoutANumber", {1.5e308, 1.7e308}, 1.6e308}),
                          [](const auto& test) { return test.param.name; });
 
-std::int64_t moment(const std::string& stamp) {
+std::int64_t secondsOf(const std::string& stamp) {
   return AppleFormat::stampParser.parse(stamp).value();
 }
 
@@ -188,8 +188,8 @@ TEST(SleepNight, RunsFromTheFirstSleepToTheLast) {
   EXPECT_EQ(sleepNights(segments),
             (std::vector<SleepNight>{{"2024-03-01",
                                       330,
-                                      moment("2024-03-01 22:15:00 +0000"),
-                                      moment("2024-03-02 06:45:00 +0000")}}));
+                                      secondsOf("2024-03-01 22:15:00 +0000"),
+                                      secondsOf("2024-03-02 06:45:00 +0000")}}));
 }
 
 }  // namespace

@@ -311,14 +311,14 @@ TEST(Summary, HasAllItsCardsWhenNoFigureCanBeRead) {
   }
 }
 
-struct NumberCase {
+struct ShownNumberCase {
   std::string name;
   double number;
 };
 
-void PrintTo(const NumberCase& number, std::ostream* stream) { *stream << number.name; }
+void PrintTo(const ShownNumberCase& number, std::ostream* stream) { *stream << number.name; }
 
-class SummaryOfStrangeNumbers : public testing::TestWithParam<NumberCase> {};
+class SummaryOfStrangeNumbers : public testing::TestWithParam<ShownNumberCase> {};
 
 TEST_P(SummaryOfStrangeNumbers, IsMade) {
   const double number = GetParam().number;
@@ -339,13 +339,16 @@ TEST_P(SummaryOfStrangeNumbers, IsMade) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, SummaryOfStrangeNumbers,
-    testing::Values(NumberCase{"Infinity", infinity}, NumberCase{"MinusInfinity", -infinity},
-                    NumberCase{"NotANumber", notANumber}, NumberCase{"Largest", 1.7e308},
-                    NumberCase{"BeyondInt64", 0x1p63}, NumberCase{"BelowInt64", -0x1.1p63},
-                    NumberCase{"Smallest", 5e-324}, NumberCase{"Zero", 0}),
-    [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(Cases, SummaryOfStrangeNumbers,
+                         testing::Values(ShownNumberCase{"Infinity", infinity},
+                                         ShownNumberCase{"MinusInfinity", -infinity},
+                                         ShownNumberCase{"NotANumber", notANumber},
+                                         ShownNumberCase{"Largest", 1.7e308},
+                                         ShownNumberCase{"BeyondInt64", 0x1p63},
+                                         ShownNumberCase{"BelowInt64", -0x1.1p63},
+                                         ShownNumberCase{"Smallest", 5e-324},
+                                         ShownNumberCase{"Zero", 0}),
+                         [](const auto& test) { return test.param.name; });
 
 // --- watches
 

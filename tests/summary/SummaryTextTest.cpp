@@ -26,7 +26,7 @@ SummaryCoverage rangeCoverage() {
 }
 
 /// A coverage with every line that a notice can have.
-SummaryCoverage fullCoverage() {
+SummaryCoverage completeCoverage() {
   SummaryCoverage coverage = rangeCoverage();
   coverage.completeFrom = "2023-05-02";
   coverage.backfilling = true;
@@ -40,7 +40,7 @@ SummaryCoverage fullCoverage() {
 }
 
 /// The summary of a member with cards of every kind.
-HealthSummary fullSummary() {
+HealthSummary completeSummary() {
   HealthSummary summary;
   summary.personID = "ann-01";
   summary.person = "Ann";
@@ -75,7 +75,7 @@ HealthSummary fullSummary() {
 }
 
 TEST(Render, ShowsAWholeSummaryInEnglish) {
-  EXPECT_EQ(SummaryText::render(fullSummary(),
+  EXPECT_EQ(SummaryText::render(completeSummary(),
                                 SummaryLang::en,
                                 {.includeOpening = true, .includeSignature = true},
                                 syncMoment,
@@ -108,7 +108,7 @@ TEST(Render, ShowsAWholeSummaryInEnglish) {
 }
 
 TEST(Render, ShowsAWholeSummaryInChinese) {
-  EXPECT_EQ(SummaryText::render(fullSummary(),
+  EXPECT_EQ(SummaryText::render(completeSummary(),
                                 SummaryLang::zh,
                                 {.includeOpening = true, .includeSignature = true},
                                 syncMoment,
@@ -140,7 +140,7 @@ TEST(Render, ShowsAWholeSummaryInChinese) {
 }
 
 TEST(Render, StartsWithTheCoverageWhenNothingGoesAround) {
-  HealthSummary summary = fullSummary();
+  HealthSummary summary = completeSummary();
   summary.cards.resize(1);
   summary.insights.clear();
 
@@ -223,7 +223,7 @@ INSTANTIATE_TEST_SUITE_P(
         changed(
             "RangeOnly", [](SummaryCoverage&) {}, "", ""),
         NoticeCase{"Everything",
-                   fullCoverage(),
+                   completeCoverage(),
                    "覆盖区间:2022-01-01 ~ 2024-03-01\n"
                    "完整覆盖:2023-05-02 起(这之前的数据可能不全)\n"
                    "历史回填进行中,更早的数据还在补(已补到 2023-05-01)\n"

@@ -22,7 +22,7 @@ namespace {
 using Operation = MemorySource::Operation;
 using testing::ElementsAre;
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double infiniteMinutes = std::numeric_limits<double>::infinity();
 
 class WorkoutsCard : public CardsTest {
 protected:
@@ -113,7 +113,7 @@ TEST_F(WorkoutsCard, LeavesOutTheHoursBelowOne) {
 }
 
 TEST_F(WorkoutsCard, IsMadeOfTimesThatAreNoTimes) {
-  train("Running", 1, infinity);
+  train("Running", 1, infiniteMinutes);
 
   EXPECT_EQ(card("workouts").metrics[1].state, DataState::present);
 }

@@ -14,7 +14,7 @@
 
 namespace {
 
-const std::string samples = "get_workout_heart_rate";
+const std::string samplesTool = "get_workout_heart_rate";
 
 /// Whether the answer says that it found nothing.
 bool findsNothing(const std::string& question, const nlohmann::json& reply) {
@@ -24,7 +24,7 @@ bool findsNothing(const std::string& question, const nlohmann::json& reply) {
       {"compare_periods", "A  2024-03-01 ~ 2024-03-17:no data (not zero)\n"},
       {"get_workouts text", "total_count=0"},
       {"get_workouts json", "\"total_count\":0"},
-      {samples, "\"total_count\":0"}};
+      {samplesTool, "\"total_count\":0"}};
   const std::string tool = question.starts_with("get_trend") ? "get_trend" : question;
   return textOf(reply).find(words.at(tool)) != std::string::npos;
 }
@@ -54,7 +54,7 @@ void expectRight(const ValueCase& test, const Place& place,
   const Names allowed = mayChange(test, place);
   const bool readable = test.inLastRowOnly || (place.holdsNumbers && test.isNumber);
   for (const auto& [name, reply] : replies) {
-    if (name == samples && place.namesWorkouts) continue;
+    if (name == samplesTool && place.namesWorkouts) continue;
     EXPECT_TRUE(reply.contains("result")) << name << ": " << reply;
     if (!allowed.contains(name)) {
       EXPECT_TRUE(reply == DamagedHousehold::wholeReplies().at(name)) << name;

@@ -38,7 +38,7 @@ std::vector<SystemCall> systemCallsIn(std::string_view trace) {
 
 namespace {
 
-using Names = std::span<const std::string_view>;
+using CallNames = std::span<const std::string_view>;
 
 constexpr auto opening = std::to_array<std::string_view>({"open", "openat", "openat2"});
 constexpr auto looking = std::to_array<std::string_view>({"access",
@@ -60,7 +60,7 @@ constexpr auto changing = std::to_array<std::string_view>(
      "symlinkat", "truncate", "chmod",     "fchmodat", "chown",   "lchown", "fchownat",
      "utimensat", "setxattr", "lsetxattr", "mount"});
 
-bool isOneOf(const SystemCall& call, Names names) {
+bool isOneOf(const SystemCall& call, CallNames names) {
   return std::ranges::find(names, call.name) != names.end();
 }
 

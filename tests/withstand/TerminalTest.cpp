@@ -17,8 +17,8 @@
 
 namespace {
 
-const std::string ping = "{\"id\":1,\"method\":\"ping\"}\n";
-const std::string pong = "{\"jsonrpc\":\"2.0\",\"id\":1,\"result\":{}}";
+const std::string typedPing = "{\"id\":1,\"method\":\"ping\"}\n";
+const std::string typedPong = "{\"jsonrpc\":\"2.0\",\"id\":1,\"result\":{}}";
 
 /// The two ends of a terminal.
 class Terminal {
@@ -88,9 +88,9 @@ TEST(TerminalThatNobodyReads, DoesNotHoldUpTheServer) {
 
   std::string lines;
   for (int count = 0; count < 2000; ++count) lines += "[\n";
-  program.write(lines + ping);
+  program.write(lines + typedPing);
 
-  EXPECT_EQ(program.nextLine(), pong);
+  EXPECT_EQ(program.nextLine(), typedPong);
   EXPECT_EQ(program.finished().status, 0);
 }
 
@@ -100,7 +100,7 @@ TEST(TerminalThatNobodyReads, DoesNotHoldUpTheLastWords) {
   terminal.fill();
   ChildProcess program = servingAt(terminal, ">/dev/full 2>", household);
 
-  program.write(ping);
+  program.write(typedPing);
 
   EXPECT_EQ(program.finished().status, 1);
 }
@@ -124,8 +124,8 @@ TEST(TerminalThatIsHungUp, EndsTheServerInPeace) {
   const Household household;
   Terminal terminal;
   ChildProcess program = servingAt(terminal, "<", household);
-  terminal.type(ping);
-  EXPECT_EQ(program.nextLine(), pong);
+  terminal.type(typedPing);
+  EXPECT_EQ(program.nextLine(), typedPong);
 
   terminal.hangUp();
 

@@ -14,7 +14,7 @@ namespace {
 using nlohmann::json;
 using nlohmann::ordered_json;
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double infiniteValue = std::numeric_limits<double>::infinity();
 
 /// A workout of which nothing optional was recorded.
 WorkoutEntry bareWorkout() {
@@ -206,8 +206,8 @@ TEST_P(HumidityThatIsNotFinite, IsKeptAsText) {
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, HumidityThatIsNotFinite,
-    testing::Values(NotFiniteCase{"Infinite", infinity, "inf"},
-                    NotFiniteCase{"MinusInfinite", -infinity, "-inf"},
+    testing::Values(NotFiniteCase{"Infinite", infiniteValue, "inf"},
+                    NotFiniteCase{"MinusInfinite", -infiniteValue, "-inf"},
                     NotFiniteCase{"NotANumber", std::numeric_limits<double>::quiet_NaN(), "nan"}),
     [](const auto& test) { return test.param.name; });
 

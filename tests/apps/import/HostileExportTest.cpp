@@ -15,7 +15,7 @@ namespace {
 
 using testing::HasSubstr;
 
-constexpr std::string_view record = "<Record type=\"a\" startDate=\"2024-03-01\"/>";
+constexpr std::string_view oneRecord = "<Record type=\"a\" startDate=\"2024-03-01\"/>";
 
 TEST(HostileExport, CannotFillTheMemoryWithOneElement) {
   const std::string letters(1 << 16, 'a');
@@ -118,7 +118,7 @@ TEST(ExportReader, LetsWhatTheSinkThrowsPass) {
   TimeZone zone = berlin();
   ExportReader reader(sink, zone);
 
-  EXPECT_THROW(reader.feed(exportOf(record)), std::length_error);
+  EXPECT_THROW(reader.feed(exportOf(oneRecord)), std::length_error);
 }
 
 /// Counts alone, as there may be millions of records.
@@ -134,8 +134,8 @@ public:
 
 TEST(LargeExport, IsReadInPiecesAndItsLinesAreCounted) {
   std::string piece;
-  while (piece.size() < 100000) piece.append(record).append("\n");
-  const auto recordsInPiece = static_cast<std::int64_t>(piece.size() / (record.size() + 1));
+  while (piece.size() < 100000) piece.append(oneRecord).append("\n");
+  const auto recordsInPiece = static_cast<std::int64_t>(piece.size() / (oneRecord.size() + 1));
   CountingSink sink;
   TimeZone zone = berlin();
   ExportReader reader(sink, zone);

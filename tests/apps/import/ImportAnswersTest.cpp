@@ -24,7 +24,7 @@ namespace {
 
 using nlohmann::json;
 
-constexpr double now = 1795147200;  // 2026-11-20 08:00 in Shanghai
+constexpr double answeredAt = 1795147200;  // 2026-11-20 08:00 in Shanghai
 
 /// The tools on one data root.
 class Answers {
@@ -42,7 +42,7 @@ public:
 
 private:
   SummaryLang lang;
-  Clock clock = [] { return now; };
+  Clock clock = [] { return answeredAt; };
   Logger log;
   Roster roster;
 };

@@ -60,8 +60,6 @@ protected:
           .value();
 };
 
-}  // namespace
-
 TEST_P(Readme, OpensWithWhatTheServerAnswers) {
   const ZoneGuard zone("Asia/Shanghai");
   const TemporaryFolder folder;
@@ -91,3 +89,5 @@ INSTANTIATE_TEST_SUITE_P(Readmes, Readme,
                          testing::Values(ReadmeCase{"English", "README.md", SummaryLang::en},
                                          ReadmeCase{"Chinese", "README.zh.md", SummaryLang::zh}),
                          [](const auto& test) { return test.param.name; });
+
+}  // namespace

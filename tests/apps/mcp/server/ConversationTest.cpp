@@ -12,7 +12,7 @@
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
 /// What a client sends when it meets the server: greetings, two readings, two mistakes, a good-bye.
 const std::vector<std::string> firstMeeting{
@@ -80,7 +80,7 @@ TEST(GoldenConversation, GoesWellInChinese) {
 
 /// The request of that call, whose id is the call's name.
 std::string lineOf(const Example& call) {
-  Json request{{"jsonrpc", "2.0"}, {"id", call.name}, {"method", "tools/call"}};
+  OrderedJson request{{"jsonrpc", "2.0"}, {"id", call.name}, {"method", "tools/call"}};
   request["params"] = {{"name", call.tool}, {"arguments", call.arguments}};
   return request.dump();
 }
@@ -122,7 +122,7 @@ void addRunner(Household& household) {
 
 /// As a client calls them in a household of one: without the person, or without the days.
 const std::vector<Example> callsOfTools{
-    {"who", "list_persons", Json::object()},
+    {"who", "list_persons", OrderedJson::object()},
     {"overview", "get_overview", {{"person", "Ann"}}},
     {"trend", "get_trend", {{"metric", "steps"}}},
     {"day", "get_day", {{"date", "2024-03-10"}}},

@@ -28,8 +28,8 @@ using Json = nlohmann::json;
 
 constexpr std::size_t mebibyte = 1024 * 1024;
 
-const std::string ping = "{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"ping\"}\n";
-const std::string pong = "{\"jsonrpc\":\"2.0\",\"id\":1,\"result\":{}}";
+const std::string clientPing = "{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"ping\"}\n";
+const std::string clientPong = "{\"jsonrpc\":\"2.0\",\"id\":1,\"result\":{}}";
 const char* const oneComplaint = "\\[....-..-.. ..:..:..\\] ! 收到解不开的一行,忽略\n";
 
 ChildProcess serving(const Household& household) {
@@ -61,14 +61,14 @@ class LongLine : public testing::TestWithParam<LongLineCase> {};
 TEST_P(LongLine, IsRefusedInBoundedMemoryAndTheNextIsServed) {
   const Household household;
   ChildProcess program = serving(household);
-  program.write(ping);
-  EXPECT_EQ(program.nextLine(), pong);
+  program.write(clientPing);
+  EXPECT_EQ(program.nextLine(), clientPong);
   const std::optional<std::size_t> before = program.peakMemory();
 
   program.write(GetParam().beginning);
   for (int count = 0; count < GetParam().blocks; ++count) program.write(GetParam().block);
-  program.write(GetParam().end + "\n" + ping);
-  EXPECT_EQ(program.nextLine(), pong);
+  program.write(GetParam().end + "\n" + clientPing);
+  EXPECT_EQ(program.nextLine(), clientPong);
 
   // Where the system does not tell, the rest holds all the same. Sixteen mebibytes are kept, and
   // for a moment copied to a larger place: less than the line would take.
@@ -115,7 +115,7 @@ TEST(Client, ThatStopsReadingEndsTheProgram) {
   ChildProcess program = serving(household);
 
   program.stopReading();
-  program.write(ping);
+  program.write(clientPing);
 
   EXPECT_EQ(program.finished().status, 1);
 }
@@ -179,9 +179,9 @@ TEST(Client, ThatWritesByteByByteIsServed) {
   const Household household;
   ChildProcess program = serving(household);
 
-  for (const char byte : ping) program.write(std::string_view(&byte, 1));
+  for (const char byte : clientPing) program.write(std::string_view(&byte, 1));
 
-  EXPECT_EQ(program.nextLine(), pong);
+  EXPECT_EQ(program.nextLine(), clientPong);
 }
 
 TEST(Client, ThatWritesManyBadLinesIsServedAfterwards) {
@@ -191,9 +191,9 @@ TEST(Client, ThatWritesManyBadLinesIsServedAfterwards) {
 
   std::string lines;
   for (std::size_t index = 0; index < count; ++index) lines += "[\n";
-  program.write(lines + ping);
+  program.write(lines + clientPing);
 
-  EXPECT_EQ(program.nextLine(), pong);
+  EXPECT_EQ(program.nextLine(), clientPong);
   const std::string complaints = program.finished().errors;
   EXPECT_EQ(static_cast<std::size_t>(std::ranges::count(complaints, '\n')), count);
 }
@@ -237,9 +237,9 @@ TEST(Client, ThatNeverReadsComplaintsIsServed) {
 
   std::string lines;
   for (std::size_t index = 0; index < count; ++index) lines += "[\n";
-  program.write(lines + ping);
+  program.write(lines + clientPing);
 
-  EXPECT_EQ(program.nextLine(), pong);
+  EXPECT_EQ(program.nextLine(), clientPong);
   EXPECT_EQ(program.finished(), (ChildProcess::Ending{0, "", ""}));
   const std::string kept = complaints.contents();
   EXPECT_TRUE(kept.ends_with("收到解不开的一行,忽略\n"));

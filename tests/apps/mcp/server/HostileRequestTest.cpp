@@ -94,16 +94,16 @@ std::string lineWith(Json request, const std::string& pointer, const std::string
   return std::string(line).replace(line.find(quoted), quoted.size(), value) + "\n";
 }
 
-const std::string ping = "{\"id\":\"next\",\"method\":\"ping\"}\n";
-const std::string pong = "{\"jsonrpc\":\"2.0\",\"id\":\"next\",\"result\":{}}\n";
+const std::string nextPing = "{\"id\":\"next\",\"method\":\"ping\"}\n";
+const std::string nextPong = "{\"jsonrpc\":\"2.0\",\"id\":\"next\",\"result\":{}}\n";
 
 /// The well-formed reply to the request in `line`; a failure when there is another one, or none, or
 /// when the next line is not served.
 Json replyTo(const Conversation& conversation, const std::string& line) {
-  const std::vector<std::string> written = conversation.writes(line + ping);
+  const std::vector<std::string> written = conversation.writes(line + nextPing);
   EXPECT_EQ(written.size(), 2U) << line;
   if (written.size() != 2) return {};
-  EXPECT_EQ(written[1], pong) << line;
+  EXPECT_EQ(written[1], nextPong) << line;
   return checkedReply(Json::parse(line), written[0]);
 }
 
@@ -151,9 +151,9 @@ TEST_P(HostileRequest, IsNoLineWithWhatIsNoJSONForAnyArgument) {
       StandardErrorCapture diagnostics;
 
       const std::vector<std::string> written =
-          conversation.writes(lineWith(goodCall(GetParam()), place, value) + ping);
+          conversation.writes(lineWith(goodCall(GetParam()), place, value) + nextPing);
 
-      EXPECT_THAT(written, testing::ElementsAre(pong)) << place << " is " << value;
+      EXPECT_THAT(written, testing::ElementsAre(nextPong)) << place << " is " << value;
       EXPECT_THAT(diagnostics.finished(), testing::EndsWith("! 收到解不开的一行,忽略\n"));
     }
   }

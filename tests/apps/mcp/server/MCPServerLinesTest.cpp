@@ -21,11 +21,11 @@ using testing::IsEmpty;
 const std::string undecodable = "[2024-03-17 12:00:00] ! 收到解不开的一行,忽略\n";
 
 /// The line that answers "ping" under the id that is written `id`.
-std::string pong(const std::string& id) {
+std::string pongNamed(const std::string& id) {
   return "{\"jsonrpc\":\"2.0\",\"id\":" + id + ",\"result\":{}}\n";
 }
 
-std::string ping(const std::string& id) {
+std::string pingNamed(const std::string& id) {
   return "{\"jsonrpc\":\"2.0\",\"id\":" + id + ",\"method\":\"ping\"}\n";
 }
 
@@ -40,8 +40,8 @@ class RequestId : public testing::TestWithParam<IdCase> {};
 TEST_P(RequestId, ComesBackAsItWas) {
   const Household household;
 
-  EXPECT_THAT(Conversation(household).writes(ping(GetParam().sent)),
-              ElementsAre(pong(GetParam().answered)));
+  EXPECT_THAT(Conversation(household).writes(pingNamed(GetParam().sent)),
+              ElementsAre(pongNamed(GetParam().answered)));
 }
 
 IdCase same(const std::string& name, const std::string& id) { return {name, id, id}; }
@@ -75,7 +75,7 @@ TEST(Request, NeedNotNameTheProtocol) {
   EXPECT_THAT(Conversation(household).writes("{\"id\":1,\"method\":\"ping\"}\n"
                                              "{\"jsonrpc\":\"1.0\",\"id\":2,\"method\":\"ping\"}\n"
                                              "{\"jsonrpc\":2,\"id\":3,\"method\":\"ping\"}\n"),
-              ElementsAre(pong("1"), pong("2"), pong("3")));
+              ElementsAre(pongNamed("1"), pongNamed("2"), pongNamed("3")));
 }
 
 TEST(Request, OfTwoEqualKeysTakesTheLast) {
@@ -83,7 +83,7 @@ TEST(Request, OfTwoEqualKeysTakesTheLast) {
 
   EXPECT_THAT(Conversation(household).writes(R"({"id":1,"method":"foo","id":2,"method":"ping"})"
                                              "\n"),
-              ElementsAre(pong("2")));
+              ElementsAre(pongNamed("2")));
 }
 
 class Notification : public testing::TestWithParam<std::string> {};
@@ -94,9 +94,9 @@ TEST_P(Notification, IsNeverAnswered) {
   StandardErrorCapture diagnostics;
 
   const std::vector<std::string> written =
-      Conversation(household).writes(GetParam() + "\n" + ping("1"));
+      Conversation(household).writes(GetParam() + "\n" + pingNamed("1"));
 
-  EXPECT_THAT(written, ElementsAre(pong("1")));
+  EXPECT_THAT(written, ElementsAre(pongNamed("1")));
   EXPECT_EQ(diagnostics.finished(), "");
 }
 
@@ -120,9 +120,9 @@ TEST_P(UnreadableLine, IsLoggedAndNotAnsweredAndTheNextIsServed) {
   StandardErrorCapture diagnostics;
 
   const std::vector<std::string> written =
-      Conversation(household).writes(GetParam().line + "\n" + ping("1"));
+      Conversation(household).writes(GetParam().line + "\n" + pingNamed("1"));
 
-  EXPECT_THAT(written, ElementsAre(pong("1")));
+  EXPECT_THAT(written, ElementsAre(pongNamed("1")));
   EXPECT_EQ(diagnostics.finished(), undecodable);
 }
 
@@ -152,15 +152,15 @@ TEST(Line, MayBeNested512Levels) {
   const Household household;
 
   EXPECT_THAT(Conversation(household).writes(deepRequest(512) + "\n"),
-              ElementsAre(pong(std::string(511, '[') + std::string(511, ']'))));
+              ElementsAre(pongNamed(std::string(511, '[') + std::string(511, ']'))));
 }
 
 TEST(Line, OfTheGreatestLengthIsServed) {
   const Household household;
-  std::string line = ping("1");
+  std::string line = pingNamed("1");
   line.insert(1, LineReader::defaultLimit + 1 - line.size(), ' ');
 
-  EXPECT_THAT(Conversation(household).writes(line), ElementsAre(pong("1")));
+  EXPECT_THAT(Conversation(household).writes(line), ElementsAre(pongNamed("1")));
 }
 
 class BlankLine : public testing::TestWithParam<LineCase> {};
@@ -170,9 +170,9 @@ TEST_P(BlankLine, IsSkippedWithoutAWord) {
   StandardErrorCapture diagnostics;
 
   const std::vector<std::string> written =
-      Conversation(household).writes(GetParam().line + ping("1"));
+      Conversation(household).writes(GetParam().line + pingNamed("1"));
 
-  EXPECT_THAT(written, ElementsAre(pong("1")));
+  EXPECT_THAT(written, ElementsAre(pongNamed("1")));
   EXPECT_EQ(diagnostics.finished(), "");
 }
 
@@ -187,22 +187,22 @@ INSTANTIATE_TEST_SUITE_P(Cases, BlankLine,
 TEST(Line, MayEndInCarriageReturnAndLineFeed) {
   const Household household;
 
-  EXPECT_THAT(Conversation(household).writes("{\"id\":1,\"method\":\"ping\"}\r\n" + ping("2")),
-              ElementsAre(pong("1"), pong("2")));
+  EXPECT_THAT(Conversation(household).writes("{\"id\":1,\"method\":\"ping\"}\r\n" + pingNamed("2")),
+              ElementsAre(pongNamed("1"), pongNamed("2")));
 }
 
 TEST(Line, MayHaveBlanksAround) {
   const Household household;
 
   EXPECT_THAT(Conversation(household).writes(" \t{\"id\":1,\"method\":\"ping\"}\t \n"),
-              ElementsAre(pong("1")));
+              ElementsAre(pongNamed("1")));
 }
 
 TEST(Line, NeedsNoEndWhenItIsTheLast) {
   const Household household;
 
   EXPECT_THAT(Conversation(household).writes("{\"id\":1,\"method\":\"ping\"}"),
-              ElementsAre(pong("1")));
+              ElementsAre(pongNamed("1")));
 }
 
 TEST(Server, IsSilentWithoutInput) {
@@ -250,7 +250,7 @@ TEST(Server, WritesEachReplyAsOneWholeLine) {
 
 TEST(Server, LetsAFailingOutputPass) {
   const Household household;
-  std::string input = ping("1");
+  std::string input = pingNamed("1");
   MCPServer server(household.dataRoot(),
                    {.lang = SummaryLang::en,
                     .clock = [] { return testNow; },

@@ -36,8 +36,8 @@ ChildProcess::Ending served(const Household& household, const std::string& input
   return ran({"--data-root", household.dataRoot()}, household.dataRoot(), input);
 }
 
-const std::string ping = "{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"ping\"}\n";
-const std::string pong = "{\"jsonrpc\":\"2.0\",\"id\":1,\"result\":{}}\n";
+const std::string programPing = "{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"ping\"}\n";
+const std::string programPong = "{\"jsonrpc\":\"2.0\",\"id\":1,\"result\":{}}\n";
 
 const std::string usage =
     "larkspur-mcp —— Larkspur 的 MCP server(stdio)\n"
@@ -104,16 +104,16 @@ TEST(Program, AnswersALastLineWithoutAnEnd) {
   const Household household;
 
   EXPECT_EQ(served(household, R"({"jsonrpc":"2.0","id":1,"method":"ping"})"),
-            (ChildProcess::Ending{0, pong, ""}));
+            (ChildProcess::Ending{0, programPong, ""}));
 }
 
 TEST(Program, ComplainsOfAnUnreadableLineAndGoesOn) {
   const Household household;
 
-  const ChildProcess::Ending ending = served(household, "[1]\n" + ping);
+  const ChildProcess::Ending ending = served(household, "[1]\n" + programPing);
 
   EXPECT_EQ(ending.status, 0);
-  EXPECT_EQ(ending.output, pong);
+  EXPECT_EQ(ending.output, programPong);
   EXPECT_THAT(ending.errors,
               testing::MatchesRegex("\\[....-..-.. ..:..:..\\] ! 收到解不开的一行,忽略\n"));
 }
@@ -122,9 +122,9 @@ TEST(Program, TakesTheLastDataRootLiterally) {
   const TemporaryFolder folder;
 
   const ChildProcess::Ending ending =
-      ran({"--data-root", "first", "--data-root", "~/x"}, folder.path(), ping);
+      ran({"--data-root", "first", "--data-root", "~/x"}, folder.path(), programPing);
 
-  EXPECT_EQ(ending, (ChildProcess::Ending{0, pong, ""}));
+  EXPECT_EQ(ending, (ChildProcess::Ending{0, programPong, ""}));
   EXPECT_TRUE(std::filesystem::is_regular_file(folder / "~" / "x" / "mcp-access.log"));
   EXPECT_FALSE(std::filesystem::exists(folder / "first"));
 }
@@ -133,9 +133,9 @@ TEST(Program, ServesTheFolderInTheHomeDirectoryByDefault) {
   const TemporaryFolder folder;
   const EnvironmentGuard home({{"HOME", folder.path().string()}});
 
-  const ChildProcess::Ending ending = ran({}, folder.path(), ping);
+  const ChildProcess::Ending ending = ran({}, folder.path(), programPing);
 
-  EXPECT_EQ(ending, (ChildProcess::Ending{0, pong, ""}));
+  EXPECT_EQ(ending, (ChildProcess::Ending{0, programPong, ""}));
   EXPECT_TRUE(std::filesystem::exists(folder / "Library" / "Application Support" / "Larkspur" /
                                       "mcp-access.log"));
 }
@@ -170,7 +170,7 @@ TEST(Program, StopsAtABrokenRosterAndStartsWithoutMembersNextTime) {
   const Household household;
   std::ofstream(household.rosterFile()) << "{\"version\":1}";
 
-  const ChildProcess::Ending first = served(household, ping);
+  const ChildProcess::Ending first = served(household, programPing);
   const std::vector<std::string> left = namesIn(household.dataRoot());
   const ChildProcess::Ending second =
       served(household,
@@ -197,7 +197,7 @@ TEST(Program, QuotesNothingOfABrokenRoster) {
   std::ofstream(household.rosterFile()) << "{\"version\":1,\n\"members\":[{\"id\":\"ann-01\",\n"
                                            "\"devices\":[{\"key\":\"c2VjcmV0";
 
-  const ChildProcess::Ending ending = served(household, ping);
+  const ChildProcess::Ending ending = served(household, programPing);
 
   EXPECT_EQ(ending.status, 1);
   EXPECT_THAT(ending.errors, testing::EndsWith(":not JSON, line 3\n"));
@@ -242,7 +242,7 @@ TEST_P(ProgramWithoutAStream, KeepsRepliesAndDiagnosticsOutOfItsLog) {
   EXPECT_EQ(ending.status, 0);
   EXPECT_EQ(recordsOf(household), GetParam().records);
   if (GetParam().answers) {
-    EXPECT_THAT(ending.output, testing::EndsWith(pong));
+    EXPECT_THAT(ending.output, testing::EndsWith(programPong));
   } else {
     EXPECT_EQ(ending.output, "");
   }
@@ -253,7 +253,7 @@ const std::string threeLines =
     "[1]\n"
     R"({"id":0,"method":"initialize","params":{"clientInfo":{"name":"desk"}}})"
     "\n" +
-    ping;
+    programPing;
 const Words connection{"i 连接:desk"};
 
 INSTANTIATE_TEST_SUITE_P(
@@ -271,7 +271,7 @@ TEST(Program, StartsWithoutMembersWhenAPipeIsInTheRostersPlace) {
   const Household household;
   ASSERT_EQ(mkfifo(household.rosterFile().c_str(), 0600), 0);
 
-  EXPECT_EQ(served(household, ping), (ChildProcess::Ending{0, pong, ""}));
+  EXPECT_EQ(served(household, programPing), (ChildProcess::Ending{0, programPong, ""}));
   EXPECT_TRUE(std::filesystem::is_fifo(household.rosterFile()));
 }
 

@@ -9,51 +9,50 @@
 namespace {
 
 using namespace std::string_literals;
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
-struct LineCase {
+struct DecodedCase {
   std::string name;
   std::string line;
 };
 
-class Undecodable : public testing::TestWithParam<LineCase> {};
+class Undecodable : public testing::TestWithParam<DecodedCase> {};
 
 TEST_P(Undecodable, IsNoMessage) { EXPECT_EQ(Wire::decoded(GetParam().line), std::nullopt); }
 
-INSTANTIATE_TEST_SUITE_P(Values, Undecodable,
-                         testing::Values(LineCase{"Array", "[]"},
-                                         LineCase{"Batch",
-                                                  R"([{"jsonrpc":"2.0","id":1,"method":"ping"}])"},
-                                         LineCase{"Number", "1"}, LineCase{"Text", R"("{}")"},
-                                         LineCase{"True", "true"}, LineCase{"Null", "null"}),
-                         [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Values, Undecodable,
+    testing::Values(DecodedCase{"Array", "[]"},
+                    DecodedCase{"Batch", R"([{"jsonrpc":"2.0","id":1,"method":"ping"}])"},
+                    DecodedCase{"Number", "1"}, DecodedCase{"Text", R"("{}")"},
+                    DecodedCase{"True", "true"}, DecodedCase{"Null", "null"}),
+    [](const auto& test) { return test.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(
     Syntax, Undecodable,
-    testing::Values(LineCase{"Nothing", ""}, LineCase{"Blanks", "  "}, LineCase{"Word", "hello"},
-                    LineCase{"OpenObject", R"({"id":1)"}, LineCase{"OpenText", R"({"id":"1})"},
-                    LineCase{"TwoObjects", "{}{}"}, LineCase{"TextBehind", "{} x"},
-                    LineCase{"CommaAtTheEnd", R"({"id":1,})"}, LineCase{"NoQuotes", "{id:1}"},
-                    LineCase{"SingleQuotes", "{'id':1}"}, LineCase{"Comment", "{/* id */}"},
-                    LineCase{"NotANumber", R"({"id":NaN})"},
-                    LineCase{"LeadingZero", R"({"id":01})"},
-                    LineCase{"LineFeedInText", "{\"id\":\"a\nb\"}"},
-                    LineCase{"ZeroByteInText", "{\"id\":\"a\0\"}"s},
-                    LineCase{"ZeroByteBehind", "{}\0"s}, LineCase{"ClosedTooOften", "{}}"},
-                    LineCase{"ClosedWrongly", R"({"a":[1}])"}),
+    testing::Values(
+        DecodedCase{"Nothing", ""}, DecodedCase{"Blanks", "  "}, DecodedCase{"Word", "hello"},
+        DecodedCase{"OpenObject", R"({"id":1)"}, DecodedCase{"OpenText", R"({"id":"1})"},
+        DecodedCase{"TwoObjects", "{}{}"}, DecodedCase{"TextBehind", "{} x"},
+        DecodedCase{"CommaAtTheEnd", R"({"id":1,})"}, DecodedCase{"NoQuotes", "{id:1}"},
+        DecodedCase{"SingleQuotes", "{'id':1}"}, DecodedCase{"Comment", "{/* id */}"},
+        DecodedCase{"NotANumber", R"({"id":NaN})"}, DecodedCase{"LeadingZero", R"({"id":01})"},
+        DecodedCase{"LineFeedInText", "{\"id\":\"a\nb\"}"},
+        DecodedCase{"ZeroByteInText", "{\"id\":\"a\0\"}"s}, DecodedCase{"ZeroByteBehind", "{}\0"s},
+        DecodedCase{"ClosedTooOften", "{}}"}, DecodedCase{"ClosedWrongly", R"({"a":[1}])"}),
     [](const auto& test) { return test.param.name; });
 
-INSTANTIATE_TEST_SUITE_P(Encoding, Undecodable,
-                         testing::Values(LineCase{"LoneByte", "{\"id\":\"\xFF\"}"},
-                                         LineCase{"CutCharacter", "{\"id\":\"\xE6\xAD\"}"},
-                                         LineCase{"Overlong", "{\"id\":\"\xC0\xAF\"}"},
-                                         LineCase{"EncodedSurrogate", "{\"id\":\"\xED\xA0\x80\"}"},
-                                         LineCase{"InAKey", "{\"\xFF\":1}"},
-                                         LineCase{"BetweenTokens", "{\xFF}"},
-                                         LineCase{"LoneHighSurrogate", R"({"id":"\ud83d"})"},
-                                         LineCase{"LoneLowSurrogate", R"({"id":"\ude00"})"},
-                                         LineCase{"SurrogatesSwapped", R"({"id":"\ude00\ud83d"})"}),
-                         [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Encoding, Undecodable,
+    testing::Values(DecodedCase{"LoneByte", "{\"id\":\"\xFF\"}"},
+                    DecodedCase{"CutCharacter", "{\"id\":\"\xE6\xAD\"}"},
+                    DecodedCase{"Overlong", "{\"id\":\"\xC0\xAF\"}"},
+                    DecodedCase{"EncodedSurrogate", "{\"id\":\"\xED\xA0\x80\"}"},
+                    DecodedCase{"InAKey", "{\"\xFF\":1}"}, DecodedCase{"BetweenTokens", "{\xFF}"},
+                    DecodedCase{"LoneHighSurrogate", R"({"id":"\ud83d"})"},
+                    DecodedCase{"LoneLowSurrogate", R"({"id":"\ude00"})"},
+                    DecodedCase{"SurrogatesSwapped", R"({"id":"\ude00\ud83d"})"}),
+    [](const auto& test) { return test.param.name; });
 
 TEST(Decoded, TakesWhiteSpaceAroundTheObject) {
   EXPECT_EQ(Wire::decoded(" \t{ \"id\" : 1 }\r "), (nlohmann::json{{"id", 1}}));
@@ -105,7 +104,8 @@ TEST(Decoded, CountsDepthNotBrackets) {
 }
 
 TEST(Encoded, IsOneCompactLineInTheOrderOfTheKeys) {
-  const Json message{{"jsonrpc", "2.0"}, {"id", 1}, {"result", {{"b", 1.5}, {"a", {1, nullptr}}}}};
+  const OrderedJson message{
+      {"jsonrpc", "2.0"}, {"id", 1}, {"result", {{"b", 1.5}, {"a", {1, nullptr}}}}};
 
   EXPECT_EQ(Wire::encoded(message),
             "{\"jsonrpc\":\"2.0\",\"id\":1,\"result\":{\"b\":1.5,\"a\":[1,null]}}\n");

@@ -13,7 +13,7 @@
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
 TEST(GoldenCatalogue, SaysEverythingInEnglish) {
   const std::string catalogue = Tools::schemas(SummaryLang::en).dump(2);
@@ -26,14 +26,14 @@ TEST(GoldenCatalogue, SaysEverythingInChinese) {
 }
 
 /// The descriptor of the tool called `name`.
-Json descriptorOf(const std::string& name, SummaryLang lang = SummaryLang::en) {
-  for (const Json& descriptor : Tools::schemas(lang)) {
+OrderedJson descriptorOf(const std::string& name, SummaryLang lang = SummaryLang::en) {
+  for (const OrderedJson& descriptor : Tools::schemas(lang)) {
     if (descriptor.at("name") == name) return descriptor;
   }
   return nullptr;
 }
 
-std::vector<std::string> namesOf(const Json& properties) {
+std::vector<std::string> namesOf(const OrderedJson& properties) {
   std::vector<std::string> names;
   for (const auto& [name, schema] : properties.items()) names.push_back(name);
   return names;
@@ -42,62 +42,61 @@ std::vector<std::string> namesOf(const Json& properties) {
 struct SchemaCase {
   std::string tool;
   std::vector<std::string> properties;
-  Json required;  ///< null: the key is not there
+  OrderedJson required;  ///< null: the key is not there
 };
 
 class ToolSchema : public testing::TestWithParam<SchemaCase> {};
 
 TEST_P(ToolSchema, NamesItsArgumentsInOrderAndWhichMustBeThere) {
-  const Json schema = descriptorOf(GetParam().tool).at("inputSchema");
+  const OrderedJson schema = descriptorOf(GetParam().tool).at("inputSchema");
 
   EXPECT_EQ(schema.at("type"), "object");
   EXPECT_TRUE(schema.at("properties").is_object());
   EXPECT_EQ(namesOf(schema.at("properties")), GetParam().properties);
   EXPECT_EQ(schema.contains("required"), !GetParam().required.is_null());
-  EXPECT_EQ(schema.value("required", Json()), GetParam().required);
+  EXPECT_EQ(schema.value("required", OrderedJson()), GetParam().required);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, ToolSchema,
-    testing::Values(SchemaCase{"list_persons", {}, nullptr},
-                    SchemaCase{"get_overview", {"person"}, nullptr},
-                    SchemaCase{
-                        "get_trend", {"person", "metric", "from", "to"}, Json::array({"metric"})},
-                    SchemaCase{"get_day", {"person", "date"}, Json::array({"date"})},
-                    SchemaCase{"get_workouts",
-                               {"person",
-                                "from",
-                                "to",
-                                "activity_type",
-                                "environment",
-                                "source",
-                                "limit",
-                                "offset",
-                                "order",
-                                "format"},
-                               nullptr},
-                    SchemaCase{"get_workout_heart_rate",
-                               {"person", "workout_id", "source", "limit", "offset"},
-                               Json::array({"workout_id"})},
-                    SchemaCase{"compare_periods",
-                               {"person", "metric", "a_from", "a_to", "b_from", "b_to"},
-                               Json::array({"metric", "a_from", "a_to", "b_from", "b_to"})}),
+    testing::Values(
+        SchemaCase{"list_persons", {}, nullptr}, SchemaCase{"get_overview", {"person"}, nullptr},
+        SchemaCase{"get_trend", {"person", "metric", "from", "to"}, OrderedJson::array({"metric"})},
+        SchemaCase{"get_day", {"person", "date"}, OrderedJson::array({"date"})},
+        SchemaCase{"get_workouts",
+                   {"person",
+                    "from",
+                    "to",
+                    "activity_type",
+                    "environment",
+                    "source",
+                    "limit",
+                    "offset",
+                    "order",
+                    "format"},
+                   nullptr},
+        SchemaCase{"get_workout_heart_rate",
+                   {"person", "workout_id", "source", "limit", "offset"},
+                   OrderedJson::array({"workout_id"})},
+        SchemaCase{"compare_periods",
+                   {"person", "metric", "a_from", "a_to", "b_from", "b_to"},
+                   OrderedJson::array({"metric", "a_from", "a_to", "b_from", "b_to"})}),
     [](const auto& test) { return test.param.tool; });
 
 TEST(Catalogue, ChoosesMetricsByTheirKeysInBothLanguages) {
-  Json keys = Json::array();
+  OrderedJson keys = OrderedJson::array();
   for (const MetricInfo& info : metricTable) keys.push_back(info.rawValue);
 
   for (const SummaryLang lang : {SummaryLang::zh, SummaryLang::en}) {
     for (const char* tool : {"get_trend", "compare_periods"}) {
-      const Json schema = descriptorOf(tool, lang).at("inputSchema");
+      const OrderedJson schema = descriptorOf(tool, lang).at("inputSchema");
       EXPECT_EQ(schema.at("properties").at("metric").at("enum"), keys) << tool;
     }
   }
 }
 
 /// The texts of all "description" keys in `json`, each with its place.
-void collectDescriptions(const Json& json, const std::string& place,
+void collectDescriptions(const OrderedJson& json, const std::string& place,
                          std::vector<std::pair<std::string, std::string>>& found) {
   for (const auto& [key, value] : json.items()) {
     if (key == "description") found.emplace_back(place, value);
@@ -107,7 +106,7 @@ void collectDescriptions(const Json& json, const std::string& place,
 
 std::vector<std::pair<std::string, std::string>> descriptions(SummaryLang lang) {
   std::vector<std::pair<std::string, std::string>> found;
-  for (const Json& descriptor : Tools::schemas(lang)) {
+  for (const OrderedJson& descriptor : Tools::schemas(lang)) {
     collectDescriptions(descriptor, descriptor.at("name"), found);
   }
   return found;
@@ -130,10 +129,10 @@ TEST(Catalogue, SpeaksBothLanguagesButForThreeHeartRateArguments) {
 }
 
 /// `json` without any description.
-Json withoutTexts(Json json) {
+OrderedJson withoutTexts(OrderedJson json) {
   if (json.is_object()) json.erase("description");
   if (json.is_structured()) {
-    for (Json& value : json) value = withoutTexts(value);
+    for (OrderedJson& value : json) value = withoutTexts(value);
   }
   return json;
 }

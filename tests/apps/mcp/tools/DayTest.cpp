@@ -24,7 +24,7 @@ std::string dayOf(const Household& household, const std::string& date = theDay,
 }
 
 /// What an answer says of the day itself: neither the heading nor the coverage notice.
-std::string body(const std::string& answer) {
+std::string dayBody(const std::string& answer) {
   const std::size_t start = answer.find('\n') + 1;
   return answer.substr(start, answer.find("\n\n") - start);
 }
@@ -62,8 +62,8 @@ TEST(GetDay, SaysThatNothingWasRecorded) {
   Household household;
   household.add("m1", "Ann");
 
-  EXPECT_EQ(body(dayOf(household)), "Date: 2024-03-01\nNothing recorded on this day.");
-  EXPECT_EQ(body(dayOf(household, theDay, SummaryLang::zh)),
+  EXPECT_EQ(dayBody(dayOf(household)), "Date: 2024-03-01\nNothing recorded on this day.");
+  EXPECT_EQ(dayBody(dayOf(household, theDay, SummaryLang::zh)),
             "日期:2024-03-01\n这一天没有任何记录。");
 }
 
@@ -72,12 +72,12 @@ TEST(GetDay, ShowsWorkoutsOfADayWithoutRecords) {
   household.add("m1", "Ann")
       .addWorkout({.activity_type = "TableTennis", .duration_min = 45.5, .distance_km = 1.234});
 
-  EXPECT_EQ(body(dayOf(household)),
+  EXPECT_EQ(dayBody(dayOf(household)),
             "Date: 2024-03-01\n"
             "Nothing recorded on this day.\n"
             "Workouts:\n"
             "  Table Tennis 45.5 min, 1.23 km");
-  EXPECT_EQ(body(dayOf(household, theDay, SummaryLang::zh)),
+  EXPECT_EQ(dayBody(dayOf(household, theDay, SummaryLang::zh)),
             "日期:2024-03-01\n"
             "这一天没有任何记录。\n"
             "训练:\n"
@@ -102,7 +102,7 @@ TEST(GetDay, EndsAWorkoutsLineWhereItsDataEnds) {
            {.activity_type = std::nullopt, .duration_min = std::nullopt, .start_date = "4"},
            {.activity_type = "UnknownCode", .duration_min = 0.25, .start_date = "5"}});
 
-  EXPECT_EQ(body(dayOf(household)),
+  EXPECT_EQ(dayBody(dayOf(household)),
             "Date: 2024-03-01\n"
             "  HeartRate: 60 count/min (1 samples)\n"
             "Workouts:\n"
@@ -121,7 +121,7 @@ TEST(GetDay, ShowsFractionsAsPercent) {
                    {.type = "OxygenSaturation", .unit = "%", .value_num = 0.985},
                    {.type = "WalkingSteadiness", .unit = "percent", .value_num = 0.5}});
 
-  EXPECT_EQ(body(dayOf(household)),
+  EXPECT_EQ(dayBody(dayOf(household)),
             "Date: 2024-03-01\n"
             "  BodyFatPercentage: 50 % (1 samples)\n"
             "  OxygenSaturation: 97.25 % (2 samples)\n"
@@ -133,8 +133,8 @@ TEST(GetDay, LeavesThePlaceOfAMissingUnitEmpty) {
   household.add("m1", "Ann")
       .addRecord({.type = "BodyMassIndex", .unit = std::nullopt, .value_num = 22.1});
 
-  EXPECT_EQ(body(dayOf(household)), "Date: 2024-03-01\n  BodyMassIndex: 22.1  (1 samples)");
-  EXPECT_EQ(body(dayOf(household, theDay, SummaryLang::zh)),
+  EXPECT_EQ(dayBody(dayOf(household)), "Date: 2024-03-01\n  BodyMassIndex: 22.1  (1 samples)");
+  EXPECT_EQ(dayBody(dayOf(household, theDay, SummaryLang::zh)),
             "日期:2024-03-01\n  BodyMassIndex: 22.1 (1 个样本)");
 }
 
@@ -142,7 +142,7 @@ TEST(GetDay, KeepsTheDateAsItWasGiven) {
   Household household;
   household.add("m1", "Ann").addRecord({.type = "StepCount", .value_num = 1});
 
-  EXPECT_EQ(body(dayOf(household, "2024-3-1")), "Date: 2024-3-1\nNothing recorded on this day.");
+  EXPECT_EQ(dayBody(dayOf(household, "2024-3-1")), "Date: 2024-3-1\nNothing recorded on this day.");
 }
 
 TEST(GetDay, TakesTheLeapDayForADay) {
@@ -150,7 +150,7 @@ TEST(GetDay, TakesTheLeapDayForADay) {
   household.add("m1", "Ann")
       .addRecord({.type = "StepCount", .unit = "count", .start_day = "2024-02-29", .value_num = 1});
 
-  EXPECT_EQ(body(dayOf(household, "2024-02-29")),
+  EXPECT_EQ(dayBody(dayOf(household, "2024-02-29")),
             "Date: 2024-02-29\n  StepCount: 1 count (1 samples)");
 }
 

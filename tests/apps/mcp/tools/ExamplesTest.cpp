@@ -13,7 +13,7 @@
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
 std::vector<std::string> toolsOfExamples() {
   std::vector<std::string> tools;
@@ -23,7 +23,7 @@ std::vector<std::string> toolsOfExamples() {
 
 TEST(Examples, CallEveryToolOfTheCatalogueInItsOrderAndNoOther) {
   std::vector<std::string> tools;
-  for (const Json& descriptor : Tools::schemas(SummaryLang::en))
+  for (const OrderedJson& descriptor : Tools::schemas(SummaryLang::en))
     tools.push_back(descriptor["name"]);
 
   EXPECT_EQ(toolsOfExamples(), tools)
@@ -31,14 +31,14 @@ TEST(Examples, CallEveryToolOfTheCatalogueInItsOrderAndNoOther) {
 }
 
 TEST(Examples, GiveTheArgumentsThatTheSchemasNameAndAllThatAreRequired) {
-  for (const Json& descriptor : Tools::schemas(SummaryLang::en)) {
-    const Json& schema = descriptor.at("inputSchema");
+  for (const OrderedJson& descriptor : Tools::schemas(SummaryLang::en)) {
+    const OrderedJson& schema = descriptor.at("inputSchema");
     for (const Example& example : Examples::all()) {
       if (example.tool != descriptor.at("name")) continue;
       for (const auto& [key, value] : example.arguments.items()) {
         EXPECT_TRUE(schema.at("properties").contains(key)) << example.name << ": " << key;
       }
-      for (const std::string key : schema.value("required", Json::array())) {
+      for (const std::string key : schema.value("required", OrderedJson::array())) {
         EXPECT_TRUE(example.arguments.contains(key)) << example.name << ": " << key;
       }
     }
@@ -70,7 +70,7 @@ TEST(Examples, TakeOtherValuesForTheArgumentsTheyHave) {
   const Example example{"get_day", "get_day", {{"person", "Ann"}, {"date", "2024-03-16"}}};
 
   EXPECT_EQ(example.argumentsWith({{"person", "Ben"}, {"workout_id", "w_0"}}),
-            (Json{{"person", "Ben"}, {"date", "2024-03-16"}}));
+            (OrderedJson{{"person", "Ben"}, {"date", "2024-03-16"}}));
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ TEST_P(UnknownPrompt, IsRefusedInChineseInBothLanguages) {
 INSTANTIATE_TEST_SUITE_P(Names, UnknownPrompt,
                          testing::Values("how_are_you", "How_am_i", "HOW_AM_I", " how_am_i", ""));
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
 TEST(Prompts, AreThreeInTheOrderOfTheList) {
   EXPECT_EQ(Tools::prompts(SummaryLang::en).dump(),
@@ -80,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Prompts, AllHaveAMessage) {
   for (const SummaryLang lang : {SummaryLang::zh, SummaryLang::en}) {
-    for (const Json& record : Tools::prompts(lang)) {
+    for (const OrderedJson& record : Tools::prompts(lang)) {
       const std::string name = record.at("name");
       EXPECT_FALSE(Tools::getPrompt(name, lang)["messages"][0]["content"]["text"].empty()) << name;
     }

@@ -201,13 +201,13 @@ TEST(Trend, RepairsADayThatIsNoValidText) {
               HasSubstr("Daily:\n2024-03-01\uFFFD  60\n"));
 }
 
-struct RefusedCase {
+struct RefusedRangeCase {
   std::string name;
   Json arguments;
   std::string start;  ///< of the message
 };
 
-class TrendOrder : public testing::TestWithParam<RefusedCase> {};
+class TrendOrder : public testing::TestWithParam<RefusedRangeCase> {};
 
 TEST_P(TrendOrder, ChecksThePersonThenTheMetricThenTheDatabase) {
   Household household;
@@ -222,20 +222,20 @@ TEST_P(TrendOrder, ChecksThePersonThenTheMetricThenTheDatabase) {
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, TrendOrder,
-    testing::Values(RefusedCase{"NothingGiven", Json::object(), "This Mac has 2 members"},
-                    RefusedCase{"PersonUnknownAndMetricMissing",
-                                {{"person", "Bob"}},
-                                "No member named \"Bob\""},
-                    RefusedCase{"PersonUnknownAndMetricUnknown",
-                                {{"person", "Bob"}, {"metric", "x"}},
-                                "No member named \"Bob\""},
-                    RefusedCase{"MetricMissing", {{"person", "1"}}, "metric is required"},
-                    RefusedCase{"MetricUnknown",
-                                {{"person", "1"}, {"metric", "Steps"}},
-                                "Unknown metric \"Steps\""},
-                    RefusedCase{"DatabaseMissing",
-                                {{"person", "1"}, {"metric", "steps"}},
-                                "打不开 1 的数据:数据目录不可用"}),
+    testing::Values(RefusedRangeCase{"NothingGiven", Json::object(), "This Mac has 2 members"},
+                    RefusedRangeCase{"PersonUnknownAndMetricMissing",
+                                     {{"person", "Bob"}},
+                                     "No member named \"Bob\""},
+                    RefusedRangeCase{"PersonUnknownAndMetricUnknown",
+                                     {{"person", "Bob"}, {"metric", "x"}},
+                                     "No member named \"Bob\""},
+                    RefusedRangeCase{"MetricMissing", {{"person", "1"}}, "metric is required"},
+                    RefusedRangeCase{"MetricUnknown",
+                                     {{"person", "1"}, {"metric", "Steps"}},
+                                     "Unknown metric \"Steps\""},
+                    RefusedRangeCase{"DatabaseMissing",
+                                     {{"person", "1"}, {"metric", "steps"}},
+                                     "打不开 1 的数据:数据目录不可用"}),
     [](const auto& test) { return test.param.name; });
 
 TEST(Trend, LetsGoOfTheDatabase) {

@@ -24,14 +24,14 @@ Json asking(const Json& more = Json::object()) {
   return arguments;
 }
 
-std::string answerOf(const Household& household, const Json& arguments = asking(),
-                     SummaryLang lang = SummaryLang::en) {
+std::string samplesAnswer(const Household& household, const Json& arguments = asking(),
+                          SummaryLang lang = SummaryLang::en) {
   return ToolCaller(household, lang).of(arguments, Tools::workoutHeartRate);
 }
 
-Json documentOf(const Household& household, const Json& arguments = asking(),
-                SummaryLang lang = SummaryLang::en) {
-  return Json::parse(answerOf(household, arguments, lang));
+Json samplesDocument(const Household& household, const Json& arguments = asking(),
+                     SummaryLang lang = SummaryLang::en) {
+  return Json::parse(samplesAnswer(household, arguments, lang));
 }
 
 /// Expects that both languages refuse `arguments` with this message and the code of bad arguments.
@@ -99,17 +99,17 @@ TEST(GetWorkoutHeartRate, AnswersWhenTheFirstSampleIsFarLongerThanTheOthers) {
   database.addRecord(first);
   for (int second = 1; second < 3600; ++second) database.addRecord(sampleAfter(second));
 
-  EXPECT_EQ(documentOf(household, asking({{"limit", 5000}})).at("samples").size(), 3600U);
+  EXPECT_EQ(samplesDocument(household, asking({{"limit", 5000}})).at("samples").size(), 3600U);
 }
 
-struct RefusedCase {
+struct RefusedPageCase {
   std::string name;
   std::string key;
   Json value;
   std::string message;
 };
 
-class OddArgument : public testing::TestWithParam<RefusedCase> {};
+class OddArgument : public testing::TestWithParam<RefusedPageCase> {};
 
 TEST_P(OddArgument, IsRefusedInEnglishInBothLanguages) {
   Household household;
@@ -118,28 +118,29 @@ TEST_P(OddArgument, IsRefusedInEnglishInBothLanguages) {
   expectRefused(household, asking({{GetParam().key, GetParam().value}}), GetParam().message);
 }
 
-RefusedCase noLimit(const std::string& name, const Json& value) {
+RefusedPageCase noPageLimit(const std::string& name, const Json& value) {
   return {name, "limit", value, "limit must be an integer in 1...5000"};
 }
 
-RefusedCase noOffset(const std::string& name, const Json& value) {
+RefusedPageCase noPageOffset(const std::string& name, const Json& value) {
   return {name, "offset", value, "offset must be an integer in 0...2147483647"};
 }
 
-RefusedCase noSource(const std::string& name, const Json& value) {
+RefusedPageCase noPageSource(const std::string& name, const Json& value) {
   return {name, "source", value, "source must be a string"};
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, OddArgument,
-    testing::Values(noLimit("LimitZero", 0), noLimit("LimitAboveTheLargest", 5001),
-                    noLimit("LimitFraction", 10.5), noLimit("LimitTrue", true),
-                    noLimit("LimitText", "10"), noLimit("LimitNull", nullptr),
-                    noLimit("LimitHuge", 1e300), noOffset("OffsetNegative", -1),
-                    noOffset("OffsetAboveTheLargest", 2147483648), noOffset("OffsetFraction", 0.5),
-                    noOffset("OffsetFalse", false), noOffset("OffsetText", "0"),
-                    noSource("SourceNumber", 1), noSource("SourceNull", nullptr),
-                    noSource("SourceList", Json::array({"Watch"}))),
+    testing::Values(noPageLimit("LimitZero", 0), noPageLimit("LimitAboveTheLargest", 5001),
+                    noPageLimit("LimitFraction", 10.5), noPageLimit("LimitTrue", true),
+                    noPageLimit("LimitText", "10"), noPageLimit("LimitNull", nullptr),
+                    noPageLimit("LimitHuge", 1e300), noPageOffset("OffsetNegative", -1),
+                    noPageOffset("OffsetAboveTheLargest", 2147483648),
+                    noPageOffset("OffsetFraction", 0.5), noPageOffset("OffsetFalse", false),
+                    noPageOffset("OffsetText", "0"), noPageSource("SourceNumber", 1),
+                    noPageSource("SourceNull", nullptr),
+                    noPageSource("SourceList", Json::array({"Watch"}))),
     [](const auto& test) { return test.param.name; });
 
 TEST(GetWorkoutHeartRate, ReportsTheFirstArgumentThatIsWrong) {
@@ -165,7 +166,7 @@ TEST(GetWorkoutHeartRate, TakesWholeNumbersWithAPoint) {
   household.add("m1", "Ann").addWorkout(hourOfRunning());
 
   const Json pagination =
-      documentOf(household, asking({{"limit", 1000.0}, {"offset", 7.0}})).at("pagination");
+      samplesDocument(household, asking({{"limit", 1000.0}, {"offset", 7.0}})).at("pagination");
 
   EXPECT_EQ(pagination.at("limit").dump(), "1000");
   EXPECT_EQ(pagination.at("offset").dump(), "7");
@@ -176,7 +177,8 @@ TEST(GetWorkoutHeartRate, TakesTheBoundsThemselves) {
   household.add("m1", "Ann").addWorkout(hourOfRunning());
 
   const Json pagination =
-      documentOf(household, asking({{"limit", 5000}, {"offset", 2147483647}})).at("pagination");
+      samplesDocument(household, asking({{"limit", 5000}, {"offset", 2147483647}}))
+          .at("pagination");
 
   EXPECT_EQ(pagination.at("limit"), 5000);
   EXPECT_EQ(pagination.at("offset"), 2147483647);
@@ -186,7 +188,7 @@ TEST(GetWorkoutHeartRate, GivesAThousandSamplesFromTheFirstUnlessAskedOtherwise)
   Household household;
   household.add("m1", "Ann").addWorkout(hourOfRunning());
 
-  const Json pagination = documentOf(household).at("pagination");
+  const Json pagination = samplesDocument(household).at("pagination");
 
   EXPECT_EQ(pagination.at("limit"), 1000);
   EXPECT_EQ(pagination.at("offset"), 0);
@@ -222,7 +224,7 @@ TEST(GetWorkoutHeartRate, SaysInTheStoresWordsThatAFolderIsNoDatabase) {
 // --- the document
 
 /// Ann with the run, a sample with and one without all there is, and one of another source.
-void addAnn(Household& household) {
+void addAnnsSamples(Household& household) {
   TestRecord full = sampleAfter(30, 61.1235);
   full.device = "<<HKDevice>, name:Apple\u00A0Watch/7>";
   full.end_date = "2024-03-01 08:00:35 +0000";
@@ -244,9 +246,9 @@ std::set<std::string> keysOf(const Json& object) {
 
 TEST(HeartRateDocument, HasSeventeenKeys) {
   Household household;
-  addAnn(household);
+  addAnnsSamples(household);
 
-  Json document = documentOf(household);
+  Json document = samplesDocument(household);
 
   EXPECT_EQ(document.size(), 17U);
   for (const char* text : {"note", "coverage"}) {
@@ -276,9 +278,9 @@ TEST(HeartRateDocument, HasSeventeenKeys) {
 
 TEST(HeartRateDocument, HasTenKeysASample) {
   Household household;
-  addAnn(household);
+  addAnnsSamples(household);
 
-  EXPECT_EQ(documentOf(household).at("samples"),
+  EXPECT_EQ(samplesDocument(household).at("samples"),
             (Json{{{"record_id", 2},
                    {"start", "2024-03-01 08:00:00 +0000"},
                    {"end", nullptr},
@@ -303,11 +305,11 @@ TEST(HeartRateDocument, HasTenKeysASample) {
 
 TEST(HeartRateDocument, IsWholeWithoutSamples) {
   Household household;
-  addAnn(household);
+  addAnnsSamples(household);
 
-  const Json document = documentOf(household, asking({{"source", "iPhone"}}));
+  const Json document = samplesDocument(household, asking({{"source", "iPhone"}}));
 
-  EXPECT_EQ(keysOf(document), keysOf(documentOf(household)));
+  EXPECT_EQ(keysOf(document), keysOf(samplesDocument(household)));
   EXPECT_EQ(document.at("samples"), Json::array());
   EXPECT_EQ(document.at("source"), "iPhone");
   EXPECT_EQ(document.at("available_sources"), (Json{"Strap", "Watch"}));
@@ -317,18 +319,18 @@ TEST(HeartRateDocument, IsWholeWithoutSamples) {
 
 TEST(HeartRateDocument, NamesTheNextPage) {
   Household household;
-  addAnn(household);
+  addAnnsSamples(household);
 
-  EXPECT_EQ(documentOf(household, asking({{"limit", 1}})).at("pagination"),
+  EXPECT_EQ(samplesDocument(household, asking({{"limit", 1}})).at("pagination"),
             Json::parse(R"({"total_count":2,"returned_count":1,"limit":1,"offset":0,)"
                         R"("order":"asc","has_more":true,"next_offset":1})"));
 }
 
 TEST(HeartRateDocument, TakesAnEmptySourceForASource) {
   Household household;
-  addAnn(household);
+  addAnnsSamples(household);
 
-  const Json document = documentOf(household, asking({{"source", ""}}));
+  const Json document = samplesDocument(household, asking({{"source", ""}}));
 
   EXPECT_EQ(document.at("source"), "");
   EXPECT_EQ(document.at("summary").at("count"), 0);
@@ -336,9 +338,9 @@ TEST(HeartRateDocument, TakesAnEmptySourceForASource) {
 
 TEST(HeartRateDocument, IsCompactWithSortedKeysAndEscapedSlashes) {
   Household household;
-  addAnn(household);
+  addAnnsSamples(household);
 
-  const std::string answer = answerOf(household);
+  const std::string answer = samplesAnswer(household);
 
   // What is parsed has its keys in order, and in JSON a slash stands inside texts only.
   std::string plain = Json::parse(answer).dump();
@@ -354,10 +356,10 @@ TEST(HeartRateDocument, IsCompactWithSortedKeysAndEscapedSlashes) {
 
 TEST(HeartRateDocument, EndsWithTheCoverageOfEveryTool) {
   Household household;
-  addAnn(household);
+  addAnnsSamples(household);
 
   for (const SummaryLang lang : {SummaryLang::en, SummaryLang::zh}) {
-    const std::string coverage = documentOf(household, asking(), lang).at("coverage");
+    const std::string coverage = samplesDocument(household, asking(), lang).at("coverage");
     const std::string day = ToolCaller(household, lang).of({{"date", "2024-03-01"}}, Tools::day);
     EXPECT_TRUE(day.ends_with("\n\n" + coverage)) << coverage;
   }
@@ -365,12 +367,12 @@ TEST(HeartRateDocument, EndsWithTheCoverageOfEveryTool) {
 
 TEST(GoldenWorkoutHeartRate, IsOneDocumentInBothLanguages) {
   Household household;
-  addAnn(household);
+  addAnnsSamples(household);
 
   for (const SummaryLang lang : {SummaryLang::en, SummaryLang::zh}) {
     const std::string file =
         "get_workout_heart_rate/two_samples." + std::string(rawValue(lang)) + ".txt";
-    EXPECT_TRUE(matchesGolden(file, answerOf(household, asking(), lang)));
+    EXPECT_TRUE(matchesGolden(file, samplesAnswer(household, asking(), lang)));
   }
 }
 

@@ -25,7 +25,7 @@ std::string textOf(const Household& household, const Json& arguments = Json::obj
 }
 
 /// What an answer says before the closing note.
-std::string body(const std::string& answer) { return answer.substr(0, answer.find("\n\n")); }
+std::string firstBlock(const std::string& answer) { return answer.substr(0, answer.find("\n\n")); }
 
 /// The line of `text` that begins with `start`, without it; "none" when there is no such line.
 std::string lineAfter(const std::string& text, const std::string& start) {
@@ -71,7 +71,7 @@ TEST(WorkoutListText, FormatsEveryMeasureOfAWorkout) {
   Household household;
   household.add("m1", "Ann").addWorkout(workout);
 
-  EXPECT_THAT(body(textOf(household)),
+  EXPECT_THAT(firstBlock(textOf(household)),
               testing::EndsWith("· Running · outdoor\n"
                                 "    start=2024-03-01 08:00:00 +0000, end=2024-03-01 08:01:00 "
                                 "+0000, source=Watch\n"
@@ -95,7 +95,7 @@ TEST(WorkoutListText, ShowsNothingOfAWorkoutThatRecordedNothing) {
   Household household;
   household.add("m1", "Ann").addWorkout(workout);
 
-  EXPECT_THAT(body(textOf(household)),
+  EXPECT_THAT(firstBlock(textOf(household)),
               testing::EndsWith("has_more=false\n"
                                 "· Running\n"
                                 "    start=2024-03-01 08:00:00 +0000, end=2024-03-01 09:00:00 "
@@ -247,20 +247,20 @@ TEST(WorkoutListText, SaysWhyItListsNothing) {
   Household household;
   household.add("m1", "Ann").addWorkout(hourOfRunning());
 
-  EXPECT_THAT(body(textOf(household, {{"source", "iPhone"}})),
+  EXPECT_THAT(firstBlock(textOf(household, {{"source", "iPhone"}})),
               testing::EndsWith("By activity: \n"
                                 "available_activities: Running (Running)\n"
                                 "available_sources: Watch\n"
                                 "offset=0, returned_count=0, total_count=0, order=desc, "
                                 "has_more=false\n"
                                 "No workouts match this range and filters."));
-  EXPECT_THAT(body(textOf(household, {{"source", "iPhone"}, {"offset", 9}})),
+  EXPECT_THAT(firstBlock(textOf(household, {{"source", "iPhone"}, {"offset", 9}})),
               testing::EndsWith("\nNo workouts match this range and filters."));
-  EXPECT_THAT(body(textOf(household, {{"offset", 1}})),
+  EXPECT_THAT(firstBlock(textOf(household, {{"offset", 1}})),
               testing::EndsWith("\nNo records on this page; use a smaller offset."));
-  EXPECT_THAT(body(textOf(household, {{"source", "iPhone"}}, SummaryLang::zh)),
+  EXPECT_THAT(firstBlock(textOf(household, {{"source", "iPhone"}}, SummaryLang::zh)),
               testing::EndsWith("\n这个区间与筛选条件下没有训练记录。"));
-  EXPECT_THAT(body(textOf(household, {{"offset", 1}}, SummaryLang::zh)),
+  EXPECT_THAT(firstBlock(textOf(household, {{"offset", 1}}, SummaryLang::zh)),
               testing::EndsWith("\n此页没有记录,请减小 offset。"));
 }
 
@@ -297,7 +297,7 @@ const std::string watch = "Ann\u2019s Apple\u00A0Watch";
 
 /// Three workouts indoors, of which the newest has a humidity whose scale nobody knows; one outside
 /// with all there is to record, and one of which next to nothing was recorded.
-void fill(TestDatabase& database) {
+void fillDatabase(TestDatabase& database) {
   const TestWorkout yoga{.activity_type = "Yoga",
                          .duration_min = 64.54,
                          .source_name = "iPhone",
@@ -362,7 +362,7 @@ class GoldenWorkoutList : public testing::TestWithParam<GoldenCase> {};
 
 TEST_P(GoldenWorkoutList, ReadsWellInBothLanguages) {
   Household household;
-  fill(household.add("ann-01", "Ann"));
+  fillDatabase(household.add("ann-01", "Ann"));
   Json arguments = GetParam().arguments;
   arguments["from"] = "2026-09-01";
   arguments["to"] = "2026-11-20";
