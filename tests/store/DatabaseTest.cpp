@@ -1,5 +1,6 @@
 #include "platform/ReceiverError.h"
 #include "store/Database.h"
+#include "store/FailureOf.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -18,17 +19,6 @@ namespace {
 using namespace std::string_literals;
 
 constexpr Database::Options creating{.create = true, .readOnly = false};
-
-/// What `act` fails with; "" when it does not.
-template <typename Act>
-std::string failureOf(Act act) {
-  try {
-    act();
-  } catch (const ReceiverError& error) {
-    return error.what();
-  }
-  return "";
-}
 
 /// A new database with one table of a column without a type, so that values stay what they are.
 class DatabaseFile : public testing::Test {

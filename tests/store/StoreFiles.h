@@ -1,7 +1,7 @@
 #pragma once
 // Opening a store in its three ways, and looking into its file from outside.
 
-#include "platform/ReceiverError.h"
+#include "store/FailureOf.h"
 #include "store/HealthStore.h"
 #include "support/TestDatabase.h"
 
@@ -13,17 +13,6 @@
 inline constexpr HealthStore::Options reading{};
 inline constexpr HealthStore::Options writing{.createIfMissing = false, .readOnly = false};
 inline constexpr HealthStore::Options creating{.createIfMissing = true, .readOnly = false};
-
-/// What `act` fails with; "" when it does not.
-template <typename Act>
-std::string failureOf(Act act) {
-  try {
-    act();
-  } catch (const ReceiverError& error) {
-    return error.what();
-  }
-  return "";
-}
 
 /// The names of all that lies in `folder`.
 inline std::set<std::string> namesIn(const std::filesystem::path& folder) {
