@@ -9,7 +9,8 @@ target_compile_options(larkspur_warnings INTERFACE
   -Wpedantic
   # A constructor's argument may carry the name of the field it fills.
   $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>
-  $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wshadow>
+  # Tests that are compiled together see each other's names of the whole file.
+  $<$<AND:$<CXX_COMPILER_ID:Clang,AppleClang>,$<NOT:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>>:-Wshadow>
   -Wconversion
   -Wsign-conversion
   -Wdouble-promotion
