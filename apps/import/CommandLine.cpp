@@ -19,17 +19,17 @@ constexpr Phrase usage{
                   [--time-zone <zone>] <export>
   larkspur-import --check <export>
 
-  --check             只通读并清点导出文件,什么都不保存;输出里没有数值、姓名和具体日期
-  --data-root <dir>   数据根目录(默认 ~/Library/Application Support/Larkspur)
-  --member <name>     数据属于谁;名册里没有这个名字时新增一位成员
-  --id <id>           成员的 id:用来区分同名的人,或给新成员指定 id
-  --time-zone <zone>  成员居住地的时区,如 Asia/Shanghai(默认本机时区);
-                      第一次导入时记下,以后一直沿用
+  --check             只通读并统计导出文件，什么都不保存；输出里没有数值、姓名和具体日期
+  --data-root <dir>   数据根目录（默认 ~/Library/Application Support/Larkspur）
+  --member <name>     数据属于谁；名册里没有这个名字时新增一位成员
+  --id <id>           成员的 id：用来区分同名的成员，或给新成员指定 id
+  --time-zone <zone>  成员居住地的时区，如 Asia/Shanghai（默认本机时区）；
+                      第一次导入时记下，以后一直沿用
   --help              显示这段说明
   --version           显示版本
 
-<export> 是导出得到的 .zip、其中的 export.xml,或解压后的文件夹。
-同一份导出文件再次导入不会有任何变化;较新的导出文件只补上新的数据。
+<export> 是导出得到的 .zip、其中的 export.xml，或解压后的文件夹。
+同一个导出文件再导入一次，不会有任何变化；较新的导出文件只补上新的数据。
 )",
     R"(larkspur-import: brings what the iPhone's Health app exports into Larkspur
 
@@ -50,20 +50,20 @@ constexpr Phrase usage{
 <export> is the .zip that was exported, the export.xml inside it, or the unpacked folder.
 Importing the same export again changes nothing; a newer one adds what is new.
 )"};
-constexpr Phrase unknownArgument{"不认识的参数:{0}", "unknown argument: {0}"};
+constexpr Phrase unknownArgument{"不认识的参数：{0}", "unknown argument: {0}"};
 constexpr Phrase valueMissing{"{0} 后面缺少值", "{0} wants a value"};
-constexpr Phrase secondExport{"一次只能处理一份导出文件,多出的是:{0}",
+constexpr Phrase secondExport{"一次只能处理一个导出文件，多出的是：{0}",
                               "one export at a time, and this is a second: {0}"};
 constexpr Phrase exportMissing{"没有指定要导入的导出文件", "the export is missing"};
 constexpr Phrase uncheckedExport{"没有指定要检查的导出文件", "the export is missing"};
-constexpr Phrase notWithCheck{"--check 什么都不保存,不能与 {0} 一起使用",
+constexpr Phrase notWithCheck{"--check 什么都不保存，不能与 {0} 一起使用",
                               "--check stores nothing, so {0} does not go with it"};
 constexpr Phrase memberMissing{"缺少 --member", "--member is missing"};
 constexpr Phrase nameUnusable{
-    "--member 后面须是成员的名字:UTF-8 编码,不能为空,不含控制字符",
+    "--member 后面要写成员的名字：UTF-8 编码，不能为空，不含控制字符",
     "--member wants a name, in UTF-8, not empty and without control characters"};
-constexpr Phrase rootEmpty{"--data-root 后面须是一个文件夹", "--data-root wants a folder"};
-constexpr Phrase zoneEmpty{"--time-zone 后面须是一个时区,如 Asia/Shanghai",
+constexpr Phrase rootEmpty{"--data-root 后面要写一个文件夹", "--data-root wants a folder"};
+constexpr Phrase zoneEmpty{"--time-zone 后面要写一个时区，如 Asia/Shanghai",
                            "--time-zone wants a zone, such as Asia/Shanghai"};
 constexpr Phrase idUnusable{
     "--id 只能由 1 到 64 个字母、数字、- 和 _ 组成",

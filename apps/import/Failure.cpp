@@ -21,20 +21,20 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase diskFull{"磁盘已满,这次导入已全部撤销;请腾出空间后再导入",
+constexpr Phrase diskFull{"磁盘已满，这次导入已全部撤销；请腾出空间后再导入",
                           "the disk is full; the whole import was undone, make room and try "
                           "again"};
 constexpr Phrase fileFull{
-    "数据库文件不能再变大:文件系统或 ulimit -f 限制了文件的大小。这次导入已全部撤销",
+    "数据库文件无法继续增大：文件系统或 ulimit -f 限制了文件的大小；这次导入已全部撤销",
     "the database's file cannot grow: the file system or \"ulimit -f\" limits the size of a "
     "file; the whole import was undone"};
-constexpr Phrase failed{"数据库无法写入,这次导入已全部撤销:{0}",
+constexpr Phrase failed{"数据库无法写入，这次导入已全部撤销：{0}",
                         "the database cannot be written, the whole import was undone: {0}"};
-constexpr Phrase unopened{"数据库无法打开:{0}", "the database cannot be opened: {0}"};
-constexpr Phrase noFile{"{0} 不是普通文件;请移走后再导入",
+constexpr Phrase unopened{"数据库无法打开：{0}", "the database cannot be opened: {0}"};
+constexpr Phrase noFile{"{0} 不是普通文件；请移走后再导入",
                         "{0} is no regular file; move it away and try again"};
-constexpr Phrase unusable{"{0} 无法使用:{1}", "{0} cannot be used: {1}"};
-constexpr Phrase refused{"系统报错:{0}", "the system reports: {0}"};
+constexpr Phrase unusable{"{0} 无法使用：{1}", "{0} cannot be used: {1}"};
+constexpr Phrase refused{"系统报错：{0}", "the system reports: {0}"};
 
 }  // namespace phrases
 

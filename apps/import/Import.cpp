@@ -32,17 +32,17 @@ namespace phrases {
 constexpr Phrase folderMissing{"数据目录不可用(盘没挂载?):{0}",
                                "the data folder is not there (drive not mounted?): {0}"};
 constexpr Phrase rootNotUTF8{
-    "数据根目录的路径不是有效的 UTF-8,无法写入名册:{0}",
+    "数据根目录的路径不是有效的 UTF-8，无法写入名册：{0}",
     "the data root's path is not UTF-8, and the roster could not hold it: {0}"};
 constexpr Phrase pathUnusable{
-    "名册里「{0}」的 dbPath 不是绝对路径,无法确定是哪个数据库:\"{1}\"",
+    "名册里「{0}」的 dbPath 不是绝对路径，无法确定是哪个数据库：「{1}」",
     "the roster's dbPath for {0} is no absolute path, so it names no database: \"{1}\""};
 constexpr Phrase rosterUnwritten{
-    "数据已经写入数据库,但名册 {0} 无法写入:{1};排除原因后再导入一次即可完成",
+    "数据已经写入数据库，但名册 {0} 无法写入：{1}；排除原因后再导入一次即可完成",
     "the data is in the database, but the roster {0} cannot be written: {1}; mend that and "
     "import again to complete it"};
 constexpr Phrase rosterUnread{
-    "数据已经写入数据库,但名册 {0} 在导入期间变得无法读取;修复后再导入一次即可完成",
+    "数据已经写入数据库，但在导入期间，名册 {0} 变得无法读取；修复后再导入一次即可完成",
     "the data is in the database, but the roster {0} became unreadable meanwhile; mend it and "
     "import again to complete it"};
 

@@ -3,7 +3,7 @@
 
 namespace {
 
-constexpr Phrase interruptedRun{"已中断:没有改动任何数据", "interrupted: nothing was changed"};
+constexpr Phrase interruptedRun{"已中断：没有改动任何数据", "interrupted: nothing was changed"};
 
 }  // namespace
 

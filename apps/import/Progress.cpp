@@ -12,10 +12,10 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase withTotal{"[{0}] {1}%,已读 {2} / {3} MB,{4} MB/秒,剩余 {5}",
+constexpr Phrase withTotal{"[{0}] {1}%，已读 {2} / {3} MB，{4} MB/秒，剩余 {5}",
                            "[{0}] {1}%, {2} of {3} MB, {4} MB/s, {5} left"};
-constexpr Phrase withoutTotal{"已读 {0} MB,{1} MB/秒", "{0} MB, {1} MB/s"};
-constexpr Phrase finishing{"已全部读取,正在统计并写入磁盘…",
+constexpr Phrase withoutTotal{"已读 {0} MB，{1} MB/秒", "{0} MB, {1} MB/s"};
+constexpr Phrase finishing{"已全部读取，正在统计并写入磁盘…",
                            "all read; counting, and waiting for the disk …"};
 
 }  // namespace phrases

@@ -10,22 +10,22 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase unreadable{"  无法读取时间的时间戳:{0}(原样保存)",
+constexpr Phrase unreadable{"  无法读取时间的时间戳：{0}（原样保存）",
                             "  stamps without a readable time: {0} (kept as exported)"};
 constexpr Phrase repeated{
-    "  重复的属性:{0}(以第一个为准;缺少 endDate 时,第二个 startDate 当作 endDate)",
+    "  重复的属性：{0}（以第一个为准；缺少 endDate 时，第二个 startDate 当作 endDate）",
     "  attributes that stand twice: {0} (the first counts; a second startDate is the end "
     "where that is missing)"};
-constexpr Phrase converted{"  换算了单位:{0}", "  converted units: {0}"};
-constexpr Phrase unknownUnits{"  无法识别的单位:{0}(记录原样保存,训练里的该项留空)",
+constexpr Phrase converted{"  换算了单位：{0}", "  converted units: {0}"};
+constexpr Phrase unknownUnits{"  无法识别的单位：{0}（记录原样保存，训练里的该项留空）",
                               "  unknown units: {0} (records are kept as exported, a "
                               "workout's figure is left out)"};
-constexpr Phrase dropped{"  去掉的非法字符:{0}", "  forbidden characters dropped: {0}"};
-constexpr Phrase replaced{"  替换为 U+FFFD 的非法 UTF-8:{0}",
+constexpr Phrase dropped{"  去掉的非法字符：{0}", "  forbidden characters dropped: {0}"};
+constexpr Phrase replaced{"  替换为 U+FFFD 的非法 UTF-8：{0}",
                           "  invalid UTF-8 replaced by U+FFFD: {0}"};
-constexpr Phrase skipped{"  跳过 {0} 个:{1}(第一个在第 {2} 行)",
+constexpr Phrase skipped{"  跳过 {0} 个：{1}（第一个在第 {2} 行）",
                          "  skipped {0}: {1} (the first in line {2})"};
-constexpr Phrase notStored{"  没有保存:{0}", "  not stored: {0}"};
+constexpr Phrase notStored{"  没有保存：{0}", "  not stored: {0}"};
 constexpr Phrase oneKind{"{0} {1} 个", "{0} {1}"};
 constexpr Phrase routeFiles{"路线文件", "route files"};
 constexpr Phrase ecgFiles{"心电图文件", "ECG files"};
@@ -33,7 +33,7 @@ constexpr Phrase clinicalFiles{"临床记录文件", "clinical record files"};
 constexpr Phrase otherFiles{"其他文件", "other files"};
 constexpr Phrase otherElements{"其他元素", "other elements"};
 constexpr Phrase comma{"、", ", "};
-constexpr Phrase time{"  用时:{0} 秒", "  time: {0} s"};
+constexpr Phrase time{"  用时：{0} 秒", "  time: {0} s"};
 
 }  // namespace phrases
 

@@ -31,9 +31,9 @@
 
 namespace {
 
-constexpr Phrase reportUnwritten{"导入已经完成,但无法输出报告:{0}",
+constexpr Phrase reportUnwritten{"导入已经完成，但无法输出报告：{0}",
                                  "the import is complete, but its report cannot be written: {0}"};
-constexpr Phrase censusUnwritten{"清点的结果无法写入:{0}", "the census cannot be written: {0}"};
+constexpr Phrase censusUnwritten{"统计结果无法写入：{0}", "the census cannot be written: {0}"};
 
 constexpr int succeeded = 0;
 constexpr int failed = 1;

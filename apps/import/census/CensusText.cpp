@@ -8,38 +8,38 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase title{"导出文件的清点(不含数值、人、来源或设备的名称,也不含具体日期):",
+constexpr Phrase title{"导出文件的统计（不含数值，不含人、来源或设备的名称，也不含具体日期）：",
                        "Census of an export (no value, no name of a person, source or device, "
                        "no day):"};
-constexpr Phrase version{"  格式版本:{0}", "  format version: {0}"};
-constexpr Phrase noVersion{"  格式版本:没有写明", "  format version: not told"};
-constexpr Phrase exported{"  导出于:{0},手机时区偏移 {1}",
+constexpr Phrase version{"  格式版本：{0}", "  format version: {0}"};
+constexpr Phrase noVersion{"  格式版本：没有写明", "  format version: not told"};
+constexpr Phrase exported{"  导出时间：{0}，手机的时区偏移 {1}",
                           "  exported: {0}, the phone's clock at {1}"};
-constexpr Phrase noDate{"  导出于:没有写明", "  exported: not told"};
-constexpr Phrase unreadableDate{"  导出于:日期无法读取",
+constexpr Phrase noDate{"  导出时间：没有写明", "  exported: not told"};
+constexpr Phrase unreadableDate{"  导出时间：无法读取",
                                 "  exported: at a date that cannot be read"};
-constexpr Phrase records{"  记录:{0} 条", "  records: {0}"};
+constexpr Phrase records{"  记录：{0} 条", "  records: {0}"};
 constexpr Phrase type{"    {0} {1} 条", "    {0}: {1}"};
-constexpr Phrase typeInUnits{"    {0} {1} 条({2})", "    {0}: {1} ({2})"};
+constexpr Phrase typeInUnits{"    {0} {1} 条（{2}）", "    {0}: {1} ({2})"};
 constexpr Phrase otherTypes{"其他类型", "other types"};
 constexpr Phrase countedUnit{"{0} {1} 条", "{0} {1}"};
 constexpr Phrase convertedUnit{"{0} → {1}", "{0} -> {1}"};
 constexpr Phrase noUnit{"没有单位", "no unit"};
 constexpr Phrase otherUnit{"其他单位", "other unit"};
 constexpr Phrase comma{"、", ", "};
-constexpr Phrase withoutNumber{"  没有数字的记录:{0} 条,其中有单位的 {1} 条",
+constexpr Phrase withoutNumber{"  没有数值的记录：{0} 条，其中有单位的 {1} 条",
                                "  records without a number: {0}, {1} of them with a unit"};
-constexpr Phrase workouts{"  训练:{0} 次", "  workouts: {0}"};
-constexpr Phrase days{"  活动圆环:{0} 天", "  days of activity rings: {0}"};
-constexpr Phrase sources{"  来源:{0} 个", "  sources: {0}"};
-constexpr Phrase moreSources{"  来源:多于 {0} 个", "  sources: more than {0}"};
-constexpr Phrase years{"  有记录或训练的年份:{0} 个", "  years with records or workouts: {0}"};
-constexpr Phrase bytes{"  已读 XML:{0} 字节", "  bytes of XML: {0}"};
-constexpr Phrase complete{"导出文件可以完整读出。", "The export can be read whole."};
+constexpr Phrase workouts{"  训练：{0} 次", "  workouts: {0}"};
+constexpr Phrase days{"  活动圆环：{0} 天", "  days of activity rings: {0}"};
+constexpr Phrase sources{"  来源：{0} 个", "  sources: {0}"};
+constexpr Phrase moreSources{"  来源：超过 {0} 个", "  sources: more than {0}"};
+constexpr Phrase years{"  有记录或训练的年份：{0} 个", "  years with records or workouts: {0}"};
+constexpr Phrase bytes{"  已读 XML：{0} 字节", "  bytes of XML: {0}"};
+constexpr Phrase complete{"导出文件可以完整读取。", "The export can be read whole."};
 constexpr Phrase incomplete{
-    "不完整:导出文件从这里起无法读取,原因见标准错误输出。",
+    "统计不完整：导出文件的其余部分无法读取，原因见标准错误输出。",
     "Incomplete: the export cannot be read beyond this; standard error says why."};
-constexpr Phrase lookThrough{"转发之前,请先看一遍列出的类型。",
+constexpr Phrase lookThrough{"转发之前，请先看一遍列出的类型。",
                              "Look through the types before you pass this on."};
 
 }  // namespace phrases

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr Phrase interruptedCheck{"已中断:导出文件没有读完",
+constexpr Phrase interruptedCheck{"已中断：导出文件没有读完",
                                   "interrupted: the export was not read whole"};
 
 CheckOutcome outcomeOf(const CheckOrder& order, const CheckSurroundings& surroundings) {

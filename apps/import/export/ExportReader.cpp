@@ -16,16 +16,16 @@ namespace {
 constexpr int deepestElement = 64;
 
 namespace phrases {
-constexpr Phrase noExport{"没有 HealthData 元素:这不是「健康」App 的导出文件,或者文件缺少开头。",
+constexpr Phrase noExport{"没有 HealthData 元素：这不是「健康」App 的导出文件，或者文件缺少开头。",
                           "There is no HealthData element: this is no export of the Health "
                           "app, or one cut off at its beginning."};
 constexpr Phrase clinicalDocument{
-    "这是导出文件中的临床文档(export_cda.xml),不含要导入的记录;需要的是同一文件夹里的 "
+    "这是导出文件中的临床文档（export_cda.xml），不含要导入的记录；需要的是同一文件夹里的 "
     "export.xml。",
     "This is the clinical document of an export (export_cda.xml), which holds none of the "
     "records to import: the file wanted is the export.xml beside it."};
 constexpr Phrase tooDeep{
-    "第 {0} 行第 {1} 列的元素嵌套太深,这不是「健康」App 的导出文件。"
+    "第 {0} 行第 {1} 列的元素嵌套太深，这不是「健康」App 的导出文件。"
     "没有保存任何数据。",
     "The elements in line {0}, column {1} are nested too deeply; this is "
     "no export of the Health app. Nothing was stored."};

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr Phrase anotherImport{"另一个导入正在进行,等它结束后再试",
+constexpr Phrase anotherImport{"另一次导入正在进行，请等它结束后再试",
                                "another import is running; try again when it has ended"};
 
 [[noreturn]] void fail(const std::filesystem::path& path, int error) {

@@ -17,11 +17,11 @@ namespace {
 namespace phrases {
 
 constexpr Phrase occupied{
-    "{0} 里已经有一个数据库,名册里却没有这位成员;请把它移走,或换一个 --id",
+    "{0} 里已经有一个数据库，名册里却没有这位成员；请移走这个数据库，或换一个 --id",
     "{0} holds a database already, but the roster names no such member; move it away, or "
     "choose another --id"};
 constexpr Phrase otherPersons{
-    "{0} 里有「{1}」的导入没有完成;请用这个名字再导入一次来完成,或给「{2}」换一个 --id,否则"
+    "{0} 里有「{1}」尚未完成的导入；请用这个名字再导入一次，或给「{2}」换一个 --id，否则"
     "两个人的数据会混在一起",
     "{0} holds an unfinished import of {1}'s; complete it with an import under that name, or "
     "choose another --id for {2}, or the data of two people would mix"};

@@ -11,30 +11,31 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase noZones{"这台电脑没有时区数据(缺少 tzdata):{0}",
+constexpr Phrase noZones{"这台电脑没有时区数据（缺少 tzdata）：{0}",
                          "this machine has no time zones (is tzdata missing?): {0}"};
 constexpr Phrase unknown{
-    "这台电脑不认识时区「{0}」;请写成 Asia/Shanghai 这样的名称",
+    "这台电脑无法识别时区「{0}」；请写成 Asia/Shanghai 这样的名称",
     "this machine knows no time zone {0}; zones have names such as Asia/Shanghai"};
 constexpr Phrase other{
-    "「{0}」的数据按 {1} 的时区保存,以后的导入不能改用 {2};请去掉 --time-zone",
+    "「{0}」的数据按时区 {1} 保存，以后的导入不能改用 {2}；请去掉 --time-zone",
     "{0}'s data is kept in the time zone {1}, and a later import cannot be in {2}: leave "
     "--time-zone out"};
 constexpr Phrase unzoned{
-    "{0} 里已有数据,但没有记下时区,再次导入会把同一个样本存成两份。要重新导入,先移走文件夹 "
-    "{1};名册里若有 id 为 {2} 的成员,也要删掉",
+    "{0} 里已有数据，但没有记下时区，再次导入会把每个样本存成两份。要重新导入，请先移走文件夹 "
+    "{1}；如果名册里有 id 为 {2} 的成员，也请删掉",
     "{0} holds data without a note of its time zone, and another import would store each "
     "sample "
     "twice. For a fresh import, move the folder {1} away, and where the roster names the "
     "member "
     "{2}, remove that entry"};
 constexpr Phrase unnamed{
-    "这台电脑的时区没有名称;请加上 --time-zone 和你居住地的时区,例如 --time-zone "
+    "这台电脑的时区没有名称；请用 --time-zone 指定你居住地的时区，例如 --time-zone "
     "Asia/Shanghai",
     "this machine's time zone has no name: add --time-zone with the zone you live in, such as "
     "--time-zone Asia/Shanghai"};
 constexpr Phrase elsewhere{
-    "导出时手机的时区偏移是 {0},这台电脑是 {1}:请加上 --time-zone {2},或换成你居住地的时区",
+    "导出时手机的时区偏移是 {0}，这台电脑是 {1}；请加上 --time-zone {2}，或者把 {2} "
+    "换成你居住地的时区",
     "the export was made at {0}, this machine is at {1}: add --time-zone {2}, or the zone you "
     "live in"};
 

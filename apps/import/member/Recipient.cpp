@@ -11,24 +11,24 @@ namespace {
 namespace phrases {
 
 constexpr Phrase otherName{
-    "id {0} 属于「{1}」,不是「{2}」;名字和 id 必须指同一位成员,否则两个人的数据会混在一起",
+    "id {0} 属于「{1}」，不是「{2}」；名字和 id 必须指同一位成员，否则两个人的数据会混在一起",
     "the id {0} is {1}'s, not {2}'s; name and id must mean the same person, or the data of "
     "two would mix"};
-constexpr Phrase ambiguous{"名册里有 {0} 个叫「{1}」的成员,请用 --id 说明是哪一位:{2}",
+constexpr Phrase ambiguous{"名册里有 {0} 个叫「{1}」的成员，请用 --id 说明是哪一位：{2}",
                            "the roster has {0} members named {1}; say which with --id: {2}"};
 constexpr Phrase paired{
-    "「{0}」有配对的手机,数据由接收端写入,不能导入;可以换一个名字,导入为另一位成员",
+    "「{0}」有配对的手机，数据由接收端写入，不能导入；可以换一个名字，导入为另一位成员",
     "{0} has a paired phone, so the receiver writes that data and an import may not; an "
     "import under another name makes a member of its own"};
 constexpr Phrase idIsName{
-    "id {0} 是另一位成员的名字,提问时无法区分;请换一个 --id",
+    "id {0} 是另一位成员的名字，提问时无法区分；请换一个 --id",
     "{0} is another member's name, and a question could not tell the two apart; choose another "
     "--id"};
 constexpr Phrase nameIsID{
-    "「{0}」是另一位成员的 id,提问时无法区分;请换一个名字",
+    "「{0}」是另一位成员的 id，提问时无法区分；请换一个名字",
     "{0} is another member's id, and a question could not tell the two apart; choose another "
     "name"};
-constexpr Phrase blankEnds{"新成员的名字首尾不能有空白:「{0}」",
+constexpr Phrase blankEnds{"新成员的名字首尾不能有空白：「{0}」",
                            "a new member's name has no white space at its ends: \"{0}\""};
 
 }  // namespace phrases

@@ -18,11 +18,11 @@ namespace {
 
 namespace phrases {
 
-constexpr Phrase unreadable{"名册 {0} 无法读取,未作改动:{1}",
+constexpr Phrase unreadable{"名册 {0} 无法读取，未作改动：{1}",
                             "the roster {0} cannot be read and was left alone: {1}"};
-constexpr Phrase noFile{"名册 {0} 不是普通文件,未作改动",
+constexpr Phrase noFile{"名册 {0} 不是普通文件，未作改动",
                         "the roster {0} is no regular file and was left alone"};
-constexpr Phrase tooDeep{"名册 {0} 的嵌套超过 {1} 层,未作改动",
+constexpr Phrase tooDeep{"名册 {0} 的嵌套超过 {1} 层，未作改动",
                          "the roster {0} is nested more than {1} deep and was left alone"};
 
 }  // namespace phrases

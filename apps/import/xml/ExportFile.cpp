@@ -21,22 +21,22 @@
 namespace {
 
 namespace phrases {
-constexpr Phrase missing{"没有这个文件或文件夹:{0}", "There is no such file or folder: {0}"};
-constexpr Phrase unreadable{"无法读取:{0}", "Cannot be read: {0}"};
+constexpr Phrase missing{"没有这个文件或文件夹：{0}", "There is no such file or folder: {0}"};
+constexpr Phrase unreadable{"无法读取：{0}", "Cannot be read: {0}"};
 constexpr Phrase noXml{"{0} 里没有「健康」App 导出的 export.xml",
                        "There is no export.xml of the Health app in {0}"};
 constexpr Phrase noArchive{"{0} 不是 zip 文件", "{0} is not a zip archive"};
 constexpr Phrase noXmlAmongSome{
-    "{0} 里没有「健康」App 导出的 export.xml;其他 XML 文件只检查了前 {1} 个",
+    "{0} 里没有「健康」App 导出的 export.xml；其他 XML 文件只检查了前 {1} 个",
     "There is no export.xml of the Health app in {0}; of its other XML files only the first "
     "{1} "
     "were looked into"};
 constexpr Phrase notDownloaded{
-    "{0} 还没有从云盘下载到这台电脑;请先在文件管理器里下载,再试一次",
+    "{0} 还没有从云盘下载到这台电脑；请先在文件管理器里下载，再试一次",
     "{0} has not been downloaded yet from the cloud drive: download it in the file manager "
     "first, then try again"};
 constexpr Phrase clinicalDocument{
-    "{0} 是导出文件中的临床文档,不含要导入的记录;需要的是同一文件夹里的 export.xml",
+    "{0} 是导出文件中的临床文档，不含要导入的记录；需要的是同一文件夹里的 export.xml",
     "{0} is the clinical document of an export, which holds none of the records to import: the "
     "file wanted is the export.xml beside it"};
 }  // namespace phrases

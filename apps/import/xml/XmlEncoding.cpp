@@ -11,11 +11,11 @@ namespace {
 namespace phrases {
 
 constexpr Phrase knownEncoding{
-    "文件的编码是 {0},不是 UTF-8,可能被别的程序另存过;请用手机导出的原文件。没有保存任何数据。",
+    "文件的编码是 {0}，不是 UTF-8，可能被别的程序另存过；请用手机导出的原文件。没有保存任何数据。",
     "The file is in {0} instead of UTF-8; another program may have saved it. Take the file as "
     "the phone exported it. Nothing was stored."};
 constexpr Phrase otherEncoding{
-    "文件的编码不是 UTF-8,可能被别的程序另存过;请用手机导出的原文件。没有保存任何数据。",
+    "文件的编码不是 UTF-8，可能被别的程序另存过；请用手机导出的原文件。没有保存任何数据。",
     "The file is in another encoding instead of UTF-8; another program may have saved it. Take "
     "the file as the phone exported it. Nothing was stored."};
 

@@ -24,32 +24,32 @@ constexpr long long mostUnread = 2 * longestTag;
 constexpr std::size_t pieceSize = 128UL << 10;
 
 namespace phrases {
-constexpr Phrase broken{"XML 在第 {0} 行第 {1} 列有错误:{2}。没有保存任何数据。",
+constexpr Phrase broken{"XML 在第 {0} 行第 {1} 列有错误：{2}。没有保存任何数据。",
                         "The XML is broken in line {0}, column {1}: {2}. Nothing was "
                         "stored."};
 constexpr Phrase tooLong{
-    "从第 {0} 行第 {1} 列开始的标签超过 128 KiB,这不是「健康」App 的导出文件。"
+    "从第 {0} 行第 {1} 列开始的标签超过 128 KiB，这不是「健康」App 的导出文件。"
     "没有保存任何数据。",
     "What begins in line {0}, column {1} is longer than 128 KiB; this is "
     "no export of the Health app. Nothing was stored."};
 constexpr Phrase nameTooLong{
-    "第 {0} 行第 {1} 列的标签里有超过 256 字节的名称,这不是「健康」App "
+    "第 {0} 行第 {1} 列的标签里有超过 256 字节的名称，这不是「健康」App "
     "的导出文件。没有保存任何数据。",
     "A name in the tag in line {0}, column {1} is longer than 256 "
     "bytes; this is no export of the Health app. Nothing was "
     "stored."};
 constexpr Phrase tooManyNames{
-    "到第 {0} 行第 {1} 列,元素和属性的名称超过 1,000 种,这不是「健康」"
+    "到第 {0} 行第 {1} 列为止，元素和属性的名称超过 1,000 种，这不是「健康」"
     "App 的导出文件。没有保存任何数据。",
     "Up to line {0}, column {1} the elements and attributes have "
     "more than 1,000 names; this is no export of the Health app. "
     "Nothing was stored."};
 
-constexpr Phrase badCharacter{"写法不符合 XML", "not well-formed"};
-constexpr Phrase endsInTag{"文件在标签中间中断", "the file ends inside a tag"};
+constexpr Phrase badCharacter{"不符合 XML 语法", "not well-formed"};
+constexpr Phrase endsInTag{"文件在标签中间断开", "the file ends inside a tag"};
 constexpr Phrase endsEarly{"文件不完整", "the file ends too early"};
 constexpr Phrase otherTag{"结束标签和开始标签不配对", "an end tag does not match its start tag"};
-constexpr Phrase attributeTwice{"同一个属性写了两次", "an attribute stands twice"};
+constexpr Phrase attributeTwice{"同一个属性出现了两次", "an attribute stands twice"};
 constexpr Phrase entity{"使用了未定义的实体", "an entity is not defined"};
 constexpr Phrase noReference{"字符引用无效", "a character reference names no character"};
 constexpr Phrase afterRoot{"根元素结束后还有内容", "something follows the end of the root element"};

@@ -11,15 +11,15 @@
 namespace {
 
 namespace phrases {
-constexpr Phrase noArchive{"{0} 不是完整的 zip 文件,可能没有传输完整:{1}",
+constexpr Phrase noArchive{"{0} 不是完整的 zip 文件，可能没有传完：{1}",
                            "{0} is not a complete zip archive, it may be cut off: {1}"};
-constexpr Phrase unreadable{"zip 里的导出文件无法读取,没有保存任何数据:{0}",
+constexpr Phrase unreadable{"zip 里的导出文件无法读取，没有保存任何数据：{0}",
                             "The export in the zip archive cannot be read, nothing was "
                             "stored: {0}"};
-constexpr Phrase tooLong{"zip 里的导出文件比它声明的 {0} 字节长,没有保存任何数据。",
+constexpr Phrase tooLong{"zip 里的导出文件超过它声明的 {0} 字节，没有保存任何数据。",
                          "The export in the zip archive holds more than the {0} bytes that "
                          "it declares; nothing was stored."};
-constexpr Phrase tooShort{"zip 里的导出文件没有它声明的 {0} 字节那么长,没有保存任何数据。",
+constexpr Phrase tooShort{"zip 里的导出文件不到它声明的 {0} 字节，没有保存任何数据。",
                           "The export in the zip archive holds less than the {0} bytes that "
                           "it declares; nothing was stored."};
 }  // namespace phrases

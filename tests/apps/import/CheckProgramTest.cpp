@@ -100,9 +100,9 @@ TEST_F(CheckProgram, SpeaksTheMachinesLanguage) {
 
   const ChildProcess::Ending ending = run({"--check", exported(exportText(3))});
 
-  EXPECT_THAT(ending.output, StartsWith("导出文件的清点"));
+  EXPECT_THAT(ending.output, StartsWith("导出文件的统计"));
   EXPECT_THAT(ending.output,
-              EndsWith("\n导出文件可以完整读出。\n转发之前,请先看一遍列出的类型。\n"));
+              EndsWith("\n导出文件可以完整读取。\n转发之前，请先看一遍列出的类型。\n"));
 }
 
 TEST_F(CheckProgram, TakesAPipe) {
@@ -148,7 +148,7 @@ TEST_F(CheckProgram, EndsWithOneWhenTheCensusIsLost) {
 
   const EnvironmentGuard chinese{{"LC_ALL", "zh_CN.UTF-8"}};
   EXPECT_THAT(piped("exec \"$0\" --check ../exports/export.xml > /dev/full").errors,
-              StartsWith("larkspur-import: 清点的结果无法写入:"));
+              StartsWith("larkspur-import: 统计结果无法写入："));
 }
 
 /// A check that is sent a signal while the export comes through a pipe, whose writer stays.

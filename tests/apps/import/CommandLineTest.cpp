@@ -56,7 +56,7 @@ TEST(CommandLine, SpeaksOfNoImportWhenACheckIsGivenTwoExports) {
   EXPECT_THAT(std::get<Say>(parsed({"--check", "a.zip", "b.zip"})).text,
               StartsWith("larkspur-import: one export at a time, and this is a second: b.zip\n"));
   EXPECT_THAT(std::get<Say>(parsed({"--check", "a.zip", "b.zip"}, SummaryLang::zh)).text,
-              StartsWith("larkspur-import: 一次只能处理一份导出文件,多出的是:b.zip\n"));
+              StartsWith("larkspur-import: 一次只能处理一个导出文件，多出的是：b.zip\n"));
 }
 
 TEST(CommandLine, HelpsWhereverItIsAsked) {

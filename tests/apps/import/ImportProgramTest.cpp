@@ -76,9 +76,9 @@ TEST_F(ImportProgram, SpeaksTheMachinesLanguage) {
   const ChildProcess::Ending bad = run(importing("missing.xml"));
   const ChildProcess::Ending misused = run({"--frobnicate"});
 
-  EXPECT_THAT(good.output, HasSubstr("  记录:3 条,其中新增 3\n"));
-  EXPECT_EQ(bad.errors, "larkspur-import: 没有这个文件或文件夹:missing.xml\n");
-  EXPECT_THAT(misused.errors, StartsWith("larkspur-import: 不认识的参数:--frobnicate\n"));
+  EXPECT_THAT(good.output, HasSubstr("  记录：3 条，其中新增 3\n"));
+  EXPECT_EQ(bad.errors, "larkspur-import: 没有这个文件或文件夹：missing.xml\n");
+  EXPECT_THAT(misused.errors, StartsWith("larkspur-import: 不认识的参数：--frobnicate\n"));
 }
 
 TEST_F(ImportProgram, EndsWithOneWhenItFails) {
@@ -228,11 +228,11 @@ INSTANTIATE_TEST_SUITE_P(
         RefusalCase{"FileInPlaceOfTheDataRoot",
                     [](const TemporaryFolder& folder) { folder.write("root", "a file"); },
                     "{0} cannot be used: Not a directory",
-                    "{0} 无法使用:Not a directory"},
+                    "{0} 无法使用：Not a directory"},
         RefusalCase{"FileInPlaceOfTheMembers",
                     [](const TemporaryFolder& folder) { folder.write("root/members", "a file"); },
                     "{0}/members/ann cannot be used: Not a directory",
-                    "{0}/members/ann 无法使用:Not a directory"},
+                    "{0}/members/ann 无法使用：Not a directory"},
         RefusalCase{"DatabaseThatIsNone",
                     [](const TemporaryFolder& folder) {
                       folder.write("root/members/ann/health.db", std::string(5000, 'x'));
@@ -240,14 +240,14 @@ INSTANTIATE_TEST_SUITE_P(
                     },
                     "the database cannot be written, the whole import was undone: file is not a "
                     "database",
-                    "数据库无法写入,这次导入已全部撤销:file is not a database"},
+                    "数据库无法写入，这次导入已全部撤销：file is not a database"},
         RefusalCase{"FolderInPlaceOfTheDatabase",
                     [](const TemporaryFolder& folder) {
                       folder.write("root/members/ann/health.db/a", "");
                       folder.write("root/members/ann/import-unfinished", "Ann");
                     },
                     "the database cannot be opened: unable to open database file",
-                    "数据库无法打开:unable to open database file"}),
+                    "数据库无法打开：unable to open database file"}),
     [](const auto& test) { return test.param.name; });
 
 /// SQLite would wait for the other end of a pipe for ever.

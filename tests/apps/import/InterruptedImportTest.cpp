@@ -64,7 +64,7 @@ protected:
         return interruptions;
       } catch (const Interruption& interruption) {
         EXPECT_EQ(interruption.text(SummaryLang::en), "interrupted: nothing was changed");
-        EXPECT_EQ(interruption.text(SummaryLang::zh), "已中断:没有改动任何数据");
+        EXPECT_EQ(interruption.text(SummaryLang::zh), "已中断：没有改动任何数据");
       }
       expectNothing();
       if (testing::Test::HasFailure()) return interruptions;

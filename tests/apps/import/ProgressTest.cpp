@@ -37,7 +37,7 @@ TEST(Progress, DrawsInChinese) {
   Shown shown(Importer::Progress::Kind::terminal, 100000000, SummaryLang::zh);
 
   EXPECT_EQ(shown.after(2, 25000000),
-            "\r\033[K[#####---------------] 25%,已读 25.0 / 100.0 MB,12.5 MB/秒,剩余 0:06");
+            "\r\033[K[#####---------------] 25%，已读 25.0 / 100.0 MB，12.5 MB/秒，剩余 0:06");
 }
 
 TEST(Progress, DrawsNoMoreOftenThanAnEyeFollows) {

@@ -85,26 +85,26 @@ TEST(Report, CutsALongNameInsideACharacterBeforeIt) {
 TEST(Report, TellsEverythingInChinese) {
   EXPECT_EQ(
       reportText(fullReport(), SummaryLang::zh),
-      "export.zip → Ann(新成员,id ann-01)\n"
-      "  记录:900 条,其中新增 850\n"
-      "  训练:12 次,其中新增 3\n"
-      "  活动圆环:40 天,其中新增或更新 2\n"
-      "  日期:2018-09-01 至 2026-11-20\n"
-      "  时区:Asia/Shanghai\n"
-      "  本机时区是 Etc/UTC,问答里的夜晚和「今天」按本机时区算;要与日期一致,请在客户端的配置里"
+      "export.zip → Ann（新成员，id ann-01）\n"
+      "  记录：900 条，其中新增 850\n"
+      "  训练：12 次，其中新增 3\n"
+      "  活动圆环：40 天，其中新增或更新 2\n"
+      "  日期：2018-09-01 至 2026-11-20\n"
+      "  时区：Asia/Shanghai\n"
+      "  本机时区是 Etc/UTC，回答里的夜晚和「今天」按本机时区判断；要与日期一致，请在客户端的配置里"
       "加上 \"env\": {\"TZ\": \"Asia/Shanghai\"}\n"
-      "  来源:数据库中现有 5 个\n"
-      "  换算了单位:77\n"
-      "  无法识别的单位:4(记录原样保存,训练里的该项留空)\n"
-      "  无法读取时间的时间戳:6(原样保存)\n"
-      "  重复的属性:2,500(以第一个为准;缺少 endDate 时,第二个 startDate 当作 endDate)\n"
-      "  去掉的非法字符:3\n"
-      "  替换为 U+FFFD 的非法 UTF-8:2\n"
-      "  跳过 2 个:缺少 startDate(第一个在第 1234 行)\n"
-      "  跳过 1 个:缺少 type(第一个在第 9 行)\n"
-      "  没有保存:ClinicalRecord 6 个、WorkoutRoute 8 个、其他元素 1 个、路线文件 8 个、"
+      "  来源：数据库中现有 5 个\n"
+      "  换算了单位：77\n"
+      "  无法识别的单位：4（记录原样保存，训练里的该项留空）\n"
+      "  无法读取时间的时间戳：6（原样保存）\n"
+      "  重复的属性：2,500（以第一个为准；缺少 endDate 时，第二个 startDate 当作 endDate）\n"
+      "  去掉的非法字符：3\n"
+      "  替换为 U+FFFD 的非法 UTF-8：2\n"
+      "  跳过 2 个：缺少 startDate（第一个在第 1234 行）\n"
+      "  跳过 1 个：缺少 type（第一个在第 9 行）\n"
+      "  没有保存：ClinicalRecord 6 个、WorkoutRoute 8 个、其他元素 1 个、路线文件 8 个、"
       "心电图文件 4 个、临床记录文件 6 个、其他文件 1 个\n"
-      "  用时:12.3 秒\n");
+      "  用时：12.3 秒\n");
 }
 
 TEST(Report, IsShortWhenThereIsLittleToTell) {
@@ -132,7 +132,7 @@ TEST(Report, TellsThatTheMachinesZoneHasNoName) {
 
   EXPECT_THAT(reportText(report, SummaryLang::en),
               HasSubstr("  this machine's time zone has no name, and answers tell"));
-  EXPECT_THAT(reportText(report, SummaryLang::zh), HasSubstr("  本机时区没有名称,"));
+  EXPECT_THAT(reportText(report, SummaryLang::zh), HasSubstr("  本机时区没有名称，"));
 }
 
 TEST(Report, CallsAnExportThatOnlyRenewsRingsNews) {

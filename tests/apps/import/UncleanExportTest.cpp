@@ -160,7 +160,7 @@ TEST(BrokenExport, IsRefusedWithLineAndColumn) {
   EXPECT_EQ(errorOf(document),
             "The XML is broken in line 4, column 11: not well-formed. Nothing was stored.");
   EXPECT_EQ(errorOf(document, SummaryLang::zh),
-            "XML 在第 4 行第 11 列有错误:写法不符合 XML。没有保存任何数据。");
+            "XML 在第 4 行第 11 列有错误：不符合 XML 语法。没有保存任何数据。");
 }
 
 TEST(BrokenExport, DoesNotCountInItsColumnWhatWasDropped) {

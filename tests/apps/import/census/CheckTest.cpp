@@ -263,8 +263,8 @@ TEST_F(Check, TellsWhatWasReadOfACutExport) {
                   "Incomplete: the export cannot be read beyond this; standard error says why.\n"
                   "Look through the types before you pass this on.\n"));
   EXPECT_THAT(censusText(outcome.census, SummaryLang::zh),
-              testing::EndsWith("不完整:导出文件从这里起无法读取,原因见标准错误输出。\n"
-                                "转发之前,请先看一遍列出的类型。\n"));
+              testing::EndsWith("统计不完整：导出文件的其余部分无法读取，原因见标准错误输出。\n"
+                                "转发之前，请先看一遍列出的类型。\n"));
 }
 
 TEST_F(Check, EndsWhereverItIsInterrupted) {
@@ -277,7 +277,7 @@ TEST_F(Check, EndsWhereverItIsInterrupted) {
       EXPECT_TRUE(whole);
     } catch (const Interruption& interruption) {
       EXPECT_EQ(interruption.text(SummaryLang::en), "interrupted: the export was not read whole");
-      EXPECT_EQ(interruption.text(SummaryLang::zh), "已中断:导出文件没有读完");
+      EXPECT_EQ(interruption.text(SummaryLang::zh), "已中断：导出文件没有读完");
     }
   }
   EXPECT_GT(interruptions, 5);
