@@ -52,7 +52,7 @@ constexpr std::array table{
             true},
     FlawRow{Flaw::workoutTotals,
             "workout-totals",
-            {"训练的合计只写在属性里、只写在 WorkoutStatistics 里、两处都写或都不写",
+            {"训练的合计只写在属性里、只写在子元素里、两处都写或都不写",
              "workouts with totals in attributes, in both places and in neither"},
             records,
             true},
