@@ -1,6 +1,6 @@
 // A whole conversation about a sample household; the input is the client's bytes.
 
-#include "Session.h"
+#include "ServedSession.h"
 #include "Target.h"
 #include "sample/household/Household.h"
 #include "store/HealthStore.h"

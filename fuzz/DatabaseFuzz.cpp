@@ -1,7 +1,7 @@
 // A member's database under all tools; the input is the bytes of the file.
 
 #include "SampleDatabase.h"
-#include "Session.h"
+#include "ServedSession.h"
 #include "Target.h"
 #include "examples/Examples.h"
 #include "platform/Files.h"

@@ -1,6 +1,6 @@
 // The roster file; the input is its bytes.
 
-#include "Session.h"
+#include "ServedSession.h"
 #include "Target.h"
 #include "platform/Files.h"
 #include "platform/JsonFields.h"

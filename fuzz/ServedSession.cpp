@@ -1,4 +1,4 @@
-#include "Session.h"
+#include "ServedSession.h"
 #include "Target.h"
 #include "mcp/server/MCPServer.h"
 #include "support/Moment.h"
@@ -52,7 +52,7 @@ std::vector<Json> requestsIn(std::string_view input) {
 
 }  // namespace
 
-std::vector<std::string> repliesTo(const Session& session, std::string_view input) {
+std::vector<std::string> repliesTo(const ServedSession& session, std::string_view input) {
   std::vector<std::string> replies;
   MCPServer server(session.dataRoot,
                    {.lang = session.lang,

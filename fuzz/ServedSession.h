@@ -10,7 +10,7 @@
 #include <vector>
 
 /// The parameters of a server for `repliesTo`.
-struct Session {
+struct ServedSession {
   std::filesystem::path dataRoot;
   SummaryLang lang = SummaryLang::en;
   std::size_t piece = 65536;  ///< maximum bytes per read, at least 1
@@ -18,7 +18,7 @@ struct Session {
 
 /// The output of a new server from its start to the end of `input`, one element per write. Its
 /// clock is fixed at noon (UTC) on the last day of the sample household's histories.
-std::vector<std::string> repliesTo(const Session& session, std::string_view input);
+std::vector<std::string> repliesTo(const ServedSession& session, std::string_view input);
 
 /// Requires that `replies` are exactly the well-formed replies to the requests among the lines of
 /// `input`, in their order.
