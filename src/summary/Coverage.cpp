@@ -55,16 +55,14 @@ void addBackfill(SummaryCoverage& coverage, const std::optional<BackfillState>& 
 
 }  // namespace
 
-SummaryCoverage Coverage::ofSummary(const SummaryDataSource& source,
-                                    std::optional<double> lastSyncAt,
-                                    const std::optional<BackfillState>& backfill) {
-  SummaryCoverage coverage = source.coverage();
+void Coverage::addHistory(SummaryCoverage& coverage, const SummaryDataSource& source,
+                          std::optional<double> lastSyncAt,
+                          const std::optional<BackfillState>& backfill) {
   auto counts = orNothing([&source] { return source.yearlyCounts(); });
   coverage.records = counts ? counts->total() : source.recordCount();
   if (counts) coverage.yearly = std::move(counts->byYear);
   addBackfill(coverage, backfill);
   coverage.lastSyncAt = lastSyncAt;
-  return coverage;
 }
 
 void Coverage::addKinds(SummaryCoverage& coverage, std::span<const SummaryCard> cards) {

@@ -32,8 +32,9 @@ HealthSummary SummaryEngine::build(std::string_view personID, std::string_view p
   summary.generatedAt = today;
 
   SummaryCoverage& coverage = summary.coverage;
-  coverage = Coverage::ofSummary(source, lastSyncAt, backfill);
+  coverage = source.coverage();
   const std::set<std::string> presentTypes = source.presentTypes();
+  Coverage::addHistory(coverage, source, lastSyncAt, backfill);
   const bool hasWatch = std::ranges::any_of(coverage.devices, isWatch);
   summary.cards = Cards::all({*this, coverage, presentTypes, hasWatch});
   Coverage::addKinds(coverage, summary.cards);

@@ -281,6 +281,18 @@ TEST(Summary, HasNoYearsWhenTheyCannotBeCounted) {
   EXPECT_EQ(coverage.records, 1);
 }
 
+TEST(Summary, AsksForTheTypesBeforeItCountsTheRecords) {
+  MemorySource source = sourceOf(1, "2024-03-17", "2024-03-17");
+  source.failing = {Operation::presentTypes, Operation::yearlyCounts, Operation::recordCount};
+
+  try {
+    summaryOf(source);
+    FAIL() << "made a summary";
+  } catch (const ReceiverError& error) {
+    EXPECT_EQ(error.message, "presentTypes fails");
+  }
+}
+
 TEST(Summary, CannotBeMadeWhenNothingCanBeCounted) {
   MemorySource source = sourceOf(1, "2024-03-17", "2024-03-17");
   source.failing = {Operation::yearlyCounts, Operation::recordCount};
