@@ -48,7 +48,11 @@ public:
     if (!file) fail(name, errno == 0 ? EIO : errno);
   }
 
-  void keep() const { std::filesystem::rename(place, name); }
+  void keep() const {
+    // Writing takes a while; another program may have used the name meanwhile.
+    if (std::filesystem::exists(name)) refuseExisting(name);
+    std::filesystem::rename(place, name);
+  }
 
   std::filesystem::path name;
   std::filesystem::path place;  ///< its path until it is kept
