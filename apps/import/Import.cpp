@@ -230,7 +230,7 @@ void enter(const std::filesystem::path& rosterPath, const std::string& name, con
 
 Report runImport(const ImportOrder& order, const ImportSurroundings& surroundings) {
   const double began = surroundings.clock();
-  // A wrong order is refused before a file is created.
+  // A wrong path or zone is refused before a file is created.
   const std::filesystem::path root = rootOf(order);
   if (order.timeZone) knownZone(*order.timeZone);
   ExportFile source(order.source, surroundings.interrupted);
@@ -244,8 +244,8 @@ Report runImport(const ImportOrder& order, const ImportSurroundings& surrounding
 
   enter(rosterPath, order.name, place, stored, surroundings.clock());
 
-  // Only now: the roster on the disk was just replaced, so it certainly names these members.
   if (place.folder) place.folder->finish();
+  // Only now: the roster on the disk was just replaced, so it certainly names these members.
   removeObsoleteNotes(root, idsOf(members));
   lock.keep();
   return {.name = order.name,
