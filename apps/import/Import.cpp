@@ -97,10 +97,12 @@ Place newPlace(const std::vector<Member>& members, const ImportOrder& order,
   // The id may be that of an unfinished import.
   requireDistinct(members, order.name, folder->id());
   requireUnshared(members, folder->database());
-  return {.id = folder->id(),
-          .database = folder->database(),
-          .lastSyncAt = std::nullopt,
-          .folder = std::move(folder)};
+  Place place{.id = folder->id(),
+              .database = folder->database(),
+              .lastSyncAt = std::nullopt,
+              .folder = nullptr};
+  place.folder = std::move(folder);
+  return place;
 }
 
 Place placeFor(const std::vector<Member>& members, const ImportOrder& order,
