@@ -3,9 +3,9 @@
 
 #include "import/CommandLine.h"
 #include "import/Interruption.h"
-#include "import/Progress.h"
-#include "import/Report.h"
 #include "import/database/Writer.h"
+#include "import/report/Progress.h"
+#include "import/report/Report.h"
 #include "platform/Clock.h"
 #include "platform/SummaryLang.h"
 

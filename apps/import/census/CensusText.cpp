@@ -1,5 +1,5 @@
 #include "import/census/CensusText.h"
-#include "import/ReportPage.h"
+#include "import/report/ReportPage.h"
 #include "platform/Phrase.h"
 
 #include <string_view>

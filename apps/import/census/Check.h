@@ -4,8 +4,8 @@
 #include "import/CommandLine.h"
 #include "import/Failure.h"
 #include "import/Interruption.h"
-#include "import/Progress.h"
 #include "import/census/Census.h"
+#include "import/report/Progress.h"
 #include "platform/Clock.h"
 #include "platform/SummaryLang.h"
 

@@ -5,7 +5,7 @@
 #include "apps/import/ExportText.h"
 #include "apps/import/ImportHarness.h"
 #include "apps/import/ZipFile.h"
-#include "import/ReportPage.h"
+#include "import/report/ReportPage.h"
 #include "support/ChildProcess.h"
 #include "support/Golden.h"
 

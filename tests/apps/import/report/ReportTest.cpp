@@ -1,4 +1,4 @@
-#include "import/Report.h"
+#include "import/report/Report.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "import/Progress.h"
+#include "import/report/Progress.h"
 #include "platform/Phrase.h"
 #include "platform/Text.h"
 

@@ -1,4 +1,4 @@
-#include "import/ReportPage.h"
+#include "import/report/ReportPage.h"
 #include "import/export/SkipReasons.h"
 #include "platform/Phrase.h"
 

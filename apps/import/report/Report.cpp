@@ -1,5 +1,5 @@
-#include "import/Report.h"
-#include "import/ReportPage.h"
+#include "import/report/Report.h"
+#include "import/report/ReportPage.h"
 #include "platform/Phrase.h"
 #include "platform/System.h"
 
